@@ -1,0 +1,27 @@
+// Services of the board: chip reset, delay, SMI bus, numeric environment, chip command interpreter.
+#pragma once
+
+#include "platform/abi.h"
+
+ZR_EXTERN_C_BEGIN
+
+// Resets chips. `scope` 0xFFFFFFFF addresses the one chip named by `chip`; `phase` 0 asserts and 1
+// releases the reset. 0 on success.
+uint32_t VESPER_ADPAPI_ResetChip(uint32_t scope, uint32_t chip, uint32_t phase);
+
+// Suspends the calling task for `duration` of the platform's ticks.
+void PAL_TaskDelay(uint32_t duration);
+
+// One SMI (MDIO) write or read: `one` is always 1, `address` the 5-bit device address, `reg` the
+// 5-bit register. 0 on success; a failed read leaves `*value` as it was.
+uint32_t HAL_PORT_SmiWrite(uint32_t one, uint32_t address, uint32_t reg, uint16_t value);
+uint32_t HAL_PORT_SmiRead(uint32_t one, uint32_t address, uint32_t reg, uint16_t *value);
+
+// Reads a numeric environment variable. 0 when it exists and holds a number; the library passes 16
+// as the third argument.
+uint32_t drv_env_num_get(const char *name, uint32_t *value, uint32_t sixteen);
+
+// Runs one line of the chip's command interpreter. The result is of no use to the library.
+uint32_t excute_command(uint32_t unit, const char *line);
+
+ZR_EXTERN_C_END
