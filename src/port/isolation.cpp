@@ -1,0 +1,101 @@
+#include "port/isolation.h"
+
+#include "frame/port_set.h"
+#include "platform/chip_sdk.h"
+#include "port/port.h"
+
+namespace
+{
+
+// Maps are one word: ports 32 and above, which this chip does not have, share the bits of ports 0 to 31.
+uint32_t portBit(uint32_t port)
+{
+    return 1U << (port % 32);
+}
+
+} // namespace
+
+uint32_t HAL_PORT_GetIsolateMapZr(uint32_t unit, uint32_t port, uint32_t *permitMap)
+{
+    if (permitMap == nullptr)
+        return LSW_NULL_POINTER;
+    uint32_t map = 0;
+    if (uint32_t ret = l2sw_port_isolation_get(unit, port, &map); ret != 0) {
+        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
+                             "Port get isolate failed (ret = %d, unit = %u, port = %u)", static_cast<int>(ret),
+                             unit, port);
+        return LSW_CHIP_FAILED;
+    }
+    *permitMap = map;
+    return LSW_OK;
+}
+
+uint32_t HAL_PORT_SetIsolateZr(uint32_t unit, uint32_t port, const uint32_t *permitMap)
+{
+    if (permitMap == nullptr)
+        return LSW_NULL_POINTER;
+    const uint32_t map = *permitMap;
+    if (uint32_t ret = l2sw_port_isolation_set(unit, port, map); ret != 0) {
+        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
+                             "Port set isolate failed (ret = %d, unit = %u, port = %u, permitPortMap = 0x%x)",
+                             static_cast<int>(ret), unit, port, map);
+        return LSW_CHIP_FAILED;
+    }
+    return LSW_OK;
+}
+
+uint32_t ZR_PORT_GetIsolateMap(uint32_t unit, uint32_t port, uint32_t *isolateMap)
+{
+    if (isolateMap == nullptr)
+        return LSW_NULL_POINTER;
+    uint32_t permitMap = 0;
+    if (uint32_t ret = HAL_PORT_GetIsolateMapZr(unit, port, &permitMap); ret != 0)
+        return ret;
+    uint32_t validMap = 0;
+    if (uint32_t ret = HAL_PORT_GetValidPortMapZr(unit, &validMap); ret != 0)
+        return ret;
+    *isolateMap = validMap & ~permitMap;
+    return LSW_OK;
+}
+
+uint32_t ZR_PORT_SetIsolate(uint32_t unit, uint32_t port, const uint32_t *portMap, uint32_t isolate)
+{
+    if (portMap == nullptr)
+        return LSW_NULL_POINTER;
+    uint32_t permitMap = 0;
+    if (uint32_t ret = HAL_PORT_GetIsolateMapZr(unit, port, &permitMap); ret != 0)
+        return ret;
+    if (isolate == 1) {
+        uint32_t validMap = 0;
+        if (uint32_t ret = HAL_PORT_GetValidPortMapZr(unit, &validMap); ret != 0)
+            return ret;
+        permitMap &= validMap & ~*portMap;
+    } else {
+        permitMap |= *portMap;
+    }
+    return HAL_PORT_SetIsolateZr(unit, port, &permitMap);
+}
+
+uint32_t ZR_PORT_SetAllIsolate(uint32_t unit, uint32_t isolate)
+{
+    const LswmUnitInfo *info = zr::unitInfo(unit);
+    if (info == nullptr)
+        return LSW_INVALID_ARGUMENT;
+    uint32_t validMap = 0;
+    if (uint32_t ret = HAL_PORT_GetValidPortMapZr(unit, &validMap); ret != 0)
+        return ret;
+    // A port never loses the way to itself and to the reserved port.
+    const uint32_t othersMap = validMap & ~portBit(info->reservedPort);
+    for (uint32_t port : zr::PortSet(unit, LSWM_SET_VALID)) {
+        if (port == info->reservedPort)
+            continue;
+        const uint32_t portMap = othersMap & ~portBit(port);
+        if (uint32_t ret = ZR_PORT_SetIsolate(unit, port, &portMap, isolate); ret != 0) {
+            LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
+                                 "ZR port set isolate failed, ret = %u, unitId = %u, portId = %u", ret, unit,
+                                 port);
+            return ret;
+        }
+    }
+    return LSW_OK;
+}
