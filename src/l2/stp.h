@@ -2,8 +2,7 @@
 //
 // The protocol runs in the manager and the state in the chip; the library keeps none. Statuses: LSW_OK,
 // LSW_NULL_POINTER for a null entry or output, LSW_CHIP_FAILED when the chip or a flush failed
-// (printed). An entry of another unit is flushed nowhere, with
-// LSW_OK (l2/mac.h).
+// (printed). An entry of another unit is flushed nowhere, with LSW_OK (l2/mac.h).
 #pragma once
 
 #include "platform/abi.h"
