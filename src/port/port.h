@@ -125,7 +125,7 @@ ZR_EXPORT uint32_t ZR_PORT_SetLEDForce(uint32_t unit, uint32_t port, uint32_t a,
 // The gigabit PHY's link-scan work-around, for ports whose kind does not exclude it.
 ZR_EXPORT uint32_t ZR_PORT_LinkScanWar(uint32_t unit, uint32_t port);
 
-// ---- isolation ------------------------------------------------------------------------------
+// ---- isolation: port/isolation.h ------------------------------------------------------------
 
 // The chip keeps per port a permit map, the ports that it may forward to; the manager speaks of the isolate
 // map, the valid ports that it may not forward to. The first word of a map counts, bit n = port n.
@@ -136,8 +136,5 @@ ZR_EXPORT uint32_t ZR_PORT_GetIsolateMap(uint32_t unit, uint32_t port, uint32_t 
 // Isolates every valid port but the reserved one from all others, or releases them all; the way to the reserved
 // port stays. Stops at the first port that fails, with a line of its own; the ports before it stay changed.
 ZR_EXPORT uint32_t ZR_PORT_SetAllIsolate(uint32_t unit, uint32_t isolate);
-// The chip's permit map.
-ZR_EXPORT uint32_t HAL_PORT_GetIsolateMapZr(uint32_t unit, uint32_t port, uint32_t *permitMap);
-ZR_EXPORT uint32_t HAL_PORT_SetIsolateZr(uint32_t unit, uint32_t port, const uint32_t *permitMap);
 
 ZR_EXTERN_C_END
