@@ -1,0 +1,67 @@
+// The map of logic to chip identifiers under the meter and the statistics records: a flat array of
+// {logicId, chipId, valid} entries in which the entry of lowest index wins.
+#pragma once
+
+#include "platform/bounded.h"
+#include "platform/manager.h"
+
+namespace zr
+{
+
+// A view of `count` entries that a record owns.
+template <typename Entry> class IdMap
+{
+public:
+    IdMap(Entry *entries, uint32_t count) : entries_(entries), count_(count) {}
+
+    // The valid entry of lowest index with that identifier, or null.
+    Entry *findLogic(uint32_t logicId) const
+    {
+        return find([=](const Entry &entry) { return entry.valid == 1 && entry.logicId == logicId; });
+    }
+    Entry *findChip(uint32_t chipId) const
+    {
+        return find([=](const Entry &entry) { return entry.valid == 1 && entry.chipId == chipId; });
+    }
+
+    // Takes the free entry of lowest index for the pair; null when all are taken.
+    Entry *take(uint32_t logicId, uint32_t chipId) const
+    {
+        Entry *entry = find([](const Entry &candidate) { return candidate.valid == 0; });
+        if (entry != nullptr) {
+            entry->logicId = logicId;
+            entry->chipId = chipId;
+            entry->valid = 1;
+        }
+        return entry;
+    }
+
+    uint32_t indexOf(const Entry *entry) const { return static_cast<uint32_t>(entry - entries_); }
+
+private:
+    template <typename Match> Entry *find(Match match) const
+    {
+        for (uint32_t i = 0; i < count_; ++i)
+            if (match(entries_[i]))
+                return &entries_[i];
+        return nullptr;
+    }
+
+    Entry *entries_;
+    uint32_t count_;
+};
+
+// `count` cleared entries from the manager's memory, or null. A count whose size the manager cannot
+// even be asked for in 32 bits fails like an exhausted memory.
+template <typename Entry> Entry *allocIdMap(uint32_t count)
+{
+    const uint64_t bytes = static_cast<uint64_t>(count) * sizeof(Entry);
+    if (bytes > UINT32_MAX)
+        return nullptr;
+    auto *entries = static_cast<Entry *>(LSWM_MemAlloc(static_cast<uint32_t>(bytes)));
+    if (entries != nullptr)
+        memset_s(entries, bytes, 0, bytes);
+    return entries;
+}
+
+} // namespace zr
