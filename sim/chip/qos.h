@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <nlohmann/json_fwd.hpp>
+
+namespace zrsim
+{
+
+class Chip;
+
+class Qos
+{
+public:
+    void attach(Chip &) {}
+    void reset() {}
+    void dump(nlohmann::json &) const {}
+};
+
+} // namespace zrsim

@@ -1,0 +1,180 @@
+#include "tests/sweep/sweep.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <set>
+
+namespace zrtest
+{
+namespace
+{
+
+std::vector<SweepCase> &all()
+{
+    static std::vector<SweepCase> cases;
+    return cases;
+}
+
+// Calls that cannot fail, or whose failure says nothing about the operation.
+bool neverJudged(const std::string &name)
+{
+    static const std::set<std::string> kNames = {"LSWM_ConfigFailPrint",
+                                                 "LSWM_DebugInfoPrint",
+                                                 "LSWM_PrintSwitchOn",
+                                                 "LSWM_CmdCliPrint",
+                                                 "LSWM_MemFree",
+                                                 "memset_s",
+                                                 "memcpy_s",
+                                                 "strncpy_s",
+                                                 "sprintf_s",
+                                                 "PAL_TaskDelay",
+                                                 "l2sw_fun_regist",
+                                                 "l2sw_switch_isExtPort",
+                                                 "l2sw_switch_port_L2P_get"};
+    return kNames.contains(name);
+}
+
+struct Place {
+    std::string name;
+    unsigned nth; // among the calls of that name
+    size_t index; // among all calls
+};
+
+// Of a name that is called often, the first three calls and the last stand for all.
+std::vector<Place> placesToFail(const std::vector<zrsim::Call> &calls)
+{
+    std::map<std::string, unsigned> totals;
+    for (const zrsim::Call &call : calls)
+        ++totals[call.name];
+    std::map<std::string, unsigned> seen;
+    std::vector<Place> places;
+    for (size_t i = 0; i < calls.size(); ++i) {
+        const std::string name = calls[i].name;
+        const unsigned nth = ++seen[name];
+        if (name != "LSWM_MemFree" && (nth <= 3 || nth == totals[name]))
+            places.push_back({name, nth, i});
+    }
+    return places;
+}
+
+// Fails the index-th call that the library makes from now on, and all after it when asked to.
+void failAt(size_t index, bool andAfter, uint32_t status)
+{
+    zrsim::gate().intercept(
+        [index, andAfter, status, made = size_t{0}](const zrsim::Call &call, uint64_t &result) mutable {
+            if (call.depth != 0)
+                return false;
+            const size_t mine = made++;
+            if (std::string(call.name) == "LSWM_MemFree" || !(mine == index || (andAfter && mine > index)))
+                return false;
+            result = status;
+            return true;
+        });
+}
+
+void sweepOne(const SweepCase &sweep, const Place &place, bool andAfter, uint32_t status)
+{
+    Device device;
+    device.bringUp();
+    sweep.prepare();
+    device.takeFailures();
+    const unsigned before = zrsim::memory().liveBlocks();
+
+    failAt(place.index, andAfter, status);
+    Outputs outputs;
+    const uint32_t answer = sweep.run(outputs);
+    zrsim::gate().intercept({});
+
+    const bool silent =
+        sweep.reportsNothing || neverJudged(place.name) ||
+        std::find(sweep.tolerated.begin(), sweep.tolerated.end(), place.name) != sweep.tolerated.end();
+    if (!silent)
+        EXPECT_NE(answer, 0U) << "the failure was not reported";
+    else if (!andAfter)
+        EXPECT_EQ(answer, 0U) << "a failure that does not concern it was reported";
+    if (answer != 0 && !sweep.writesOnFailure)
+        EXPECT_TRUE(outputs.untouched()) << "an output was written";
+    if (answer != 0)
+        EXPECT_LE(zrsim::memory().liveBlocks(), before + sweep.keeps) << "memory leaked";
+    EXPECT_EQ(zrsim::memory().badFrees(), 0U);
+    EXPECT_EQ(zrsim::manager().mutexDepth, 0);
+
+    if (sweep.notAgain || answer == 0)
+        return;
+    Outputs fresh;
+    EXPECT_EQ(sweep.run(fresh), sweep.again) << "the operation does not work afterwards";
+}
+
+} // namespace
+
+bool addSweep(std::vector<SweepCase> cases)
+{
+    for (SweepCase &sweep : cases)
+        all().push_back(std::move(sweep));
+    return true;
+}
+
+const std::vector<SweepCase> &sweepCases()
+{
+    return all();
+}
+
+TEST(FailureSweep, EveryOperationSurvivesEveryFailure)
+{
+    const char *only = std::getenv("ZR_SWEEP");
+    unsigned runs = 0;
+    for (const SweepCase &sweep : sweepCases()) {
+        std::vector<Place> places;
+        {
+            Device device;
+            device.bringUp();
+            sweep.prepare();
+            device.takeFailures();
+            device.forget();
+            Outputs outputs;
+            EXPECT_EQ(sweep.run(outputs), 0U) << sweep.operation << " does not work on its prepared device";
+            places = placesToFail(device.recorded());
+        }
+        for (const Place &place : places) {
+            for (bool andAfter : {false, true}) {
+                for (uint32_t status : {1U, 22U, 0xFFFFFFFFU}) {
+                    const std::string id = fmt::format("{}:{}@{}{}={}", sweep.operation, place.name, place.nth,
+                                                       andAfter ? "+" : "", static_cast<int32_t>(status));
+                    if (only != nullptr && id != only)
+                        continue;
+                    SCOPED_TRACE("repeat with ZR_SWEEP='" + id + "'");
+                    sweepOne(sweep, place, andAfter, status);
+                    ++runs;
+                }
+            }
+        }
+    }
+    RecordProperty("runs", static_cast<int>(runs));
+}
+
+// What is exported and is no operation.
+TEST(FailureSweep, MissesNoExportedOperation)
+{
+    const std::set<std::string> data = {"g_HsecMeterInfo", "g_TrunkMeterInfo", "g_LswmL2Control",
+                                        "g_stgInstace",    "g_vesperUnitMap",  "phyAddr",
+                                        "g_rmaAddrTypeMap"};
+    std::set<std::string> swept;
+    for (const SweepCase &sweep : sweepCases())
+        swept.insert(sweep.operation);
+
+    std::ifstream exports(ZRLSW_SOURCE_DIR "/cmake/exports.txt");
+    ASSERT_TRUE(exports);
+    Texts missed;
+    unsigned names = 0;
+    for (std::string name; std::getline(exports, name); ++names)
+        if (!data.contains(name) && !swept.contains(name))
+            missed.push_back(name);
+    EXPECT_GT(names, 300U);
+    EXPECT_EQ(missed, Texts{});
+}
+
+} // namespace zrtest
