@@ -21,6 +21,11 @@ template <class Body> uint32_t onHost(uint32_t unit, Body &&body)
     return sdk().initialised(unit) ? body() : kSdkNotInitialised;
 }
 
+template <class... Pointers> bool anyNull(Pointers... pointers)
+{
+    return ((pointers == nullptr) || ...);
+}
+
 } // namespace
 
 // A configuration is traced as a mere pointer: its bytes hold the address of its chain.
@@ -28,16 +33,21 @@ uint32_t l2sw_filter_igrAcl_field_add(uint32_t unit, FilterCfg *cfg, FilterField
 {
     return pass(
         "l2sw_filter_igrAcl_field_add",
-        [&] { return onHost(unit, [&] { return AclTable::chain(*cfg, *field); }); }, unit,
-        static_cast<void *>(cfg), field);
+        [&] {
+            return onHost(unit, [&] { return anyNull(cfg, field) ? kSdkNull : AclTable::chain(*cfg, *field); });
+        },
+        unit, static_cast<void *>(cfg), field);
 }
 
 uint32_t l2swFilterIgrAclRuleNumGet(uint32_t unit, FilterCfg *cfg, FilterAct *act, uint32_t *count)
 {
     return pass(
         "l2swFilterIgrAclRuleNumGet",
-        [&] { return onHost(unit, [&] { return AclTable::size(*cfg, *act, *count); }); }, unit,
-        static_cast<void *>(cfg), act, count);
+        [&] {
+            return onHost(
+                unit, [&] { return anyNull(cfg, act, count) ? kSdkNull : AclTable::size(*cfg, *act, *count); });
+        },
+        unit, static_cast<void *>(cfg), act, count);
 }
 
 uint32_t l2sw_filter_igrAcl_cfg_add(uint32_t unit, uint32_t id, FilterCfg *cfg, FilterAct *act,
@@ -45,15 +55,17 @@ uint32_t l2sw_filter_igrAcl_cfg_add(uint32_t unit, uint32_t id, FilterCfg *cfg, 
 {
     return onChip(
         "l2sw_filter_igrAcl_cfg_add", unit,
-        [&](Chip &chip) { return chip.acl.write(id, *cfg, *act, *written); }, id, static_cast<void *>(cfg), act,
-        written);
+        [&](Chip &chip) {
+            return anyNull(cfg, act, written) ? kSdkNull : chip.acl.write(id, *cfg, *act, *written);
+        },
+        id, static_cast<void *>(cfg), act, written);
 }
 
 uint32_t l2sw_filter_igrAcl_cfg_get(uint32_t unit, uint32_t id, FilterCfgRaw *raw, FilterAct *act)
 {
     return onChip(
-        "l2sw_filter_igrAcl_cfg_get", unit, [&](Chip &chip) { return chip.acl.read(id, *raw, *act); }, id, raw,
-        act);
+        "l2sw_filter_igrAcl_cfg_get", unit,
+        [&](Chip &chip) { return anyNull(raw, act) ? kSdkNull : chip.acl.read(id, *raw, *act); }, id, raw, act);
 }
 
 uint32_t l2sw_filter_igrAcl_cfg_del(uint32_t unit, uint32_t id)
@@ -87,6 +99,7 @@ uint32_t l2sw_filter_igrAcl_field_sel_set(uint8_t unit, uint32_t selector, uint3
 uint32_t l2sw_stat_logging_counter_get(uint32_t unit, uint32_t counter, uint32_t *count)
 {
     return onChip(
-        "l2sw_stat_logging_counter_get", unit, [&](Chip &chip) { return chip.acl.counter(counter, *count); },
-        counter, count);
+        "l2sw_stat_logging_counter_get", unit,
+        [&](Chip &chip) { return anyNull(count) ? kSdkNull : chip.acl.counter(counter, *count); }, counter,
+        count);
 }
