@@ -1,0 +1,53 @@
+#include "sim/chip/isolation.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include "sim/chip/chip.h"
+#include "sim/chip/sdk.h"
+
+namespace zrsim
+{
+
+uint32_t Isolation::read(uint32_t port, uint32_t *permitMap) const
+{
+    if (port >= kPorts)
+        return kSdkBadPort;
+    if (permitMap == nullptr)
+        return kSdkNull;
+    *permitMap = permit_[port];
+    return kSdkOk;
+}
+
+uint32_t Isolation::write(uint32_t port, uint32_t permitMap)
+{
+    if (port >= kPorts)
+        return kSdkBadPort;
+    permit_[port] = permitMap;
+    return kSdkOk;
+}
+
+void Isolation::dump(nlohmann::json &to) const
+{
+    for (uint32_t port = 0; port < kPorts; ++port)
+        if (permit_[port] != kAll)
+            to[std::to_string(port)] = fmt::format("{:#010x}", permit_[port]);
+}
+
+} // namespace zrsim
+
+using namespace zrsim;
+
+uint32_t l2sw_port_isolation_get(uint32_t unit, uint32_t port, uint32_t *mask)
+{
+    return onChip(
+        "l2sw_port_isolation_get", unit, [&](Chip &chip) { return chip.isolation.read(port, mask); }, port,
+        mask);
+}
+
+uint32_t l2sw_port_isolation_set(uint32_t unit, uint32_t port, uint32_t mask)
+{
+    return onChip(
+        "l2sw_port_isolation_set", unit, [&](Chip &chip) { return chip.isolation.write(port, mask); }, port,
+        mask);
+}
