@@ -1,0 +1,28 @@
+// ACL rules as users write them: a flat JSON object.
+//
+//   match   dstMac srcMac dstIp srcIp etherType vlan priority ipProto l4Src l4Dst udf capwap, each a value
+//           or "value/mask" (an IPv4 mask also as a prefix length); l3: "other" for rules that do not look
+//           into IPv4; ports: the chip ports, "0-4,15"
+//   action  forward: "a" to "e", several as "ab"; count: true; car: a meter; valueA, valueB, valueC: the
+//           action's value; toPort: a port
+//   partition  0 to 3
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "platform/manager_records.h"
+
+namespace zrbench
+{
+
+// Throws UsageError for a name that a rule does not have and for a value that does not fit.
+LswmAclRule parseRule(const nlohmann::json &rule);
+
+// What a rule that was read back says, in the same form. A counter appears as "count": its number.
+nlohmann::json showRule(const LswmAclRule &rule);
+
+// On one line: "etherType=0x0806 forward=c".
+std::string briefRule(const nlohmann::json &rule);
+
+} // namespace zrbench
