@@ -9,9 +9,14 @@
 namespace zrsim
 {
 
+void Isolation::reset()
+{
+    permit_.fill(Ports::kLogicalPorts);
+}
+
 uint32_t Isolation::read(uint32_t port, uint32_t *permitMap) const
 {
-    if (port >= kPorts)
+    if (!Ports::exists(port))
         return kSdkBadPort;
     if (permitMap == nullptr)
         return kSdkNull;
@@ -21,7 +26,7 @@ uint32_t Isolation::read(uint32_t port, uint32_t *permitMap) const
 
 uint32_t Isolation::write(uint32_t port, uint32_t permitMap)
 {
-    if (port >= kPorts)
+    if (!Ports::exists(port))
         return kSdkBadPort;
     permit_[port] = permitMap;
     return kSdkOk;
@@ -30,7 +35,7 @@ uint32_t Isolation::write(uint32_t port, uint32_t permitMap)
 void Isolation::dump(nlohmann::json &to) const
 {
     for (uint32_t port = 0; port < kPorts; ++port)
-        if (permit_[port] != kAll)
+        if (permit_[port] != Ports::kLogicalPorts)
             to[std::to_string(port)] = fmt::format("{:#010x}", permit_[port]);
 }
 

@@ -1,6 +1,6 @@
 // Permit maps: the ports to which a port may forward. Given: one word a port, bit n = port n, read and
-// written as a whole. The model's own choice: after a reset every port may forward to every port, and bits
-// of ports that the unit does not have are kept.
+// written as a whole. The model's own choice: after a reset every port may forward to every port, itself
+// among them, and bits of ports that do not exist are kept as written.
 #pragma once
 
 #include <array>
@@ -18,7 +18,7 @@ public:
     static constexpr uint32_t kPorts = 32;
 
     void attach(Chip &) {}
-    void reset() { permit_.fill(kAll); }
+    void reset();
     void dump(nlohmann::json &to) const;
 
     uint32_t read(uint32_t port, uint32_t *permitMap) const;
@@ -26,7 +26,6 @@ public:
     bool permits(uint32_t from, uint32_t to) const { return (permit_[from] >> to & 1) != 0; }
 
 private:
-    static constexpr uint32_t kAll = 0xFFFFFFFF;
     std::array<uint32_t, kPorts> permit_{};
 };
 

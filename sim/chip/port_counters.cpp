@@ -23,9 +23,25 @@ struct TrafficWords {
 constexpr TrafficWords kIn = {0, {8, 62, 63}};
 constexpr TrafficWords kOut = {22, {33, 34, 35}};
 
+uint32_t portOf(const Words &words, size_t i = 0)
+{
+    const uint32_t port = words.number(i);
+    if (!Ports::exists(port))
+        words.refuse(fmt::format("there is no port {}", port));
+    return port;
+}
+
+uint32_t linkedPortOf(Chip &chip, const Words &words, size_t i = 0)
+{
+    const uint32_t port = portOf(words, i);
+    if (!chip.ports.macLink(port).up)
+        words.refuse(fmt::format("port {} has no link", port));
+    return port;
+}
+
 std::string count(Chip &chip, const Words &words)
 {
-    const uint32_t port = words.number(0, PortCounters::kPorts - 1);
+    const uint32_t port = linkedPortOf(chip, words);
     const std::string &direction = words.text(1);
     const std::string &kind = words.text(2);
     if (direction != "in" && direction != "out")
@@ -47,8 +63,8 @@ const BoardCommand kTraffic("traffic PORT in|out unicast|multicast|broadcast FRA
 const BoardCommand kForward("forward FROM TO FRAMES [BYTES]",
                             "sends unicast frames from one port towards another, if isolation permits",
                             [](Chip &chip, const Words &words) {
-                                const uint32_t from = words.number(0, PortCounters::kPorts - 1);
-                                const uint32_t to = words.number(1, PortCounters::kPorts - 1);
+                                const uint32_t from = linkedPortOf(chip, words);
+                                const uint32_t to = linkedPortOf(chip, words, 1);
                                 const uint32_t frames = words.number(2);
                                 const uint32_t bytes = words.number(3, 10000, 64);
                                 using enum PortCounters::Direction;
@@ -62,14 +78,14 @@ const BoardCommand kForward("forward FROM TO FRAMES [BYTES]",
 
 const BoardCommand kCounter("counter PORT WORD VALUE", "sets one 32-bit word of a port's counter record",
                             [](Chip &chip, const Words &words) {
-                                chip.counters.set(words.number(0, PortCounters::kPorts - 1),
-                                                  words.number(1, PortCounters::kWords - 1), words.number(2));
+                                chip.counters.set(portOf(words), words.number(1, PortCounters::kWords - 1),
+                                                  words.number(2));
                                 return std::string();
                             });
 
 const BoardCommand kOdrop("odrop PORT FRAMES", "frames dropped on the way out of a port",
                           [](Chip &chip, const Words &words) {
-                              chip.counters.drop(words.number(0, PortCounters::kPorts - 1), words.number(1));
+                              chip.counters.drop(portOf(words), words.number(1));
                               return std::string();
                           });
 
@@ -106,7 +122,7 @@ void PortCounters::command(uint16_t value)
 
 uint32_t PortCounters::read(uint32_t port, SdkPortCounters *record) const
 {
-    if (port >= kPorts)
+    if (!Ports::exists(port))
         return kSdkBadPort;
     if (record == nullptr)
         return kSdkNull;
@@ -116,7 +132,7 @@ uint32_t PortCounters::read(uint32_t port, SdkPortCounters *record) const
 
 uint32_t PortCounters::clear(uint32_t port)
 {
-    if (port >= kPorts)
+    if (!Ports::exists(port))
         return kSdkBadPort;
     records_[port] = {};
     return kSdkOk;

@@ -1,8 +1,8 @@
 // Traffic counters of a chip's ports. Given: a port's record of 66 words, read and cleared as a whole; a
 // 16-bit odrop count per port apart from it, behind a command register (port + 24, latch or clear) and a
-// value register. The model's own choice: what the words mean to the traffic command (below); a latched
-// count stays until the next latch; a clear of the record leaves the odrop count, and the other way
-// round; traffic counts at a port whatever its link, and a reset clears everything.
+// value register. The model's own choice: which words the board's traffic counts in; a latched count stays
+// until the next latch; a clear of the record leaves the odrop count, and the other way round; traffic needs
+// a link; a reset clears everything.
 #pragma once
 
 #include <array>

@@ -1,5 +1,7 @@
 #include "sim/chip/port_extras.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
@@ -15,12 +17,15 @@ namespace
 const BoardCommand kSnr("snr PORT A B C D [STATUS] [TRAP]",
                         "the signal-to-noise readings of a port's four pairs",
                         [](Chip &chip, const Words &words) {
+                            const uint32_t port = words.number(0);
+                            if (!Ports::hasPhy(port))
+                                words.refuse(fmt::format("there is no PHY at port {}", port));
                             SdkPortSnr snr{};
                             for (size_t pair = 0; pair < 4; ++pair)
                                 snr.word[pair] = words.number(pair + 1);
                             snr.word[4] = words.number(5, UINT32_MAX, 0);
                             snr.word[6] = words.number(6, UINT32_MAX, 0);
-                            chip.extras.setSnr(words.number(0, PortExtras::kPorts - 1), snr);
+                            chip.extras.setSnr(port, snr);
                             return std::string();
                         });
 
@@ -33,7 +38,7 @@ void PortExtras::reset()
 
 uint32_t PortExtras::readSnr(uint32_t port, SdkPortSnr *snr) const
 {
-    if (port >= kPorts)
+    if (!Ports::hasPhy(port))
         return kSdkBadPort;
     if (snr == nullptr)
         return kSdkNull;
@@ -43,7 +48,7 @@ uint32_t PortExtras::readSnr(uint32_t port, SdkPortSnr *snr) const
 
 uint32_t PortExtras::forceLeds(uint32_t port, uint32_t a, uint32_t b)
 {
-    if (port >= kPorts)
+    if (!Ports::exists(port))
         return kSdkBadPort;
     ports_[port].ledsForced = true;
     ports_[port].ledA = a;
@@ -53,7 +58,7 @@ uint32_t PortExtras::forceLeds(uint32_t port, uint32_t a, uint32_t b)
 
 uint32_t PortExtras::scanLink(uint32_t port)
 {
-    if (port >= kPorts)
+    if (!Ports::hasPhy(port))
         return kSdkBadPort;
     ++ports_[port].linkScans;
     return kSdkOk;
