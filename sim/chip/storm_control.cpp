@@ -1,0 +1,115 @@
+#include "sim/chip/storm_control.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include "sim/board/command.h"
+#include "sim/chip/sdk.h"
+
+namespace zrsim
+{
+
+uint32_t StormControl::enable(uint32_t on)
+{
+    if (on > 1)
+        return kSdkBadArgument;
+    enabled_ = on == 1;
+    return kSdkOk;
+}
+
+uint32_t StormControl::bind(uint32_t port, uint32_t type, uint32_t meter)
+{
+    if (port >= kPorts)
+        return kSdkBadPort;
+    if (type >= kTypes || meter >= Meters::kMeters)
+        return kSdkBadArgument;
+    bindings_[port][type].meter = meter;
+    return kSdkOk;
+}
+
+uint32_t StormControl::enablePort(uint32_t port, uint32_t type, uint32_t enable)
+{
+    if (port >= kPorts)
+        return kSdkBadPort;
+    if (type >= kTypes || enable > 1)
+        return kSdkBadArgument;
+    bindings_[port][type].enabled = enable == 1;
+    return kSdkOk;
+}
+
+bool StormControl::admit(uint32_t port, uint32_t type, uint32_t bytes)
+{
+    const Binding &bound = binding(port, type);
+    if (!enabled_ || !bound.enabled || chip_->meters.admit(bound.meter, bytes))
+        return true;
+    chip_->drop.note(port, DropCapture::kStorm);
+    return false;
+}
+
+void StormControl::reset()
+{
+    enabled_ = false;
+    bindings_ = {};
+}
+
+void StormControl::dump(nlohmann::json &to) const
+{
+    if (!enabled_)
+        return;
+    to["enabled"] = enabled_;
+    for (uint32_t port = 0; port < kPorts; ++port)
+        for (uint32_t type = 0; type < kTypes; ++type)
+            if (bindings_[port][type].enabled)
+                to["ports"][std::to_string(port)][std::to_string(type)] = {
+                    {"meter", bindings_[port][type].meter}};
+}
+
+namespace
+{
+
+std::string showBindings(Chip &chip, const Words &)
+{
+    std::string text = fmt::format("storm control is {}\n", chip.storm.enabled() ? "on" : "off");
+    for (uint32_t port = 0; port < StormControl::kPorts; ++port)
+        for (uint32_t type = 0; type < StormControl::kTypes; ++type)
+            if (const auto &bound = chip.storm.binding(port, type); bound.enabled)
+                text += fmt::format("port {:<2} type {}  meter {}\n", port, type, bound.meter);
+    return text;
+}
+
+const BoardCommand kBindings("storm", "which floods are limited by which meter", showBindings);
+
+const BoardCommand kFlood("flood PORT TYPE KBIT MS", "floods frames of 64 bytes of a storm type into a port",
+                          [](Chip &chip, const Words &words) {
+                              const uint32_t port = words.number(0, StormControl::kPorts - 1);
+                              const uint32_t type = words.number(1, StormControl::kTypes - 1);
+                              const Stream stream{words.number(2, 1'000'000), words.number(3, 10'000), 64};
+                              const Passed result = chip.meters.run(
+                                  stream, [&] { return chip.storm.admit(port, type, stream.bytes); });
+                              return fmt::format("offered={} passed={}\n", result.offered, result.passed);
+                          });
+
+} // namespace
+} // namespace zrsim
+
+using namespace zrsim;
+
+uint32_t l2sw_rate_stormControlEnable_set(uint8_t unit, uint32_t on)
+{
+    return onChip(
+        "l2sw_rate_stormControlEnable_set", unit, [&](Chip &chip) { return chip.storm.enable(on); }, on);
+}
+
+uint32_t l2sw_rate_stormControlMeterIdx_set(uint8_t unit, uint32_t port, uint32_t type, uint32_t meter)
+{
+    return onChip(
+        "l2sw_rate_stormControlMeterIdx_set", unit,
+        [&](Chip &chip) { return chip.storm.bind(port, type, meter); }, port, type, meter);
+}
+
+uint32_t l2sw_rate_stormControlPortEnable_set(uint8_t unit, uint32_t port, uint32_t type, uint32_t enable)
+{
+    return onChip(
+        "l2sw_rate_stormControlPortEnable_set", unit,
+        [&](Chip &chip) { return chip.storm.enablePort(port, type, enable); }, port, type, enable);
+}
