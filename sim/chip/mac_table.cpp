@@ -1,0 +1,271 @@
+#include "sim/chip/mac_table.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <string>
+
+#include "sim/chip/chip.h"
+#include "sim/chip/sdk.h"
+
+namespace zrsim
+{
+namespace
+{
+
+constexpr uint32_t kResetAgeTime = 300;
+constexpr uint16_t kRegIllegalMac = 0x355E; // bit 0: addresses that no station can have are not learned
+
+uint32_t bucketOf(const MacAddress &mac, bool vlanKeyed, uint32_t vlan)
+{
+    uint64_t number = 0;
+    for (uint8_t byte : mac)
+        number = number << 8 | byte;
+    return static_cast<uint32_t>((number + (vlanKeyed ? vlan : 0)) % MacTable::kBuckets);
+}
+
+bool isGroup(const MacAddress &mac)
+{
+    return (mac[0] & 1) != 0;
+}
+
+void describe(const MacEntry &entry, L2UcastAddr &addr)
+{
+    std::copy(entry.mac.begin(), entry.mac.end(), addr.mac);
+    addr.vlanKeyed = entry.vlanKeyed;
+    addr.vlan = entry.vlan;
+    addr.port = entry.port;
+    addr.srcBlock = entry.srcBlock;
+    addr.dstBlock = entry.dstBlock;
+    addr.isStatic = entry.isStatic;
+}
+
+// What a key without VLAN means: the address, wherever it is.
+bool answersTo(const MacEntry &entry, const MacAddress &mac, const L2UcastAddr &key)
+{
+    return entry.used && entry.mac == mac &&
+           (key.vlanKeyed == 0 || (entry.vlanKeyed && entry.vlan == key.vlan));
+}
+
+} // namespace
+
+void MacTable::reset()
+{
+    entries_.fill({});
+    limits_.fill(kEntries);
+    ageTime_ = kResetAgeTime;
+    now_ = 0;
+}
+
+uint32_t MacTable::init()
+{
+    reset();
+    return kSdkOk;
+}
+
+uint32_t MacTable::clear()
+{
+    entries_.fill({});
+    return kSdkOk;
+}
+
+uint32_t MacTable::used() const
+{
+    return static_cast<uint32_t>(
+        std::count_if(entries_.begin(), entries_.end(), [](const MacEntry &entry) { return entry.used; }));
+}
+
+MacEntry *MacTable::exact(const MacAddress &mac, bool vlanKeyed, uint32_t vlan)
+{
+    MacEntry *bucket = &entries_[bucketOf(mac, vlanKeyed, vlan) * kWays];
+    MacEntry *found = std::find_if(bucket, bucket + kWays, [&](const MacEntry &entry) {
+        return entry.used && entry.mac == mac && entry.vlanKeyed == vlanKeyed &&
+               (!vlanKeyed || entry.vlan == vlan);
+    });
+    return found != bucket + kWays ? found : nullptr;
+}
+
+// Where the key stands or can stand; null when its bucket is taken.
+MacEntry *MacTable::place(const MacAddress &mac, bool vlanKeyed, uint32_t vlan)
+{
+    if (MacEntry *entry = exact(mac, vlanKeyed, vlan))
+        return entry;
+    MacEntry *bucket = &entries_[bucketOf(mac, vlanKeyed, vlan) * kWays];
+    MacEntry *found = std::find_if(bucket, bucket + kWays, [](const MacEntry &entry) { return !entry.used; });
+    return found != bucket + kWays ? found : nullptr;
+}
+
+template <class Condition> uint32_t MacTable::drop(Condition goes)
+{
+    uint32_t dropped = 0;
+    for (MacEntry &entry : entries_) {
+        if (entry.used && goes(entry)) {
+            entry = {};
+            ++dropped;
+        }
+    }
+    return dropped;
+}
+
+uint32_t MacTable::add(const MacAddress &mac, const L2UcastAddr &addr)
+{
+    if (addr.port >= kPorts)
+        return kSdkBadPort;
+    if (addr.vlan >= kVlans || isGroup(mac))
+        return kSdkBadArgument;
+    MacEntry *entry = place(mac, addr.vlanKeyed != 0, addr.vlan);
+    if (entry == nullptr)
+        return SDK_L2_TABLE_FULL;
+    *entry = {true,
+              addr.isStatic != 0,
+              addr.vlanKeyed != 0,
+              addr.srcBlock != 0,
+              addr.dstBlock != 0,
+              mac,
+              addr.vlan,
+              addr.port,
+              now_};
+    return kSdkOk;
+}
+
+uint32_t MacTable::remove(const MacAddress &mac, L2UcastAddr &addr)
+{
+    const L2UcastAddr key = addr;
+    const uint32_t status = find(mac, addr);
+    if (status == kSdkOk)
+        drop([&](const MacEntry &entry) { return answersTo(entry, mac, key); });
+    return status;
+}
+
+uint32_t MacTable::find(const MacAddress &mac, L2UcastAddr &addr) const
+{
+    for (const MacEntry &entry : entries_) {
+        if (answersTo(entry, mac, addr)) {
+            describe(entry, addr);
+            return kSdkOk;
+        }
+    }
+    return SDK_L2_ENTRY_NOT_FOUND;
+}
+
+uint32_t MacTable::read(L2TableEntry &entry) const
+{
+    if (entry.index >= kEntries)
+        return kSdkBadArgument;
+    const MacEntry &found = entries_[entry.index];
+    if (!found.used)
+        return SDK_L2_ENTRY_NOT_FOUND;
+    std::copy(found.mac.begin(), found.mac.end(), entry.mac);
+    entry.portMask = 1U << found.port;
+    entry.vlan = found.vlan;
+    entry.isStatic = found.isStatic;
+    return kSdkOk;
+}
+
+uint32_t MacTable::flush(const L2FlushCfg &flush)
+{
+    if (flush.byPort == 0 && (flush.byVlan == 0 || flush.allPorts == 0))
+        return kSdkBadArgument;
+    if (flush.byPort != 0 && flush.port >= kPorts)
+        return kSdkBadPort;
+    if (flush.byVlan != 0 && flush.vlan >= kVlans)
+        return kSdkBadArgument;
+    drop([&](const MacEntry &entry) {
+        return !entry.isStatic && (flush.byPort == 0 || entry.port == flush.port) &&
+               (flush.byVlan == 0 || entry.vlan == flush.vlan);
+    });
+    return kSdkOk;
+}
+
+uint32_t MacTable::learnedCount(uint32_t port, uint32_t &count) const
+{
+    if (port >= kPorts)
+        return kSdkBadPort;
+    count = static_cast<uint32_t>(std::count_if(entries_.begin(), entries_.end(), [&](const MacEntry &entry) {
+        return entry.used && !entry.isStatic && entry.port == port;
+    }));
+    return kSdkOk;
+}
+
+uint32_t MacTable::setLimit(uint32_t port, uint32_t limit)
+{
+    if (port >= kPorts)
+        return kSdkBadPort;
+    if (limit > kEntries)
+        return kSdkBadArgument;
+    limits_[port] = limit;
+    return kSdkOk;
+}
+
+uint32_t MacTable::limit(uint32_t port, uint32_t &limit) const
+{
+    if (port >= kPorts)
+        return kSdkBadPort;
+    limit = limits_[port];
+    return kSdkOk;
+}
+
+const char *MacTable::learn(const MacAddress &mac, uint32_t vlan, uint32_t port)
+{
+    const bool refusesIllegal = (chip_->registers().held(kRegIllegalMac) & 1) != 0;
+    if (refusesIllegal && (isGroup(mac) || mac == MacAddress{}))
+        return "no station can have this address";
+    if (chip_->stp.state(vlan, port) < StpStates::kLearning)
+        return "the port is blocked by spanning tree";
+
+    const auto fixed = std::find_if(entries_.begin(), entries_.end(), [&](const MacEntry &entry) {
+        return entry.used && entry.isStatic && entry.mac == mac && (!entry.vlanKeyed || entry.vlan == vlan);
+    });
+    if (fixed != entries_.end())
+        return fixed->port == port ? nullptr : "the address is static at another port";
+
+    VlanCfg cfg{};
+    chip_->vlan.read(vlan, cfg);
+    const bool perVlan = cfg.independentLearning != 0;
+    MacEntry *entry = place(mac, perVlan, vlan);
+    if (entry == nullptr)
+        return "the address's bucket is taken";
+    uint32_t learned = 0;
+    learnedCount(port, learned);
+    if (!(entry->used && entry->port == port) && learned >= limits_[port])
+        return "the port's learning limit is reached";
+    *entry = {true, false, perVlan, false, false, mac, vlan, port, now_};
+    return nullptr;
+}
+
+uint32_t MacTable::pass(uint64_t time)
+{
+    now_ += time;
+    if (ageTime_ == 0)
+        return 0;
+    return drop([this](const MacEntry &entry) { return !entry.isStatic && now_ - entry.seen >= ageTime_; });
+}
+
+// The ageing time, the limits that differ from the whole table, and the entries in the order of indexes.
+void MacTable::dump(nlohmann::json &to) const
+{
+    to["ageTime"] = ageTime_;
+    for (uint32_t port = 0; port < kPorts; ++port)
+        if (limits_[port] != kEntries)
+            to["learningLimits"][std::to_string(port)] = limits_[port];
+    for (uint32_t index = 0; index < kEntries; ++index) {
+        const MacEntry &entry = entries_[index];
+        if (!entry.used)
+            continue;
+        nlohmann::json row = {{"index", index},
+                              {"mac", fmt::format("{:02x}", fmt::join(entry.mac, ":"))},
+                              {"vlan", entry.vlan},
+                              {"port", entry.port},
+                              {"static", entry.isStatic}};
+        if (!entry.vlanKeyed)
+            row["anyVlan"] = true;
+        if (entry.srcBlock || entry.dstBlock)
+            row["blocks"] = true;
+        if (!entry.isStatic)
+            row["age"] = now_ - entry.seen;
+        to["entries"].push_back(std::move(row));
+    }
+}
+
+} // namespace zrsim
