@@ -1,0 +1,241 @@
+#include "tools/zrbench/device.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <fstream>
+
+#include "tools/zrbench/substitute.h"
+#include "tools/zrbench/values.h"
+
+using nlohmann::json;
+
+namespace zrbench
+{
+
+namespace
+{
+
+// A value in the file and its JSON pointer.
+struct Node {
+    const json &value;
+    std::string place;
+
+    [[noreturn]] void refuse(const std::string &why) const
+    {
+        throw UsageError{fmt::format("{}: {}", place, why)};
+    }
+    [[noreturn]] void expected(std::string_view what) const
+    {
+        refuse(fmt::format("expected {}, found {}", what, shown(value)));
+    }
+    bool has(const std::string &key) const { return value.contains(key); }
+    Node operator[](const std::string &key) const { return {value.at(key), place + "/" + key}; }
+
+    std::string text() const
+    {
+        if (!value.is_string())
+            expected("a text");
+        return value.get<std::string>();
+    }
+    uint32_t number() const
+    {
+        const std::optional<uint32_t> found = asNumber(value);
+        if (!found)
+            expected("a number of 32 bits");
+        return *found;
+    }
+    const json &object() const
+    {
+        if (!value.is_object())
+            expected("an object");
+        return value;
+    }
+    std::vector<Node> elements() const
+    {
+        if (!value.is_array())
+            expected("a list");
+        std::vector<Node> found;
+        for (size_t i = 0; i < value.size(); ++i)
+            found.push_back({value[i], fmt::format("{}/{}", place, i)});
+        return found;
+    }
+    std::vector<std::string> texts() const
+    {
+        std::vector<std::string> found;
+        for (const Node &element : elements())
+            found.push_back(element.text());
+        return found;
+    }
+    void onlyKeys(std::initializer_list<std::string_view> keys) const
+    {
+        for (const auto &[key, unused] : object().items()) {
+            if (std::ranges::count(keys, key) == 0)
+                (*this)[key].refuse(fmt::format("not known here; there is {}", fmt::join(keys, ", ")));
+        }
+    }
+};
+
+constexpr std::string_view kStepKeys[] = {"do", "expect", "lines", "holds", "out", "shows", "note", "each"};
+
+Expectation readExpectation(const Node &step)
+{
+    Expectation expected;
+    if (step.has("expect"))
+        expected.status = step["expect"].number();
+    if (step.has("lines"))
+        expected.lines = step["lines"].texts();
+    if (step.has("holds"))
+        expected.holds = step["holds"].number();
+    if (step.has("out"))
+        expected.outputs = step["out"].object();
+    if (step.has("shows"))
+        expected.shows = step["shows"].texts();
+    return expected;
+}
+
+Run readRun(const Node &step)
+{
+    json named = json::object();
+    for (const auto &[key, value] : step.value.items()) {
+        if (std::ranges::count(kStepKeys, key) == 0)
+            named[key] = value;
+    }
+    const Node line = step["do"];
+    const std::string text = line.text();
+    Expectation expected = readExpectation(step);
+    try {
+        return {parseInvocation(text, named), std::move(expected)};
+    } catch (const ArgumentError &error) {
+        if (named.contains(error.argument))
+            step[error.argument].refuse(error.text);
+        line.refuse(fmt::format("{}: {}", error.argument, error.text));
+    } catch (const UsageError &error) {
+        line.refuse(error.text);
+    }
+}
+
+Step readRepeatedStep(const Node &step)
+{
+    constexpr size_t kMostRuns = 100000;
+    const Node each = step["each"];
+    if (each.object().size() != 1)
+        each.expected("one name with its values");
+    const std::string name = each.value.begin().key();
+    const Node values = each[name];
+    const std::optional<std::vector<uint32_t>> numbers = parseList(values.text(), UINT32_MAX, kMostRuns);
+    if (!numbers || numbers->empty())
+        values.expected(fmt::format("up to {} numbers such as 1,2,5-7", kMostRuns));
+
+    Step repeated{
+        step.place, fmt::format("{}  ({} = {})", step["do"].text(), name, values.text()), {}, false, {}};
+    for (uint32_t number : *numbers) {
+        json one = step.value;
+        one.erase("each");
+        try {
+            substitute(one, name, number);
+        } catch (const UsageError &error) {
+            step.refuse(error.text);
+        }
+        repeated.runs.push_back(readRun({one, step.place}));
+    }
+    return repeated;
+}
+
+Step readStep(const Node &node)
+{
+    if (node.value.is_string()) {
+        try {
+            Run run{parseInvocation(node.text()), {}};
+            std::string text = run.invocation.text;
+            return {node.place, std::move(text), {}, false, {std::move(run)}};
+        } catch (const ArgumentError &error) {
+            node.refuse(fmt::format("{}: {}", error.argument, error.text));
+        } catch (const UsageError &error) {
+            node.refuse(error.text);
+        }
+    }
+    if (!node.value.is_object())
+        node.expected("a command line or an object");
+    if (node.has("say")) {
+        node.onlyKeys({"say"});
+        return {node.place, node["say"].text(), {}, true, {}};
+    }
+    if (!node.has("do"))
+        node.expected("an object with \"do\" or \"say\"");
+
+    Step step;
+    if (node.has("each")) {
+        step = readRepeatedStep(node);
+    } else {
+        Run run = readRun(node);
+        step = {node.place, run.invocation.text, {}, false, {}};
+        step.runs.push_back(std::move(run));
+    }
+    if (node.has("note"))
+        step.note = node["note"].text();
+    return step;
+}
+
+DeviceUnit readUnit(const Node &node)
+{
+    if (!node.object().contains("unit"))
+        node.expected("an object with \"unit\"");
+    DeviceUnit unit{node.place, node["unit"].number(), node.value, {}};
+    unit.info.erase("unit");
+    if (node.has("board")) {
+        unit.board = node["board"].texts();
+        unit.info.erase("board");
+    }
+    return unit;
+}
+
+json parseFile(const std::string &file)
+{
+    std::ifstream in(file);
+    if (!in)
+        throw UsageError{fmt::format("{}: cannot be read", file)};
+    try {
+        return json::parse(in);
+    } catch (const json::parse_error &error) {
+        // "[json.exception.parse_error.101] parse error at line 3, column 5: ..."
+        const std::string_view what = error.what();
+        const size_t start = what.find("at line");
+        throw UsageError{
+            fmt::format("{}: {}", file, start == std::string_view::npos ? what : what.substr(start))};
+    }
+}
+
+} // namespace
+
+Device loadDevice(const std::string &file)
+{
+    const json whole = parseFile(file);
+    try {
+        const Node root{whole, ""};
+        if (!whole.is_object())
+            root.expected("an object with \"steps\"");
+        root.onlyKeys({"about", "environment", "units", "steps"});
+        Device device;
+        device.file = file;
+        if (root.has("about"))
+            device.about = root["about"].text();
+        if (root.has("environment")) {
+            const Node environment = root["environment"];
+            for (const auto &[name, unused] : environment.object().items())
+                device.environment.emplace_back(name, environment[name].text());
+        }
+        if (root.has("units")) {
+            for (const Node &unit : root["units"].elements())
+                device.units.push_back(readUnit(unit));
+        }
+        if (root.has("steps")) {
+            for (const Node &step : root["steps"].elements())
+                device.steps.push_back(readStep(step));
+        }
+        return device;
+    } catch (const UsageError &error) {
+        throw UsageError{fmt::format("{}: {}", file, error.text)};
+    }
+}
+
+} // namespace zrbench

@@ -1,0 +1,111 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "tools/zrbench/ops.h"
+#include "tools/zrbench/runner.h"
+#include "tools/zrbench/shell.h"
+
+using namespace zrbench;
+
+namespace
+{
+
+enum Exit { kAsExpected = 0, kNotAsExpected = 1, kUsage = 2 };
+
+struct Options {
+    SessionOptions session;
+    std::string file;
+    std::string topic;
+    std::string colour = "auto";
+    bool quiet = false;
+
+    Report report() const
+    {
+        return {colour == "always" || (colour == "auto" && isatty(STDOUT_FILENO) != 0), quiet};
+    }
+};
+
+int run(const Options &options)
+{
+    const Device device = loadDevice(options.file);
+    Session session(options.session);
+    Report report = options.report();
+    runDevice(session, device, report);
+    const Inspection &inspection = session.inspection();
+    report.summary(device.file, inspection.liveBlocks != nullptr ? inspection.liveBlocks() : 0);
+    session.finish();
+    return report.deviating() == 0 ? kAsExpected : kNotAsExpected;
+}
+
+int shell(const Options &options)
+{
+    Session session(options.session);
+    Report report = options.report();
+    if (!options.file.empty())
+        runDevice(session, loadDevice(options.file), report);
+    const bool good = runShell(session, report);
+    session.finish();
+    if (!good)
+        return kUsage;
+    return report.deviating() == 0 ? kAsExpected : kNotAsExpected;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    Options options;
+    CLI::App app("Drives libzrlsw.so through the switch manager's operation tables.", "zrbench");
+    app.require_subcommand(1);
+    app.fallthrough();
+    app.add_option("--lib", options.session.library, "The library")->capture_default_str();
+    app.add_option("--platform", options.session.platform, "The platform that it runs on")
+        ->capture_default_str();
+    app.add_option("--trace", options.session.traceFile,
+                   "Write every platform call to FILE, - for standard output")
+        ->type_name("FILE");
+    app.add_option("--dump", options.session.dumpFile,
+                   "Write the final state as JSON to FILE, - for standard output")
+        ->type_name("FILE");
+    app.add_option("--fail", options.session.failures,
+                   "Make platform calls fail: all of NAME, the Nth, or that and all after it (N+); repeatable")
+        ->type_name("NAME[@N[+]]=STATUS")
+        ->expected(1)
+        ->take_all();
+    app.add_option("--level", options.session.traceLevel,
+                   "Switch traces up to this level on: 2 events, 3 details");
+    app.add_flag("--quiet", options.quiet, "Show only what is not as expected, and the summary");
+    app.add_flag("--color{always}", options.colour,
+                 "Use colours: always (also when nothing is said), never, auto")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
+
+    int result = kAsExpected;
+    CLI::App *command = app.add_subcommand("run", "Carry out a device file")->fallthrough();
+    command->add_option("file", options.file, "The device and its steps, JSON")->required()->type_name("FILE");
+    command->callback([&] { result = run(options); });
+
+    command = app.add_subcommand("shell", "Take commands by hand or from standard input")->fallthrough();
+    command->add_option("file", options.file, "A device file to carry out first")->type_name("FILE");
+    command->callback([&] { result = shell(options); });
+
+    command = app.add_subcommand("ops", "Show the operation tables slot by slot")->fallthrough();
+    command->callback([&] { fmt::print("{}", showOperations(Session(options.session).tables())); });
+
+    command =
+        app.add_subcommand("commands", "List the commands of device files and of the shell")->fallthrough();
+    command->add_option("topic", options.topic, "Only those that start with this");
+    command->callback([&] { fmt::print("{}", help(options.topic)); });
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        return app.exit(error) == 0 ? kAsExpected : kUsage;
+    } catch (const UsageError &error) {
+        std::fflush(stdout);
+        fmt::print(stderr, "zrbench: {}\n", error.text);
+        return kUsage;
+    }
+    return result;
+}

@@ -1,0 +1,32 @@
+// The operation tables slot by slot.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/zrbench/command.h"
+
+namespace zrbench
+{
+
+struct Slot {
+    std::string_view module; // "VLAN"
+    size_t number;
+    void *operation;       // null when the library has not filled it
+    std::string signature; // "uint32_t (uint32_t, uint32_t)"; empty for a reserved slot
+
+    bool reserved() const { return signature.empty(); }
+    std::string label() const { return std::string(module) + " " + std::to_string(number); }
+};
+
+// Every slot of every table, reserved ones too, in the order of modules and slots.
+std::vector<Slot> slots(const Tables &tables);
+
+// The exported name of an operation, or an empty text.
+std::string operationName(const void *operation);
+
+// The tables as text: operation with signature, and the command that calls it.
+std::string showOperations(const Tables &tables);
+
+} // namespace zrbench

@@ -1,0 +1,70 @@
+#include "tools/zrbench/platform.h"
+
+#include <dlfcn.h>
+#include <fmt/format.h>
+
+namespace zrbench
+{
+
+SharedObject::SharedObject(const std::string &path, int flags)
+    : path_(path), handle_(dlopen(path.c_str(), flags))
+{
+    if (handle_ == nullptr)
+        throw UsageError{fmt::format("cannot load {}: {}", path, dlerror())};
+}
+
+void *SharedObject::find(const char *name) const
+{
+    return dlsym(handle_, name);
+}
+
+void *SharedObject::need(const char *name) const
+{
+    if (void *symbol = find(name))
+        return symbol;
+    throw UsageError{fmt::format("{} has no {}", path_, name)};
+}
+
+Inspection::Inspection(const SharedObject &platform)
+{
+    auto look = [&]<class T>(T *&member, const char *name) {
+        member = reinterpret_cast<T *>(platform.find(name));
+    };
+    look(onLine, "zrsim_on_line");
+    look(onCall, "zrsim_on_call");
+    look(fail, "zrsim_fail");
+    look(failNone, "zrsim_fail_none");
+    look(calls, "zrsim_calls");
+    look(traceLevel, "zrsim_trace_level");
+    look(liveBlocks, "zrsim_live_blocks");
+    look(badFrees, "zrsim_bad_frees");
+    look(dump, "zrsim_dump");
+}
+
+Tables takeIntoUse(const SharedObject &platform, const SharedObject &library)
+{
+    constexpr uint32_t kValue = 0; // handed to the getters unchanged; means nothing to the library
+    library.need<void(uint32_t)>("ZR_COMMON_FuncListInit")(kValue);
+
+    auto fetch = [&]<class T>(T *&table, const char *getter) {
+        table = static_cast<T *>(platform.need<void *(uint32_t)>(getter)(kValue));
+        if (table == nullptr)
+            throw UsageError{fmt::format("{} answers no table", getter)};
+    };
+    Tables tables{};
+    fetch(tables.common, "LSW_Common_GetFuncPtr");
+    fetch(tables.port, "LSW_PORT_GetFuncPtr");
+    fetch(tables.mac, "LSW_MAC_GetFuncPtr");
+    fetch(tables.vlan, "LSW_VLAN_GetFuncPtr");
+    fetch(tables.qos, "LSW_QOS_GetFuncPtr");
+    fetch(tables.acl, "LSW_ACL_GetFuncPtr");
+    fetch(tables.hsec, "LSW_HSEC_GetFuncPtr");
+    fetch(tables.mc, "LSW_MC_GetFuncPtr");
+    fetch(tables.stormctl, "LSW_STORMCTL_GetFuncPtr");
+    fetch(tables.stp, "LSW_STP_GetFuncPtr");
+    fetch(tables.trunk, "LSW_TRUNK_GetFuncPtr");
+    fetch(tables.fmea, "LSW_FMEA_GetFuncPtr");
+    return tables;
+}
+
+} // namespace zrbench

@@ -1,0 +1,178 @@
+#include "tools/zrbench/report.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <map>
+
+namespace zrbench
+{
+
+namespace
+{
+
+constexpr const char *kGood = "32";
+constexpr const char *kRefused = "33";
+constexpr const char *kBad = "1;31";
+constexpr const char *kQuietly = "2";
+constexpr const char *kHeading = "1";
+
+constexpr size_t kTextWidth = 56;
+
+std::string statusText(uint32_t status)
+{
+    static const std::map<uint32_t, std::string_view> kNames = {
+        {LSW_INVALID_ARGUMENT, "invalid argument"},
+        {LSW_NULL_POINTER, "null pointer"},
+        {LSW_NO_MEMORY, "no memory"},
+        {LSW_CHIP_FAILED, "chip failed"},
+        {LSW_NOT_FOUND, "not found"},
+        {LSW_IN_USE, "in use"},
+        {LSW_NO_RESOURCE, "no resource"},
+        {LSW_UNSUPPORTED, "unsupported"},
+    };
+    if (status == LSW_OK)
+        return "ok";
+    const auto name = kNames.find(status);
+    return name == kNames.end() ? fmt::format("status {:#x}", status)
+                                : fmt::format("status {} ({})", status, name->second);
+}
+
+std::string moduleText(uint32_t module)
+{
+    static const std::map<uint32_t, std::string_view> kNames = {
+        {LSW_MODULE_SMI, "smi"},     {LSW_MODULE_CHIP, "chip"},      {LSW_MODULE_PORT, "port"},
+        {LSW_MODULE_MAC, "mac"},     {LSW_MODULE_VLAN, "vlan"},      {LSW_MODULE_QOS, "qos"},
+        {LSW_MODULE_ACL, "acl"},     {LSW_MODULE_STORMCTL, "storm"}, {LSW_MODULE_STP, "stp"},
+        {LSW_MODULE_TRUNK, "trunk"},
+    };
+    const auto name = kNames.find(module);
+    return name == kNames.end() ? std::to_string(module) : fmt::format("{} {}", module, name->second);
+}
+
+std::string numberText(uint32_t number)
+{
+    return number <= 9999 ? std::to_string(number) : fmt::format("{:#x}", number);
+}
+
+void printIndented(std::string_view text)
+{
+    while (!text.empty()) {
+        const size_t end = std::min(text.find('\n'), text.size());
+        std::string_view line = text.substr(0, end);
+        line.remove_suffix(line.ends_with('\r') ? 1 : 0);
+        fmt::print("       {}\n", line);
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}
+
+std::string outputsText(const Outcome &outcome)
+{
+    std::string text;
+    for (const auto &[name, value] : outcome.outputs)
+        text += fmt::format("  {}={}", name, value.is_string() ? value.get<std::string>() : value.dump());
+    return text;
+}
+
+bool hasDeviated(const Judged &run)
+{
+    return !run.deviations.empty();
+}
+
+bool isRefused(const Judged &run)
+{
+    return run.result.outcome.hasStatus && run.result.outcome.status != LSW_OK;
+}
+
+} // namespace
+
+std::string Report::painted(const char *colour, const std::string &text) const
+{
+    return colour_ ? fmt::format("\033[{}m{}\033[0m", colour, text) : text;
+}
+
+void Report::heading(const std::string &text) const
+{
+    if (!quiet_)
+        fmt::print("\n{}\n", painted(kHeading, text));
+}
+
+std::string Report::verdict(const std::vector<Judged> &runs) const
+{
+    if (runs.size() == 1) {
+        const Outcome &outcome = runs[0].result.outcome;
+        if (!outcome.hasStatus)
+            return outputsText(outcome);
+        return painted(isRefused(runs[0]) ? kRefused : kGood, statusText(outcome.status)) +
+               outputsText(outcome);
+    }
+    std::map<uint32_t, size_t> tally;
+    for (const Judged &run : runs)
+        ++tally[run.result.outcome.status];
+    std::string text;
+    for (const auto &[status, count] : tally) {
+        text += text.empty() ? "" : ", ";
+        text +=
+            painted(status == LSW_OK ? kGood : kRefused, fmt::format("{} times {}", count, statusText(status)));
+    }
+    return text;
+}
+
+void Report::details(const Judged &run) const
+{
+    for (const Line &line : run.result.lines) {
+        if (line.kind == ZRSIM_LINE_CLI)
+            printIndented(line.text);
+        else if (line.kind == ZRSIM_LINE_FAIL)
+            fmt::print("       {}\n", painted(kRefused, fmt::format("! {} ({}): {}", moduleText(line.module),
+                                                                    numberText(line.status), line.text)));
+        else
+            fmt::print("       {}\n",
+                       painted(kQuietly, fmt::format("- {}: {}", moduleText(line.module), line.text)));
+    }
+    printIndented(run.result.outcome.text);
+    for (const std::string &deviation : run.deviations)
+        fmt::print("       {}\n", painted(kBad, "NOT AS EXPECTED: " + deviation));
+}
+
+void Report::step(const std::string &text, const std::string &note, const std::vector<Judged> &runs,
+                  bool always)
+{
+    ++number_;
+    const bool deviates = std::ranges::any_of(runs, hasDeviated);
+    deviating_ += deviates ? 1 : 0;
+    refused_ += !deviates && std::ranges::any_of(runs, isRefused) ? 1 : 0;
+    if (quiet_ && !deviates && !always)
+        return;
+
+    const std::string told = verdict(runs);
+    fmt::print("{:>4}  {:<{}}{}\n", number_, text, told.empty() ? 0 : kTextWidth + 2, told);
+    if (!note.empty())
+        printIndented(painted(kQuietly, note));
+    if (runs.size() == 1) {
+        details(runs[0]);
+        return;
+    }
+    // Of many runs those that deviate are told, else the first that was refused.
+    constexpr size_t kMostTold = 3;
+    size_t shownRuns = 0;
+    for (const Judged &run : runs) {
+        if (deviates ? !hasDeviated(run) : !isRefused(run))
+            continue;
+        if (++shownRuns > (deviates ? kMostTold : 1))
+            continue;
+        fmt::print("       {}: {}\n", run.invocation->text, statusText(run.result.outcome.status));
+        details(run);
+    }
+    if (deviates && shownRuns > kMostTold)
+        fmt::print("       and {} more\n", shownRuns - kMostTold);
+}
+
+void Report::summary(const std::string &title, unsigned heldBlocks) const
+{
+    const std::string counts =
+        fmt::format("{} steps, {} refused as expected, {} not as expected, {} memory blocks held", number_,
+                    refused_, deviating_, heldBlocks);
+    fmt::print("{}{}: {}\n", quiet_ ? "" : "\n", title, painted(deviating_ == 0 ? kGood : kBad, counts));
+}
+
+} // namespace zrbench

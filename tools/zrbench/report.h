@@ -1,0 +1,47 @@
+// What people see of a run: one line a step, the lines it caused, and what was not as expected.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/zrbench/session.h"
+
+namespace zrbench
+{
+
+// An invocation that was made, and what about it was not as expected.
+struct Judged {
+    const Invocation *invocation;
+    Result result;
+    std::vector<std::string> deviations;
+};
+
+class Report
+{
+public:
+    Report(bool colour, bool quiet) : colour_(colour), quiet_(quiet) {}
+
+    void heading(const std::string &text) const;
+    // A step with one run or several; several are told as one unless they deviate. Counts the step. With
+    // `always` it is printed even when the report is quiet.
+    void step(const std::string &text, const std::string &note, const std::vector<Judged> &runs,
+              bool always = false);
+    // The counts. `heldBlocks` is what the library keeps of the manager's memory.
+    void summary(const std::string &title, unsigned heldBlocks) const;
+
+    // Steps that were not as expected.
+    unsigned deviating() const { return deviating_; }
+
+private:
+    std::string painted(const char *colour, const std::string &text) const;
+    std::string verdict(const std::vector<Judged> &runs) const;
+    void details(const Judged &run) const;
+
+    bool colour_;
+    bool quiet_;
+    unsigned number_ = 0;
+    unsigned refused_ = 0;
+    unsigned deviating_ = 0;
+};
+
+} // namespace zrbench

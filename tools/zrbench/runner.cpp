@@ -1,0 +1,152 @@
+#include "tools/zrbench/runner.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fmt/format.h>
+
+#include "tools/zrbench/values.h"
+
+using nlohmann::json;
+
+namespace zrbench
+{
+
+namespace
+{
+
+// Numbers are compared as numbers however they are written.
+bool same(const json &a, const json &b)
+{
+    const std::optional<uint32_t> left = asNumber(a);
+    const std::optional<uint32_t> right = asNumber(b);
+    return left && right ? *left == *right : a == b;
+}
+
+void compareLines(const std::vector<Line> &lines, const std::vector<std::string> &expected,
+                  std::vector<std::string> &found)
+{
+    std::vector<std::string> printed;
+    for (const Line &line : lines) {
+        if (line.kind == ZRSIM_LINE_FAIL)
+            printed.push_back(line.text);
+    }
+    if (printed == expected)
+        return;
+    const size_t before = found.size();
+    for (const std::string &text : expected) {
+        if (std::ranges::count(printed, text) < std::ranges::count(expected, text))
+            found.push_back(fmt::format("this line is missing: {}", text));
+    }
+    for (const std::string &text : printed) {
+        if (std::ranges::count(expected, text) < std::ranges::count(printed, text))
+            found.push_back(fmt::format("this line is not expected: {}", text));
+    }
+    if (found.size() == before)
+        found.push_back("the lines come in another order");
+}
+
+void compareOutputs(const Outcome &outcome, const json &expected, std::vector<std::string> &found)
+{
+    for (const auto &[name, value] : expected.items()) {
+        const auto output = std::ranges::find_if(
+            outcome.outputs, [&](const auto &candidate) { return candidate.first == name; });
+        if (output == outcome.outputs.end())
+            found.push_back(fmt::format("there is no output {}", name));
+        else if (!same(output->second, value))
+            found.push_back(fmt::format("expected {}={}", name, shown(value)));
+    }
+}
+
+void compareText(const Result &result, const std::vector<std::string> &shows, std::vector<std::string> &found)
+{
+    std::string text = result.outcome.text;
+    for (const Line &line : result.lines)
+        text += line.kind == ZRSIM_LINE_FAIL ? "" : line.text + "\n";
+    for (const std::string &piece : shows) {
+        if (text.find(piece) == std::string::npos)
+            found.push_back(fmt::format("\"{}\" is not shown", piece));
+    }
+}
+
+// The memory that the library holds, as far as the platform tells.
+struct Memory {
+    unsigned blocks = 0;
+    unsigned badFrees = 0;
+};
+
+Memory memoryOf(const Session &session)
+{
+    const Inspection &inspection = session.inspection();
+    return {inspection.liveBlocks != nullptr ? inspection.liveBlocks() : 0,
+            inspection.badFrees != nullptr ? inspection.badFrees() : 0};
+}
+
+Judged judgedRun(Session &session, const Run &run)
+{
+    const Memory before = memoryOf(session);
+    Judged judged{&run.invocation, session.invoke(run.invocation), {}};
+    const Memory after = memoryOf(session);
+    judged.deviations = deviations(judged.result, run.expected, session.inspection().available());
+    if (session.inspection().liveBlocks != nullptr && after.blocks - before.blocks != run.expected.holds) {
+        judged.deviations.push_back(fmt::format("keeps {} memory blocks, expected {}",
+                                                static_cast<int>(after.blocks - before.blocks),
+                                                run.expected.holds));
+    }
+    if (after.badFrees != before.badFrees)
+        judged.deviations.push_back("gives a memory block back that it does not hold");
+    return judged;
+}
+
+} // namespace
+
+std::vector<std::string> deviations(const Result &result, const Expectation &expected, bool linesSeen)
+{
+    std::vector<std::string> found;
+    if (!result.outcome.hasStatus && expected.status != LSW_OK)
+        found.push_back(fmt::format("expected status {}; this command has none", expected.status));
+    if (result.outcome.hasStatus && result.outcome.status != expected.status)
+        found.push_back(fmt::format("expected status {}", expected.status));
+    if (linesSeen)
+        compareLines(result.lines, expected.lines, found);
+    compareOutputs(result.outcome, expected.outputs, found);
+    if (linesSeen)
+        compareText(result, expected.shows, found);
+    return found;
+}
+
+void runDevice(Session &session, const Device &device, Report &report)
+{
+    for (const auto &[name, value] : device.environment)
+        setenv(name.c_str(), value.c_str(), 1);
+    for (const DeviceUnit &unit : device.units) {
+        try {
+            session.setUnitInfo(unit.unit, unit.info);
+        } catch (const ArgumentError &error) {
+            throw UsageError{fmt::format("{}: {}{}: {}", device.file, unit.place, error.argument, error.text)};
+        }
+        for (const std::string &line : unit.board)
+            session.board(unit.unit, line);
+    }
+    if (!device.about.empty())
+        report.heading(device.about);
+    for (const Step &step : device.steps) {
+        if (session.quitting())
+            break;
+        if (step.heading) {
+            report.heading(step.text);
+            continue;
+        }
+        std::vector<Judged> runs;
+        for (const Run &run : step.runs) {
+            try {
+                runs.push_back(judgedRun(session, run));
+            } catch (const UsageError &error) {
+                throw UsageError{
+                    fmt::format("{}: {}: {}: {}", device.file, step.place, run.invocation.text, error.text)};
+            }
+        }
+        report.step(step.text, step.note, runs);
+    }
+}
+
+} // namespace zrbench

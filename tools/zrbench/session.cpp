@@ -1,0 +1,195 @@
+#include "tools/zrbench/session.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <dlfcn.h>
+#include <filesystem>
+#include <fmt/format.h>
+
+#include "tools/zrbench/ops.h"
+#include "tools/zrbench/slots.h"
+#include "tools/zrbench/values.h"
+
+namespace zrbench
+{
+
+namespace
+{
+
+// A name without a directory is looked for in the lib directory beside the program's own.
+std::string located(const std::string &name)
+{
+    if (name.find('/') != std::string::npos)
+        return name;
+    std::error_code error;
+    const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
+    const auto beside = self.parent_path().parent_path() / "lib" / name;
+    return !error && std::filesystem::exists(beside, error) ? beside.string() : name;
+}
+
+std::FILE *openForWriting(const std::string &path)
+{
+    if (path == "-")
+        return stdout;
+    std::FILE *file = std::fopen(path.c_str(), "w");
+    if (file == nullptr)
+        throw UsageError{fmt::format("cannot write {}: {}", path, std::strerror(errno))};
+    return file;
+}
+
+void closeUnlessStdout(std::FILE *file)
+{
+    if (file != nullptr && file != stdout)
+        std::fclose(file);
+}
+
+void writeCall(const char *text, unsigned depth, void *file)
+{
+    fmt::print(static_cast<std::FILE *>(file), "{:{}}{}\n", "", 2 * depth, text);
+}
+
+void keepLine(int kind, uint32_t module, uint32_t status, const char *text, void *lines)
+{
+    static_cast<std::vector<Line> *>(lines)->push_back({kind, module, status, text});
+}
+
+} // namespace
+
+Failure parseFailure(const std::string &text)
+{
+    const UsageError malformed{
+        fmt::format("expected NAME[@N[+]]=STATUS, such as l2sw_vlan_set@2=22, found \"{}\"", text)};
+    const size_t equals = text.find('=');
+    if (equals == std::string::npos || equals == 0)
+        throw malformed;
+    Failure failure;
+    std::string_view place = std::string_view(text).substr(0, equals);
+    const std::string_view status = std::string_view(text).substr(equals + 1);
+    // The SDK has negative results, too.
+    if (std::optional<uint32_t> number = parseNumber(status.substr(status.starts_with('-') ? 1 : 0)))
+        failure.status = status.starts_with('-') ? 0 - *number : *number;
+    else
+        throw malformed;
+    if (const size_t at = place.find('@'); at != std::string_view::npos) {
+        std::string_view nth = place.substr(at + 1);
+        failure.andAfter = nth.ends_with('+');
+        nth.remove_suffix(failure.andAfter ? 1 : 0);
+        const std::optional<uint32_t> number = parseNumber(nth);
+        if (!number || *number == 0)
+            throw malformed;
+        failure.nth = *number;
+        place = place.substr(0, at);
+    }
+    failure.name = place;
+    return failure;
+}
+
+Session::Session(const SessionOptions &options)
+    : platform_(located(options.platform), RTLD_NOW | RTLD_GLOBAL), inspection_(platform_),
+      library_(located(options.library), RTLD_NOW), unitInfo_(platform_.need<LswmUnitInfo>("g_lswmInfo")),
+      dumpFile_(options.dumpFile)
+{
+    if (!dumpFile_.empty())
+        needInspection(reinterpret_cast<void *>(inspection_.dump), "--dump");
+    if (!options.traceFile.empty())
+        needInspection(reinterpret_cast<void *>(inspection_.onCall), "--trace");
+    for (const std::string &text : options.failures)
+        fail(parseFailure(text));
+    if (options.traceLevel != 0)
+        setTraceLevel(options.traceLevel);
+    if (inspection_.onLine != nullptr)
+        inspection_.onLine(keepLine, &lines_);
+    if (!options.traceFile.empty()) {
+        trace_ = openForWriting(options.traceFile);
+        inspection_.onCall(writeCall, trace_);
+    }
+    tables_ = takeIntoUse(platform_, library_);
+}
+
+Session::~Session()
+{
+    if (inspection_.onLine != nullptr)
+        inspection_.onLine(nullptr, nullptr);
+    if (trace_ != nullptr)
+        inspection_.onCall(nullptr, nullptr);
+    closeUnlessStdout(trace_);
+}
+
+void Session::needInspection(const void *function, std::string_view what) const
+{
+    if (function == nullptr)
+        throw UsageError{fmt::format("{}: this platform cannot be inspected", what)};
+}
+
+void *Session::operation(std::string_view name) const
+{
+    return library_.need(std::string(name).c_str());
+}
+
+std::string Session::board(uint32_t unit, const std::string &line)
+{
+    const auto cliCmdPrase = need(tables_.common->cliCmdPrase, "COMMON 3");
+    const size_t before = lines_.size();
+    cliCmdPrase(unit, line.c_str());
+    std::string answer;
+    std::erase_if(lines_, [&, i = size_t{0}](const Line &printed) mutable {
+        if (i++ < before || printed.kind != ZRSIM_LINE_CLI)
+            return false;
+        answer += printed.text;
+        return true;
+    });
+    return answer;
+}
+
+void Session::release(void *block)
+{
+    platform_.need<void(void *)>("LSWM_MemFree")(block);
+}
+
+Result Session::invoke(const Invocation &invocation)
+{
+    const Command &command = *invocation.command;
+    for (const Slot &slot : slots(tables_)) {
+        if (slot.operation == nullptr && usesSlot(command, slot.module, slot.number))
+            throw UsageError{fmt::format("the library does not fill {}", slot.label())};
+    }
+    if (trace_ != nullptr)
+        fmt::print(trace_, "# {}\n", invocation.text);
+    lines_.clear();
+    Outcome outcome = command.run(*this, invocation.arguments);
+    return {std::move(outcome), std::exchange(lines_, {})};
+}
+
+void Session::fail(const Failure &failure)
+{
+    needInspection(reinterpret_cast<void *>(inspection_.fail), "failures");
+    const unsigned nth = failure.nth == 0 ? 0 : failure.nth + inspection_.calls(failure.name.c_str());
+    if (inspection_.fail(failure.name.c_str(), nth, failure.andAfter ? 1 : 0, failure.status) != 0)
+        throw UsageError{fmt::format("the platform has no call {}", failure.name)};
+}
+
+void Session::setTraceLevel(uint32_t level)
+{
+    needInspection(reinterpret_cast<void *>(inspection_.traceLevel), "trace level");
+    inspection_.traceLevel(level);
+}
+
+std::string Session::dump() const
+{
+    needInspection(reinterpret_cast<void *>(inspection_.dump), "dump");
+    std::string text(inspection_.dump(nullptr, 0), '\0');
+    inspection_.dump(text.data(), text.size() + 1);
+    return text;
+}
+
+void Session::finish()
+{
+    if (dumpFile_.empty())
+        return;
+    std::FILE *file = openForWriting(dumpFile_);
+    fmt::print(file, "{}\n", dump());
+    closeUnlessStdout(file);
+}
+
+} // namespace zrbench

@@ -1,0 +1,99 @@
+// One run of the bench: the loaded platform and library, what they print, and the invocation of commands.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "tools/zrbench/commands.h"
+#include "tools/zrbench/platform.h"
+
+namespace zrbench
+{
+
+// A line that the library or the platform printed.
+struct Line {
+    int kind; // ZRSIM_LINE_*
+    uint32_t module;
+    uint32_t status;
+    std::string text;
+};
+
+// What an invocation brought about.
+struct Result {
+    Outcome outcome;
+    std::vector<Line> lines;
+};
+
+// Calls to be made to fail: NAME[@N[+]]=STATUS.
+struct Failure {
+    std::string name;
+    unsigned nth = 0; // from 1; 0: all
+    bool andAfter = false;
+    uint32_t status = 0;
+};
+
+// Throws UsageError.
+Failure parseFailure(const std::string &text);
+
+struct SessionOptions {
+    std::string platform = "libzrsim.so";
+    std::string library = "libzrlsw.so";
+    std::string traceFile; // "-": standard output; empty: none
+    std::string dumpFile;  // the same
+    std::vector<std::string> failures;
+    uint32_t traceLevel = 0;
+};
+
+class Session final : public Bench
+{
+public:
+    // Throws UsageError.
+    explicit Session(const SessionOptions &options);
+    Session(const Session &) = delete;
+    Session &operator=(const Session &) = delete;
+    ~Session() override;
+
+    const Tables &tables() const override { return tables_; }
+    void *operation(std::string_view name) const override;
+    std::string board(uint32_t unit, const std::string &line) override;
+    void release(void *block) override;
+
+    // Throws UsageError when the library lacks the command's operation or the command refuses.
+    Result invoke(const Invocation &invocation);
+
+    // What the platform lets be seen and disturbed.
+    const Inspection &inspection() const { return inspection_; }
+    // The nth call is counted from now on. Throws UsageError when the platform knows no such call.
+    void fail(const Failure &failure);
+    void setTraceLevel(uint32_t level);
+    // The chips' state as JSON.
+    std::string dump() const;
+
+    // The manager's unit information, checked whole before anything is written. Throws ArgumentError whose
+    // argument is the place within `info`.
+    void setUnitInfo(uint32_t unit, const nlohmann::json &info);
+    std::string showUnitInfo(uint32_t unit) const;
+
+    // Writes what was asked to be written at the end. Throws UsageError.
+    void finish();
+
+    void quit() { quit_ = true; }
+    bool quitting() const { return quit_; }
+
+private:
+    void needInspection(const void *function, std::string_view what) const;
+
+    SharedObject platform_;
+    Inspection inspection_;
+    SharedObject library_;
+    Tables tables_{};
+    LswmUnitInfo *unitInfo_;
+    LswmPortSet portMaps_[LSWM_UNITS][LSWM_PORT_SETS]{}; // for a platform without its own
+    std::vector<Line> lines_;
+    std::FILE *trace_ = nullptr;
+    std::string dumpFile_;
+    bool quit_ = false;
+};
+
+} // namespace zrbench

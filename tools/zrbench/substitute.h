@@ -1,0 +1,14 @@
+// The values of a repeated step.
+#pragma once
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace zrbench
+{
+
+// Puts `number` in the place of "$name" and "${name...}" in every text within `value`. Throws UsageError.
+void substitute(nlohmann::json &value, const std::string &name, uint32_t number);
+
+} // namespace zrbench

@@ -1,0 +1,39 @@
+// Values as users write them, and the check of an argument against its type.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/zrbench/command.h"
+
+namespace zrbench
+{
+
+// Decimal or 0x hexadecimal, 32 bits.
+std::optional<uint32_t> parseNumber(std::string_view text);
+
+// The number that a JSON value stands for: a number, a text that parseNumber takes, or a truth value.
+std::optional<uint32_t> asNumber(const nlohmann::json &value);
+
+// "1,2,5-7" in the order written, "-" for none; at most `count` numbers, none above `most`. Nothing when the
+// text is not such a list.
+std::optional<std::vector<uint32_t>> parseList(std::string_view text, uint32_t most, size_t count);
+
+// A JSON value as an error message shows it.
+std::string shown(const nlohmann::json &value);
+
+// What went wrong with one argument.
+struct ArgumentError : UsageError {
+    std::string argument;
+};
+
+// The value that Arguments keeps for `argument`. Throws ArgumentError.
+nlohmann::json checkedValue(const Argument &argument, const nlohmann::json &value);
+
+// What a value of the type looks like: "a number (decimal or 0x)", "one of on, off".
+std::string expectedOf(const Argument &argument);
+
+} // namespace zrbench
