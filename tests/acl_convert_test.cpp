@@ -1,0 +1,480 @@
+// Conversion of ACL rules: what the nodes, the action and the read-back hold, byte for byte, and what
+// happens when a field is refused or memory is short.
+#include <gmock/gmock.h>
+
+#include <cstring>
+#include <map>
+
+#include "acl/convert.h"
+#include "platform/manager.h"
+#include "tests/kit/device.h"
+
+namespace zrtest
+{
+namespace
+{
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using Words = std::map<size_t, uint32_t>; // by byte offset; the others are 0
+
+// A configuration that gives its nodes back.
+struct Cfg : FilterCfg {
+    Cfg() : FilterCfg{} {}
+    Cfg(const Cfg &) = delete;
+    Cfg &operator=(const Cfg &) = delete;
+    ~Cfg()
+    {
+        while (head != nullptr) {
+            FilterField *next = head->next;
+            LSWM_MemFree(head);
+            head = next;
+        }
+    }
+    std::vector<Words> nodes() const
+    {
+        std::vector<Words> all;
+        for (const FilterField *field = head; field != nullptr; field = field->next)
+            all.push_back(words(field, offsetof(FilterField, next)));
+        return all;
+    }
+    std::vector<uint32_t> types() const
+    {
+        std::vector<uint32_t> all;
+        for (const FilterField *field = head; field != nullptr; field = field->next)
+            all.push_back(field->type);
+        return all;
+    }
+    static Words words(const void *record, size_t size)
+    {
+        Words found;
+        for (size_t offset = 0; offset < size; offset += 4) {
+            uint32_t word = 0;
+            std::memcpy(&word, static_cast<const uint8_t *>(record) + offset, sizeof word);
+            if (word != 0)
+                found[offset] = word;
+        }
+        return found;
+    }
+};
+
+template <class Record> Words wordsOf(const Record &record)
+{
+    return Cfg::words(&record, sizeof record);
+}
+
+// The bytes at 4 * n of a little-endian record.
+uint32_t bytes(uint8_t a, uint8_t b, uint8_t c, uint8_t d)
+{
+    return static_cast<uint32_t>(a) | static_cast<uint32_t>(b) << 8 | static_cast<uint32_t>(c) << 16 |
+           static_cast<uint32_t>(d) << 24;
+}
+
+// Every field filled with something of its own.
+LswmAclMatch fullMatch(uint32_t flags)
+{
+    LswmAclMatch match{};
+    match.flags = flags;
+    for (uint8_t i = 0; i < 6; ++i) {
+        match.dstMac[i] = static_cast<uint8_t>(0x10 + i);
+        match.dstMacMask[i] = static_cast<uint8_t>(0xF0 + i);
+        match.srcMac[i] = static_cast<uint8_t>(0x20 + i);
+        match.srcMacMask[i] = static_cast<uint8_t>(0xE0 + i);
+    }
+    match.etherType = 0x0806;
+    match.etherTypeMask = 0xFFF0;
+    match.outerVlan = 0x123;
+    match.outerVlanMask = 0xFFF;
+    match.outerPriority = 5;
+    match.outerPriorityMask = 7;
+    match.udf = 0xBEEF;
+    match.udfMask = 0xFF00;
+    const uint8_t capwap[4] = {0x00, 0x10, 0x02, 0x00};
+    std::memcpy(match.capwap, capwap, sizeof capwap);
+    match.capwapMask = 0xABCDFFFF;
+    match.tos = 0x55;
+    match.tosMask = 0x66;
+    match.ipProtocol = 6;
+    match.ipProtocolMask = 0xFE;
+    match.l4SrcPort = 123;
+    match.l4SrcPortMask = 0x0FFF;
+    match.l4DstPort = 67;
+    match.l4DstPortMask = 0x00FF;
+    match.srcIp = 0xC0000201;
+    match.srcIpMask = 0xFFFFFF00;
+    match.dstIp = 0x0A010203;
+    match.dstIpMask = 0xFFFF0000;
+    match.portBitmap = 0xFFFFFFFF;
+    return match;
+}
+
+constexpr uint32_t kIpv4Flags = 0x60E000;
+constexpr uint32_t kAllFlags = 0x6000002F | kIpv4Flags;
+
+class AclConvertTest : public RunningDeviceTest
+{
+};
+
+TEST_F(AclConvertTest, EveryFlagMakesItsNode)
+{
+    const Words dstMac = {{8, bytes(0x10, 0x11, 0x12, 0x13)},
+                          {12, bytes(0x14, 0x15, 0xF0, 0xF1)},
+                          {16, bytes(0xF2, 0xF3, 0xF4, 0xF5)}};
+    const Words srcMac = {{0, 1},
+                          {8, bytes(0x20, 0x21, 0x22, 0x23)},
+                          {12, bytes(0x24, 0x25, 0xE0, 0xE1)},
+                          {16, bytes(0xE2, 0xE3, 0xE4, 0xE5)}};
+    const struct {
+        const char *what;
+        uint32_t flags;
+        uint8_t l3Type;
+        uint8_t protocol;
+        std::vector<Words> nodes;
+    } cases[] = {
+        {"nothing: a destination MAC of mask 0", 0, 0, 6, {{}}},
+        {"destination MAC", 0x1, 0, 6, {dstMac}},
+        {"source MAC", 0x2, 0, 6, {srcMac}},
+        {"EtherType", 0x4, 0, 6, {{{0, 2}, {8, 0x0806}, {12, 0xFFF0}}}},
+        {"VLAN without priority", 0x8, 0, 6, {{{0, 3}, {36, 0x123}, {40, 0xFFF}}}},
+        {"priority without VLAN", 0x20, 0, 6, {{{0, 3}, {8, 5}, {12, 7}}}},
+        {"VLAN and priority in one", 0x28, 0, 6, {{{0, 3}, {8, 5}, {12, 7}, {36, 0x123}, {40, 0xFFF}}}},
+        {"user-defined field", 0x20000000, 0, 6, {{{0, 41}, {8, 0xBEEF}, {12, 0xFF00}}}},
+        {"CAPWAP",
+         0x40000000,
+         0,
+         6,
+         {{{0, 29}, {8, 0x0010}, {12, 0xFFFF}}, {{0, 30}, {8, 0x0200}, {12, 0xFFFF}}}},
+        {"destination IP", 0x2000, 0, 6, {{{0, 6}, {16, 0x0A010203}, {20, 0xFFFF0000}}}},
+        {"source IP", 0x4000, 0, 6, {{{0, 5}, {16, 0xC0000201}, {20, 0xFFFFFF00}}}},
+        {"protocol", 0x8000, 0, 6, {{{0, 8}, {8, 6}, {12, 0xFE}}}},
+        {"TCP source port", 0x208000, 0, 6, {{{0, 8}, {8, 6}, {12, 0xFE}}, {{0, 15}, {8, 123}, {12, 0x0FFF}}}},
+        {"TCP destination port: the whole port",
+         0x408000,
+         0,
+         6,
+         {{{0, 8}, {8, 6}, {12, 0xFE}}, {{0, 16}, {8, 67}, {12, 0xFFFF}}}},
+        {"UDP destination port",
+         0x408000,
+         0,
+         17,
+         {{{0, 8}, {8, 17}, {12, 0xFE}}, {{0, 19}, {8, 67}, {12, 0xFFFF}}}},
+        {"ports without protocol are UDP ports, whatever its value",
+         0x600000,
+         0,
+         6,
+         {{{0, 18}, {8, 123}, {12, 0x0FFF}}, {{0, 19}, {8, 67}, {12, 0xFFFF}}}},
+        {"IPv4 flags count for layer-3 type 0 only", kIpv4Flags, 1, 6, {{}}},
+        {"layer 2 counts for any layer-3 type",
+         0x4 | kIpv4Flags,
+         255,
+         6,
+         {{{0, 2}, {8, 0x0806}, {12, 0xFFF0}}}},
+        {"flags that are no field", 0x1FDF1FD0 & ~kAllFlags, 0, 6, {{}}},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.what);
+        LswmAclMatch match = fullMatch(row.flags);
+        match.l3Type = row.l3Type;
+        match.ipProtocol = row.protocol;
+        Cfg cfg;
+        EXPECT_EQ(ZR_OP(HAL_ACL_ConvertRuleInfoZr)(1, &match, &cfg), 0U);
+        EXPECT_EQ(cfg.nodes(), row.nodes);
+        EXPECT_EQ(cfg.portBitmap, 0x3801FU);
+        EXPECT_EQ(cfg.portMask, 0x3801FU);
+    }
+}
+
+TEST_F(AclConvertTest, NodesStandInTheOrderOfTheirConversionWithOneBlockEach)
+{
+    const LswmAclMatch match = fullMatch(kAllFlags);
+    {
+        Cfg cfg;
+        EXPECT_EQ(ZR_OP(HAL_ACL_ConvertRuleInfoZr)(1, &match, &cfg), 0U);
+        EXPECT_THAT(cfg.types(), ElementsAre(0, 1, 2, 41, 3, 29, 30, 6, 5, 8, 15, 16));
+        EXPECT_EQ(zrsim::memory().liveBlocks(), 12U);
+        EXPECT_EQ(dev.calls().size(), 12U);
+        for (const zrsim::Call &call : dev.recorded())
+            if (std::string(call.name) == "LSWM_MemAlloc") {
+                EXPECT_EQ(call.text, "LSWM_MemAlloc(120) = ptr");
+            }
+    }
+    EXPECT_EQ(zrsim::memory().liveBlocks(), 0U);
+}
+
+TEST_F(AclConvertTest, PortsAreCutToThoseThatARuleCanName)
+{
+    for (auto [ports, cut] : {std::pair{0U, 0U}, {0x8U, 0x8U}, {0x40020U, 0U}, {0x30001U, 0x30001U}}) {
+        LswmAclMatch match = fullMatch(0x4);
+        match.portBitmap = ports;
+        Cfg cfg;
+        EXPECT_EQ(ZR_OP(HAL_ACL_ConvertRuleInfoZr)(2, &match, &cfg), 0U);
+        EXPECT_EQ(cfg.portBitmap, cut);
+    }
+}
+
+// Every converter once, called as the conversion calls it.
+struct Converter {
+    const char *line;
+    std::function<uint32_t(FilterCfg *)> run;
+};
+
+std::vector<Converter> converters()
+{
+    static const LswmAclMatch match = fullMatch(kAllFlags);
+    return {
+        {"ConvertDMac",
+         [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertDMacZr)(1, match.dstMac, match.dstMacMask, c); }},
+        {"ConvertSMac",
+         [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertSMacZr)(1, match.srcMac, match.srcMacMask, c); }},
+        {"ConvertEthType", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertEthTypeZr)(1, 0x806, 0xFFFF, c); }},
+        {"ConvertOuterVlanAndPri",
+         [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertOuterVlanAndPriZr)(1, &match, c); }},
+        {"ConvertUdfData", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertUdfDataZr)(1, 41, 1, 0xFFFF, c); }},
+        {"ConvertCapWap",
+         [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertCapWapZr)(1, 29, match.capwap, 0xFFFF, c); }},
+        {"ConvertCapWap",
+         [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertCapWapZr)(1, 30, match.capwap, 0xFFFF, c); }},
+        {"ConvertSip", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertSrcIpZr)(1, 1, 0xFFFF, c); }},
+        {"ConvertDstIp", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertDstIpZr)(1, 1, 0xFFFF, c); }},
+        {"ConvertIpProtocol", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertIpProtocolZr)(1, 17, 0xFF, c); }},
+        {"ConvertSrcPort", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertSrcPortZr)(1, 1, 123, 0xFFFF, c); }},
+        {"ConvertDstPort", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertDstPortZr)(1, 0, 67, 0xFFFF, c); }},
+        {"ConvertDMac", [](FilterCfg *c) { return ZR_OP(HAL_ACL_EmptyMatchHandle)(1, c); }},
+    };
+}
+
+TEST_F(AclConvertTest, ARefusedFieldIsPrintedFreedAndReportedAs4)
+{
+    dev.fail("l2sw_filter_igrAcl_field_add", 0x1234);
+    for (const Converter &converter : converters()) {
+        SCOPED_TRACE(converter.line);
+        Cfg cfg;
+        EXPECT_EQ(converter.run(&cfg), 4U);
+        EXPECT_THAT(dev.takeFailures(),
+                    ElementsAre("6/4660 " + std::string(converter.line) + " acl field add type"));
+        EXPECT_EQ(cfg.head, nullptr);
+        EXPECT_EQ(zrsim::memory().liveBlocks(), 0U);
+    }
+}
+
+TEST_F(AclConvertTest, WithoutMemoryNothingIsPrintedAndTheChipIsNotAsked)
+{
+    dev.fail("LSWM_MemAlloc", 1);
+    for (const Converter &converter : converters()) {
+        SCOPED_TRACE(converter.line);
+        Cfg cfg;
+        EXPECT_EQ(converter.run(&cfg), 3U);
+        EXPECT_EQ(cfg.head, nullptr);
+    }
+    EXPECT_THAT(dev.calls(), IsEmpty());
+}
+
+TEST_F(AclConvertTest, AFailedFieldDoesNotStopItsLayer)
+{
+    const LswmAclMatch match = fullMatch(kAllFlags);
+    {
+        SCOPED_TRACE("layer 2: no memory for the source MAC, both CAPWAP words refused");
+        dev.fail("LSWM_MemAlloc", 1, 2);
+        dev.fail("l2sw_filter_igrAcl_field_add", 9, 5);
+        dev.fail("l2sw_filter_igrAcl_field_add", 8, 6);
+        Cfg cfg;
+        EXPECT_EQ(ZR_OP(HAL_ACL_ConvertRuleInfoZr)(1, &match, &cfg), 3U + 4U + 4U);
+        EXPECT_THAT(cfg.types(), ElementsAre(0, 2, 41, 3));
+        EXPECT_EQ(cfg.portBitmap, 0U) << "the conversion went on behind a failed layer";
+        EXPECT_EQ(cfg.portMask, 0U);
+        EXPECT_THAT(dev.takeFailures(), ElementsAre("6/9 ConvertCapWap acl field add type",
+                                                    "6/8 ConvertCapWap acl field add type"));
+        dev.failNone();
+    }
+    {
+        SCOPED_TRACE("IPv4: destination address refused, no memory for the destination port");
+        dev.fail("l2sw_filter_igrAcl_field_add", 7, 8);
+        dev.fail("LSWM_MemAlloc", 1, 12);
+        Cfg cfg;
+        EXPECT_EQ(ZR_OP(HAL_ACL_ConvertRuleInfoZr)(1, &match, &cfg), 4U + 3U);
+        EXPECT_THAT(cfg.types(), ElementsAre(0, 1, 2, 41, 3, 29, 30, 5, 8, 15));
+        EXPECT_EQ(cfg.portMask, 0U);
+        EXPECT_THAT(dev.takeFailures(), ElementsAre("6/7 ConvertDstIp acl field add type"));
+    }
+    EXPECT_EQ(zrsim::memory().liveBlocks(), 0U);
+}
+
+TEST_F(AclConvertTest, TheActionBecomesSwitchesAndArguments)
+{
+    const struct {
+        uint32_t flags;
+        uint32_t port;
+        std::map<size_t, uint32_t> words; // by word number
+    } cases[] = {
+        {0, 3, {}},
+        {0x1, 3, {{11, 1}}},
+        {0x3, 3, {{11, 1}}},
+        {0x20A3, 3, {{11, 1}}},
+        {0x2, 3, {{10, 1}}},
+        {0x20A2, 3, {{10, 1}}},
+        {0x20A0, 3, {{14, 1}}},
+        {0x80, 3, {{9, 1}}},
+        {0x2000, 3, {{9, 1}}},
+        {0x2080, 3, {{9, 1}}},
+        {0x40, 3, {{8, 1}, {33, 0x12345}}},
+        {0x10, 3, {{26, 1}, {40, 31}}},
+        {0x230, 3, {{14, 1}, {26, 1}, {40, 31}, {16, 1}, {38, 0xA7}}},
+        {0x800, 3, {{18, 1}, {38, 0xA7}}},
+        {0x1000, 3, {{19, 1}, {38, 0xA7}}},
+        {0x1A00, 3, {{16, 1}, {18, 1}, {19, 1}, {38, 0xA7}}},
+        {0x400, 0, {{12, 1}, {37, 1}}},
+        {0x400, 31, {{12, 1}, {37, 0x80000000}}},
+        {0x400, 32, {{12, 1}}},
+        {0x400, 0xFFFFFFFF, {{12, 1}}},
+        {0xFFFFC10C, 3, {}},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(::testing::Message() << std::hex << row.flags << " port " << row.port);
+        LswmAclAction action{};
+        action.flags = row.flags;
+        action.carId = 0x12345;
+        action.counterId = 31;
+        action.value = 0xA7;
+        action.port = row.port;
+        FilterAct act{};
+        ZR_OP(HAL_ACL_ConvertFwdActionZr)(&action, &act);
+        Words expected;
+        for (auto [word, value] : row.words)
+            expected[4 * word] = value;
+        EXPECT_EQ(wordsOf(act), expected);
+    }
+}
+
+TEST_F(AclConvertTest, TheActionIsReadBack)
+{
+    const struct {
+        std::map<size_t, uint32_t> words;
+        uint32_t flags;
+        Words record; // besides the flags, by offset in the action part
+    } cases[] = {
+        {{}, 0, {}},
+        {{{8, 1}, {33, 63}}, 0x40, {{44, 63}}},
+        {{{33, 63}, {40, 5}, {38, 7}}, 0, {}},
+        {{{26, 2}, {40, 5}}, 0x10, {{8, 5}}},
+        {{{16, 1}, {38, 0x1A7}}, 0x200, {{116, 0xA7}}},
+        {{{18, 1}, {38, 0x1A7}}, 0x800, {{116, 0xA7}}},
+        {{{19, 1}, {38, 0x1A7}}, 0x1000, {{116, 0xA7}}},
+        {{{14, 1}}, 0x20, {}},
+        {{{11, 1}}, 0x1, {}},
+        {{{10, 1}}, 0x2, {}},
+        {{{10, 1}, {11, 1}}, 0x3, {}},
+        {{{11, 1}, {37, 0x10000}}, 0x2081, {}},
+        {{{10, 1}, {11, 1}, {37, 0xFFFFFFFF}}, 0x2083, {}},
+        {{{11, 1}, {37, 0xFFFEFFFF}}, 0x1, {}},
+        {{{10, 1}, {37, 0x10000}}, 0x2, {}},
+        {{{9, 1}, {12, 1}, {37, 0x10000}}, 0, {}},
+    };
+    for (const auto &row : cases) {
+        FilterAct act{};
+        for (auto [word, value] : row.words)
+            std::memcpy(reinterpret_cast<uint8_t *>(&act) + 4 * word, &value, sizeof value);
+        SCOPED_TRACE(::testing::PrintToString(row.words));
+        LswmAclAction action{};
+        action.flags = 0x40000000; // what the caller has set stays
+        ZR_OP(HAL_ACL_FilterActToLswmActionZr)(&action, &act);
+        Words expected = row.record;
+        expected[0] = row.flags | 0x40000000;
+        EXPECT_EQ(wordsOf(action), expected);
+    }
+}
+
+TEST_F(AclConvertTest, RawFieldsAreReadBack)
+{
+    // Offsets in the match part; the value is 0xA1B2 and the mask 0xC3D4.
+    const std::map<uint32_t, Words> known = {
+        {1, {{4, 0x1}, {24, bytes(0xA1, 0xB2, 0, 0)}, {28, bytes(0, 0, 0xC3, 0xD4)}}},
+        {2, {{4, 0x1}, {20, bytes(0, 0, 0xA1, 0xB2)}, {28, bytes(0xC3, 0xD4, 0, 0)}}},
+        {3, {{4, 0x1}, {20, bytes(0xA1, 0xB2, 0, 0)}, {24, bytes(0, 0, 0xC3, 0xD4)}}},
+        {4, {{4, 0x2}, {36, bytes(0xA1, 0xB2, 0, 0)}, {40, bytes(0, 0, 0xC3, 0xD4)}}},
+        {5, {{4, 0x2}, {32, bytes(0, 0, 0xA1, 0xB2)}, {40, bytes(0xC3, 0xD4, 0, 0)}}},
+        {6, {{4, 0x2}, {32, bytes(0xA1, 0xB2, 0, 0)}, {36, bytes(0, 0, 0xC3, 0xD4)}}},
+        {7, {{4, 0x4}, {44, 0xC3D4A1B2}}},
+        {16, {{4, 0x4000}, {108, 0x0000A1B2}, {112, 0x0000C3D4}}},
+        {17, {{4, 0x4000}, {108, 0xA1B20000}, {112, 0xC3D40000}}},
+        {18, {{4, 0x2000}, {116, 0x0000A1B2}, {120, 0x0000C3D4}}},
+        {19, {{4, 0x2000}, {116, 0xA1B20000}, {120, 0xC3D40000}}},
+        {67, {{4, 0x40000000}, {68, bytes(0xA1, 0xB2, 0, 0)}, {72, 0xC3D4}}},
+        {68, {{4, 0x40000000}, {68, bytes(0, 0, 0xA1, 0xB2)}, {72, 0xC3D4}}},
+        {70, {{4, 0x8000}, {80, bytes(0xA1, 0xC3, 0xB2, 0xD4)}}},
+        {77, {{4, 0x200000}, {92, 0xC3D4A1B2}}},
+        {78, {{4, 0x400000}, {96, 0xC3D4A1B2}}},
+    };
+    for (uint32_t id = 0; id < 300; ++id) {
+        SCOPED_TRACE(id);
+        LswmAclMatch match{};
+        ZR_OP(HAL_ACL_FieldToRuleCfgZr)(id, 0xA1B2, 0xC3D4, &match);
+        EXPECT_EQ(wordsOf(match), known.contains(id) ? known.at(id) : Words{});
+    }
+    LswmAclMatch match{};
+    ZR_OP(HAL_ACL_FieldToRuleCfgZr)(0x10001, 0xA1B2, 0xC3D4, &match);
+    EXPECT_EQ(wordsOf(match), Words{}) << "only the low bits of the id were looked at";
+}
+
+TEST_F(AclConvertTest, AnEntryIsReadBackFieldByField)
+{
+    FilterCfgRaw raw{};
+    const uint32_t ids[SDK_RAW_FIELDS] = {16, 17, 67, 68, 9, 70, 0, 7};
+    for (uint32_t i = 0; i < SDK_RAW_FIELDS; ++i) {
+        raw.id[i] = ids[i];
+        raw.value[i] = 0xFFFF0000 | (0x1100 + i);
+        raw.mask[i] = 0xFFFF0000 | (0xFF00 + i);
+    }
+    raw.portBitmap = 0xFFFFFFFF;
+    LswmAclMatch match{};
+    match.flags = 0x100;
+    match.l3Type = 9;
+    ZR_OP(HAL_ACL_FilterCfgToRuleZr)(&match, &raw);
+    EXPECT_EQ(wordsOf(match), (Words{{0, 9},
+                                     {4, 0x4000C104},
+                                     {44, 0xFF071107},
+                                     {68, bytes(0x11, 0x02, 0x11, 0x03)},
+                                     {72, 0xFF03}, // of the word that came last
+                                     {80, bytes(0x11, 0xFF, 0x05, 0x05)},
+                                     {108, 0x11011100},
+                                     {112, 0xFF01FF00},
+                                     {160, 0xFFFFFFFF}}));
+}
+
+TEST_F(AclConvertTest, APartOfAMacAddressBeyondItsThreeWritesNothing)
+{
+    for (uint16_t part : {3, 4, 0x7FFF, 0xFFFF}) {
+        uint8_t memory[12 + 16] = {};
+        ZR_OP(HAL_ACL_MacFieldToRuleMacZr)(part, 0xFFFF, 0xFFFF, memory + 8);
+        EXPECT_THAT(memory, ::testing::Each(0)) << part;
+    }
+}
+
+TEST_F(AclConvertTest, RawFieldsHaveNames)
+{
+    const std::map<uint32_t, std::string> some = {
+        {1, "DMAC(15-0)"},      {6, "SMAC(47-32)"},       {8, "Stag"},
+        {19, "DIP(31-16)"},     {51, "Field Valid"},      {128, "Tcp Src Port"},
+        {137, "IP4 Tos Porto"}, {138, "IP4 Flag Offset"}, {141, "L2 Payload"}};
+    unsigned named = 0;
+    for (uint32_t id = 0; id < 300; ++id) {
+        char buffer[20];
+        std::memset(buffer, 'x', sizeof buffer);
+        const uint32_t status = ZR_OP(HAL_ACL_FieldType2Name)(id, buffer, sizeof buffer);
+        EXPECT_TRUE(status == 0 || (status == 5 && buffer[0] == 'x')) << id;
+        named += status == 0 ? 1 : 0;
+        if (some.contains(id)) {
+            EXPECT_EQ(some.at(id), buffer);
+        }
+    }
+    EXPECT_EQ(named, 31U);
+
+    char small[14];
+    EXPECT_EQ(ZR_OP(HAL_ACL_FieldType2Name)(137, small, 14), 0U);
+    EXPECT_STREQ(small, "IP4 Tos Porto");
+    EXPECT_EQ(ZR_OP(HAL_ACL_FieldType2Name)(137, small, 13), 4U);
+    EXPECT_STREQ(small, "IP4 Tos Porto") << "a name that does not fit was written";
+    EXPECT_EQ(ZR_OP(HAL_ACL_FieldType2Name)(70, small, 14), 5U);
+}
+
+} // namespace
+} // namespace zrtest
