@@ -1,4 +1,5 @@
 #include "l2/trunk.h"
+#include "records/trunk_records.h"
 #include "tools/zrbench/command.h"
 
 namespace zrbench
@@ -65,6 +66,15 @@ const Command kCommands[] = {
          if (outcome.status == 0)
              outcome.out("number", number);
          return outcome;
+     }},
+    {"trunk record",
+     {kUnit, kTrunk, kGroup},
+     "records a trunk for a chip trunk group of one's choice",
+     "COM_TRUNK_SetMeterInfo",
+     [](Bench &bench, const Arguments &a) {
+         auto setMeterInfo =
+             reinterpret_cast<decltype(&COM_TRUNK_SetMeterInfo)>(bench.operation("COM_TRUNK_SetMeterInfo"));
+         return Outcome::of(setMeterInfo(a.number("unit"), a.number("trunk"), a.number("group")));
      }},
     {"trunk hash",
      {kUnit},
