@@ -48,7 +48,7 @@ ZR_EXPORT char *HAL_CHIP_GetDropReasonQ9(uint32_t unit, uint32_t port);
 // ---- Chip command line ----------------------------------------------------------------------
 
 // Runs one command line: one that starts with "compare rgmii param" compares the RGMII parameters, any
-// other goes whole to the board's interpreter. Always 0.
+// other goes whole to the board's interpreter. 0 whatever came of it; 2 for a null command.
 ZR_EXPORT uint32_t ZR_COMMON_CliCmdPrase(uint32_t unit, const char *command);
 ZR_EXPORT uint32_t HAL_CHIP_CliCmdPraseQ9(uint32_t unit, const char *command);
 

@@ -23,6 +23,8 @@ uint32_t ZR_COMMON_CliCmdPrase(uint32_t unit, const char *command)
 
 uint32_t HAL_CHIP_CliCmdPraseQ9(uint32_t unit, const char *command)
 {
+    if (command == nullptr)
+        return LSW_NULL_POINTER;
     if (strncmp(command, kCompareKeyword, sizeof(kCompareKeyword) - 1) == 0)
         HAL_CHIP_CompareRgmiiParamQ9(unit);
     else

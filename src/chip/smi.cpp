@@ -44,10 +44,10 @@ uint32_t L2sw_Op_Wait(uint8_t unit, uint32_t reg, uint16_t value)
     if (unit >= LSWM_UNITS)
         return LSW_INVALID_ARGUMENT;
 
-    uint16_t readBack = 0;
+    uint16_t lastRead = 0;
     for (uint32_t attempt = 0; attempt < kConfirmAttempts; ++attempt) {
         // A read that stores nothing must not confirm.
-        readBack = static_cast<uint16_t>(~value);
+        uint16_t readBack = static_cast<uint16_t>(~value);
         const uint32_t writeRet = HAL_PORT_SmiWrite(1, phyAddr[unit], reg, value);
         const uint32_t readRet = HAL_PORT_SmiRead(1, phyAddr[unit], reg, &readBack);
         const uint32_t ret = writeRet + readRet;
@@ -55,11 +55,14 @@ uint32_t L2sw_Op_Wait(uint8_t unit, uint32_t reg, uint16_t value)
             LSWM_ConfigFailPrint(LSW_MODULE_SMI, 0, LSW_CHIP_FAILED,
                                  "l2sw Op_Wait failed, unit %u reg 0x%x op 0x%x", unit, reg, value);
         }
-        if (readRet == 0 && readBack == value)
+        if (readRet != 0)
+            continue;
+        if (readBack == value)
             return ret;
+        lastRead = readBack;
     }
     LSWM_ConfigFailPrint(LSW_MODULE_SMI, 0, LSW_CHIP_FAILED,
-                         "l2sw wait timeout unit %u reg 0x%x op 0x%x val 0x%x", unit, reg, value, readBack);
+                         "l2sw wait timeout unit %u reg 0x%x op 0x%x val 0x%x", unit, reg, value, lastRead);
     return LSW_CHIP_FAILED;
 }
 

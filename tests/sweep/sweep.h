@@ -49,6 +49,8 @@ struct SweepCase {
     // Platform calls whose failure the operation does not report. Prints, bounded functions and mutexes
     // never need naming.
     std::vector<std::string> tolerated = {};
+    // Platform calls that the operation repeats: one failure may be survived or reported.
+    std::vector<std::string> repeated = {};
     // The operation never reports a failure.
     bool reportsNothing = false;
     // Outputs that the operation clears or writes before it fails.

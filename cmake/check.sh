@@ -1,0 +1,99 @@
+#!/bin/sh
+# What no test program can see: format, static analysis, what the library exports and needs, whether the
+# installed package can be built against. Expects build/release to be built.
+set -u
+build=build/release
+library=$build/lib/libzrlsw.so
+platform=$build/lib/libzrsim.so
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+passed=0
+failed=0
+
+check() {
+    name=$1
+    shift
+    if "$@" >"$work/log" 2>&1; then
+        passed=$((passed + 1))
+        echo "ok      $name"
+    else
+        failed=$((failed + 1))
+        echo "FAILED  $name"
+        head -n 40 "$work/log"
+    fi
+}
+
+sources() {
+    git ls-files -- '*.h' '*.cpp' '*.c'
+}
+
+format() {
+    sources | xargs clang-format --dry-run -Werror
+}
+
+tidy() {
+    git ls-files -- 'src/*.cpp' | xargs -P 2 -n 4 clang-tidy --quiet -p "$build"
+}
+
+cpp_check() {
+    cppcheck --quiet --std=c++20 --language=c++ --enable=warning,portability,performance --inline-suppr \
+        --suppress=missingInclude --error-exitcode=1 -j 2 -I src -I . src sim tools
+}
+
+exported_names() {
+    nm -D --defined-only "$library" | awk '{ print $3 }' | sort >"$work/have"
+    sort cmake/exports.txt | diff - "$work/have"
+}
+
+# The library needs the C library, and nothing from the platform that the stand-in would lack.
+needs() {
+    readelf -d "$library" | sed -n 's/.*NEEDED.*\[\(.*\)\]/\1/p' >"$work/needed"
+    echo libc.so.6 | diff - "$work/needed" || return 1
+    nm -D --undefined-only "$library" | awk '$1 == "U" { sub(/@.*/, "", $2); print $2 }' | sort >"$work/undefined"
+    { nm -D --defined-only "$platform" | awk '{ print $3 }'; printf '%s\n' strncmp memset memcpy memmove; } |
+        sort -u >"$work/provided"
+    comm -23 "$work/undefined" "$work/provided" >"$work/missing"
+    cat "$work/missing"
+    [ ! -s "$work/missing" ]
+}
+
+# Only the start-up code's own entry: no static constructor of ours.
+no_constructors() {
+    size=$(readelf -SW "$library" | sed -n 's/.* \.init_array *INIT_ARRAY *[0-9a-f]* [0-9a-f]* \([0-9a-f]*\).*/\1/p')
+    [ "$((0x$size))" -le 8 ]
+}
+
+package() {
+    cmake --install "$build" --prefix "$work/prefix" &&
+        cmake -S tests/package -B "$work/cmake" -DCMAKE_PREFIX_PATH="$work/prefix" \
+            -DZRSIM="$PWD/$platform" &&
+        cmake --build "$work/cmake" &&
+        "$work/cmake/consumer" &&
+        export PKG_CONFIG_PATH="$work/prefix/lib/pkgconfig:$(echo "$work"/prefix/lib/*/pkgconfig)" &&
+        cc -std=c11 -Wall -Wextra -Werror tests/package/consumer.c -o "$work/consumer" \
+            $(pkg-config --cflags --libs zrlsw) "$PWD/$platform" \
+            -Wl,-rpath,"$(pkg-config --variable=libdir zrlsw)" -Wl,-rpath,"$PWD/$build/lib" &&
+        "$work/consumer" &&
+        cmp "$(pkg-config --variable=libdir zrlsw)/libzrlsw.so" "$library"
+}
+
+# Every public header alone, as C11 and as C++20.
+headers() {
+    (cd "$work/prefix/include/zrlsw" && find . -name '*.h') | while read -r header; do
+        echo "#include \"$header\"" >"$work/header.c"
+        cp "$work/header.c" "$work/header.cpp"
+        cc -std=c11 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I "$work/prefix/include/zrlsw" "$work/header.c" || exit 1
+        c++ -std=c++20 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I "$work/prefix/include/zrlsw" "$work/header.cpp" || exit 1
+    done
+}
+
+check "format" format
+check "clang-tidy" tidy
+check "cppcheck" cpp_check
+check "exported names" exported_names
+check "what the library needs" needs
+check "no static constructors" no_constructors
+check "installed package, by CMake and by pkg-config" package
+check "public headers in C11 and C++20" headers
+echo "$passed passed, $failed failed"
+[ "$failed" = 0 ]

@@ -1,0 +1,181 @@
+// The library's entry: what is fetched and filled, in what order, and what stays as it was.
+#include "frame/func_list.h"
+
+#include <dlfcn.h>
+
+#include <cstring>
+
+#include "frame/fmea.h"
+#include "tests/kit/device.h"
+
+namespace zrtest
+{
+namespace
+{
+
+using FrameTest = DeviceTest;
+
+struct Table {
+    const char *getter;
+    const char *filler;
+    std::vector<const char *> slots; // null: not written
+};
+
+// The slots as the manager reads them, from 0 on.
+const std::vector<Table> &tables()
+{
+    static const std::vector<Table> all = {
+        {"LSW_Common_GetFuncPtr",
+         "ZR_COMMON_FuncInit",
+         {"ZR_COMMON_InitChip", "ZR_COMMON_ChipRegRead", "ZR_COMMON_ChipRegWrite", "ZR_COMMON_CliCmdPrase",
+          nullptr, nullptr, nullptr, nullptr, "ZR_COMMON_ChipCaptureDropReasonEnable",
+          "ZR_COMMON_ChipGetDropReason"}},
+        {"LSW_PORT_GetFuncPtr",
+         "ZR_PORT_FuncInit",
+         {"ZR_PORT_Init",
+          "ZR_PORT_RegRead",
+          "ZR_PORT_RegWrite",
+          "ZR_PORT_SetEnable",
+          "ZR_PORT_GetEnable",
+          "ZR_PORT_CpuInit",
+          "ZR_PORT_GetLinkStatus",
+          "ZR_PORT_LinkEvt",
+          "ZR_PORT_LinkScanWar",
+          "ZR_PORT_GetSpeed",
+          "ZR_PORT_SetSpeed",
+          "ZR_PORT_GetAutonegEnable",
+          "ZR_PORT_SetAutonegEnable",
+          "ZR_PORT_GetAutonegAbility",
+          "ZR_PORT_GetRemoteAutonegAbility",
+          "ZR_PORT_GetStatistics",
+          "ZR_PORT_ClearStatistics",
+          "ZR_PORT_SetDuplex",
+          "ZR_PORT_GetDuplex",
+          "ZR_PORT_GetMaxFrame",
+          "ZR_PORT_SetIsolate",
+          "ZR_PORT_GetLoopback",
+          "ZR_PORT_SetLoopback",
+          "ZR_PORT_GetDebugInfo",
+          "ZR_PORT_GetSnr",
+          "ZR_PORT_GetKhCheck",
+          "ZR_PORT_GetChipId",
+          "ZR_PORT_SetLEDForce",
+          "ZR_GetLinkDownPhyReg",
+          "ZR_PORT_SetAllIsolate",
+          "ZR_PORT_GetIsolateMap",
+          "ZR_PORT_SetAdvert"}},
+        {"LSW_MAC_GetFuncPtr",
+         "ZR_MAC_FuncInit",
+         {"ZR_MAC_Init", "ZR_MAC_SyncMacInsert", "ZR_MAC_AddMac", "ZR_MAC_SetAgeTime", "ZR_MAC_GetAgeTime",
+          "ZR_MAC_DelAllMac", "ZR_MAC_DelByVlanMac", "ZR_MAC_DelByPort", "ZR_MAC_DelByVlan",
+          "ZR_MAC_DelByPortVlan", "ZR_MAC_DelByMac", "ZR_MAC_DelDynMac", "ZR_MAC_GetMacEntry",
+          "ZR_MAC_SetPortLearnMode", "ZR_MAC_GetPortLearnMode", nullptr, "ZR_MAC_GetCapacity",
+          "ZR_MAC_RegisterCallBack"}},
+        {"LSW_VLAN_GetFuncPtr",
+         "ZR_VLAN_FuncInit",
+         {"ZR_VLAN_Init", "ZR_VLAN_Create", "ZR_VLAN_Delete", "ZR_VLAN_AddMember", "ZR_VLAN_AddMultiMember",
+          "ZR_VLAN_DelMember", "ZR_VLAN_GetPortMap", "ZR_VLAN_SetPortPvid", "ZR_VLAN_GetPortPvid",
+          "ZR_VLAN_SetIgrPortFilter", nullptr, "HAL_VLAN_SetTagModeZr"}},
+        {"LSW_QOS_GetFuncPtr", "ZR_QOS_FuncInit", {"ZR_QOS_Init"}},
+        {"LSW_ACL_GetFuncPtr",
+         "ZR_ACL_FuncInit",
+         {"COM_ACL_IsLogicRuleInUse", "COM_ACL_AllocLogicRuleId", "COM_ACL_LogicRuleToChipRule",
+          "ZR_ACL_UpdateLANWanPolicy", "ZR_ACL_SetRuleMapEntry", "COM_ACL_ReleseRuleRecord", "ZR_ACL_AddEntry",
+          "ZR_ACL_GetEntry", "ZR_ACL_DelEntry", "ZR_ACL_ModifyEntryPortmap", "ZR_ACL_AddEntryPortmap",
+          "ZR_ACL_RemoveEntryPortmap", nullptr, "ZR_ACL_Init"}},
+        {"LSW_HSEC_GetFuncPtr",
+         "ZR_HSEC_FuncInit",
+         {"COM_HSEC_IsLogicMeterInUse", "COM_HSEC_LogicMeterToChipMeter", "COM_HSEC_ChipMeterToLogicMeter",
+          "COM_HSEC_EntryIdToLogicMeter", "ZR_HSEC_GetStat", "COM_HSEC_SetMeterEntry",
+          "COM_HSEC_ReleseHsecRecord", "ZR_HSEC_GetCar", "ZR_HSEC_ConfigCar", "ZR_HSEC_DelCar", nullptr,
+          "COM_HSEC_AllocMeterId", "COM_HSEC_AllocChipMeter", "ZR_HSEC_Init"}},
+        {"LSW_MC_GetFuncPtr", "ZR_MC_FuncInit", {"ZR_MC_Init"}},
+        {"LSW_STORMCTL_GetFuncPtr", "ZR_STORMCTL_FuncInit", {"ZR_STORMCTL_Init", "ZR_STORMCTL_Set"}},
+        {"LSW_STP_GetFuncPtr",
+         "ZR_STP_FuncInit",
+         {"ZR_STP_stgCreate", "ZR_STP_SetVlanInstanceid", "ZR_STP_SetStpMode", "ZR_STP_FlushMacByPortInstance",
+          "ZR_STP_FlushMacByPortVlan", "ZR_STP_FlushMacByPort"}},
+        {"LSW_TRUNK_GetFuncPtr",
+         "ZR_TRUNK_FuncInit",
+         {"ZR_TRUNK_AddMember", "ZR_TRUNK_DelMember", "ZR_TRUNK_GetMember", "ZR_TRUNK_Create",
+          "ZR_TRUNK_Delete", "ZR_TRUNK_GetTrunkNum"}},
+        {"LSW_FMEA_GetFuncPtr", "ZR_FMEA_FuncInit", {"ZR_FMEA_MonitorUnitReg"}},
+    };
+    return all;
+}
+
+// Room for a table and beyond, every slot marked.
+struct Slots {
+    static constexpr size_t kCount = 40;
+    void *slot[kCount];
+    Slots() { std::memset(slot, 0x5A, sizeof slot); }
+};
+
+void expectFilled(const Table &table, const Slots &slots)
+{
+    const Slots untouched;
+    for (size_t i = 0; i < Slots::kCount; ++i) {
+        const char *name = i < table.slots.size() ? table.slots[i] : nullptr;
+        void *expected = name == nullptr ? untouched.slot[i] : device().symbol(name);
+        EXPECT_EQ(slots.slot[i], expected)
+            << table.filler << " slot " << i << " " << (name != nullptr ? name : "");
+    }
+}
+
+TEST_F(FrameTest, EveryFillerWritesItsSlotsAndNoOther)
+{
+    for (const Table &table : tables()) {
+        Slots slots;
+        auto *filler = reinterpret_cast<void (*)(void *)>(dev.symbol(table.filler));
+        ASSERT_NE(filler, nullptr) << table.filler;
+        filler(nullptr);
+        filler(slots.slot);
+        expectFilled(table, slots);
+        filler(slots.slot);
+        expectFilled(table, slots);
+    }
+    EXPECT_EQ(dev.recorded().size(), 0U) << "a filler calls nothing";
+}
+
+TEST_F(FrameTest, TheEntryFetchesAndFillsTwelveTablesInOrder)
+{
+    std::vector<Slots> filled(tables().size());
+    for (size_t i = 0; i < tables().size(); ++i) {
+        dev.script(tables()[i].getter,
+                   [&filled, i](const zrsim::Call &) { return reinterpret_cast<uint64_t>(filled[i].slot); });
+    }
+    // A script's answer to a call that answers with a pointer is null: the entry must skip every module.
+    ZR_OP(ZR_COMMON_FuncListInit)(0xCAFE1234);
+    Texts fetched;
+    for (const zrsim::Call &call : dev.recorded())
+        fetched.push_back(call.text);
+    Texts expected;
+    for (const Table &table : tables())
+        expected.push_back(std::string(table.getter) + "(0xcafe1234) = null");
+    EXPECT_EQ(fetched, expected);
+    for (const Slots &slots : filled)
+        expectFilled({"", "", {}}, slots);
+}
+
+TEST_F(FrameTest, AMissingTableDoesNotStopTheOthers)
+{
+    zrsim::manager().tables = {};
+    dev.fail("LSW_VLAN_GetFuncPtr", 1);
+    ZR_OP(ZR_COMMON_FuncListInit)(0);
+    EXPECT_EQ(dev.ops().vlan.init, nullptr);
+    EXPECT_NE(dev.ops().mac.init, nullptr);
+    EXPECT_NE(dev.ops().fmea.monitorUnitReg, nullptr);
+}
+
+TEST_F(FrameTest, OperationsThatOnlyAnswer)
+{
+    for (uint32_t unit : {0U, 2U, 3U, 0xFFFFFFFFU}) {
+        EXPECT_EQ(dev.ops().fmea.monitorUnitReg(unit), 0U);
+        EXPECT_EQ(dev.ops().stormctl.init(unit), 0U);
+        EXPECT_EQ(dev.ops().port.linkEvt(unit, 0xFFFFFFFF), 0U);
+    }
+    EXPECT_EQ(dev.recorded().size(), 0U);
+}
+
+} // namespace
+} // namespace zrtest
