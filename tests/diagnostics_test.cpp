@@ -1,0 +1,538 @@
+#include "port/port_diag.h"
+
+#include <gmock/gmock.h>
+
+#include <cstring>
+
+#include "port/port.h"
+#include "sim/chip/chip.h"
+#include "tests/kit/device.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using zrsim::Call;
+
+namespace zrtest
+{
+namespace
+{
+
+// A script: success, with `value` in the argument of number `output`.
+auto answering(size_t output, uint32_t value)
+{
+    return [output, value](const Call &call) {
+        *call.pointer<uint32_t>(output) = value;
+        return 0U;
+    };
+}
+
+// A port whose every reader answers a value of its own: PHY register n holds n * 0x101.
+class Diagnostics : public RunningDeviceTest
+{
+protected:
+    void SetUp() override
+    {
+        RunningDeviceTest::SetUp();
+        port_ = &dev.ops().port;
+    }
+
+    void scriptReaders()
+    {
+        dev.script("l2sw_port_adminEnable_get", answering(2, 1));
+        dev.script("l2sw_switch_isExtPort", [](const Call &) { return 1U; });
+        dev.script("l2sw_port_phyStatus_get", [](const Call &call) {
+            *call.pointer<uint32_t>(2) = 1;
+            *call.pointer<uint32_t>(3) = 2;
+            *call.pointer<uint32_t>(4) = 1;
+            return 0U;
+        });
+        dev.script("l2sw_port_macStatus_get", [](const Call &call) {
+            *call.pointer<SdkMacLink>(2) = {0, 0, 0, 1, {}};
+            return 0U;
+        });
+        dev.script("l2sw_port_macLocalLoopbackEnable_get", answering(2, 1));
+        dev.script("l2sw_port_phyReg_get", [](const Call &call) {
+            *call.pointer<uint32_t>(3) = call.number(2) * 0x101;
+            return 0U;
+        });
+        dev.script("l2sw_port_phyAutoNegoAbility_get", [](const Call &call) {
+            *call.pointer<SdkPortAbility>(2) = {1, 0, 1, 1, 0, 0, 0, 1};
+            return 0U;
+        });
+        dev.script("l2sw_port_snr_get", [](const Call &call) {
+            *call.pointer<SdkPortSnr>(2) = {{11, 12, 13, 14, 15, 16, 17, 18}};
+            return 0U;
+        });
+        dev.script("l2sw_switch_ahb_read", [](const Call &call) {
+            EXPECT_EQ(call.number(1), 0x9000084CU);
+            *call.pointer<uint32_t>(2) = 0x37;
+            return 0U;
+        });
+    }
+    void failing(const char *name)
+    {
+        dev.script(name, [](const Call &) { return 22U; });
+    }
+
+    std::string dump(uint32_t unit = 1, uint32_t port = 3)
+    {
+        char text[2048];
+        EXPECT_EQ(port_->getDebugInfo(unit, port, text, sizeof text), 0U);
+        return text;
+    }
+    std::string stateDump()
+    {
+        char text[2048] = "";
+        const uint32_t length = ZR_OP(HAL_PORT_DumpNormalDebugInfoZr)(1, 3, text, sizeof text);
+        EXPECT_EQ(length, std::strlen(text));
+        return text;
+    }
+
+    const ZrPortOps *port_ = nullptr;
+};
+
+constexpr char kRegisters[] = "\r\n-----------reg info unit 1 port 3--------------\r\n"
+                              "0x00:0x0000 0x01:0x0101 0x02:0x0202 0x03:0x0303 \r\n"
+                              "0x04:0x0404 0x05:0x0505 0x06:0x0606 0x07:0x0707 \r\n"
+                              "0x08:0x0808 0x09:0x0909 0x0a:0x0a0a 0x0b:0x0b0b \r\n"
+                              "0x0c:0x0c0c 0x0d:0x0d0d 0x0e:0x0e0e 0x0f:0x0f0f \r\n"
+                              "0x10:0x1010 0x11:0x1111 0x12:0x1212 0x13:0x1313 \r\n"
+                              "0x14:0x1414 0x15:0x1515 0x16:0x1616 0x17:0x1717 \r\n"
+                              "0x18:0x1818 0x19:0x1919 0x1a:0x1a1a 0x1b:0x1b1b \r\n"
+                              "0x1c:0x1c1c 0x1d:0x1d1d 0x1e:0x1e1e 0x1f:0x1f1f \r\n";
+constexpr char kState[] = "\r\n-----------debug info unit 1 port 3--------------\r\n"
+                          "enable:1 \r\n"
+                          "phyLink:0 \r\n"
+                          "macLink:1 \r\n"
+                          "loop:1 \r\n"
+                          "speed:1000 \r\n"
+                          "duplex:1 \r\n"
+                          "mdixStatus:0 \r\n"
+                          "mdixCfg:2 \r\n"
+                          "autoneg:1 \r\n"
+                          "autonegStatus:0 \r\n"
+                          "snr info: \r\n"
+                          "snrA: 11 snrB: 12 snrC: 13 snrD: 14 trap: 17 status: 15\r\n"
+                          "chip FS data 0x37 level: TT faster\r\n"
+                          "local ability \r\n"
+                          "  10MH:0 10MF:1 100MH:1 100MF:0 1000M:0 pause:0 pauseAsyn:1\r\n"
+                          "remote ability \r\n"
+                          "  10MH:0 10MF:0 100MH:0 100MF:1 1000M:1 pause:1 pauseAsyn:0\r\n";
+constexpr char kLinkDown[] = "PhyReg 1-10: 0x00:0x0000 0x01:0x0101 0x02:0x0202 0x03:0x0303 0x04:0x0404 "
+                             "0x05:0x0505 0x06:0x0606 0x07:0x0707 0x08:0x0808 0x09:0x0909 0x0a:0x0a0a ";
+
+// ---- the debug dump ----------------------------------------------------------------------------
+
+TEST_F(Diagnostics, DumpShowsRegistersThenState)
+{
+    scriptReaders();
+    EXPECT_EQ(dump(), std::string(kRegisters) + kState);
+
+    char text[2048];
+    EXPECT_EQ(ZR_OP(HAL_PORT_DumpRegInfo)(1, 3, text, sizeof text), sizeof kRegisters - 1);
+    EXPECT_STREQ(text, kRegisters);
+    EXPECT_EQ(stateDump(), kState);
+}
+
+TEST_F(Diagnostics, UnreadableRegistersShowTheLastReading)
+{
+    dev.script("l2sw_port_phyReg_get", [](const Call &call) {
+        const uint32_t reg = call.number(2);
+        if (reg == 0 || reg == 6 || reg == 7)
+            return 22U;
+        *call.pointer<uint32_t>(3) = 0x8000 + reg;
+        return 0U;
+    });
+    char text[2048];
+    ZR_OP(HAL_PORT_DumpRegInfo)(1, 3, text, sizeof text);
+    EXPECT_THAT(text, testing::HasSubstr("0x00:0x0000 0x01:0x8001 0x02:0x8002 0x03:0x8003 \r\n"
+                                         "0x04:0x8004 0x05:0x8005 0x06:0x8005 0x07:0x8005 \r\n0x08:0x8008 "));
+}
+
+TEST_F(Diagnostics, UnreadableStateShows255)
+{
+    const struct {
+        const char *call;
+        Texts lines;
+        size_t failureLines;
+    } cases[] = {
+        {"l2sw_port_adminEnable_get", {"enable:255 \r\n"}, 1},
+        {"l2sw_port_phyStatus_get", {"speed:255 \r\n", "duplex:255 \r\n"}, 2},
+        {"l2sw_port_macStatus_get", {"macLink:255 \r\n"}, 1},
+        {"l2sw_port_macLocalLoopbackEnable_get", {"loop:255 \r\n"}, 1},
+        {"l2sw_port_phyAutoNegoAbility_get",
+         {"autoneg:255 \r\n",
+          "local ability \r\n  10MH:0 10MF:0 100MH:0 100MF:0 1000M:0 pause:0 pauseAsyn:0\r\n"},
+         2},
+        {"l2sw_port_phyReg_get",
+         {"phyLink:255 \r\n", "mdixCfg:255 \r\n",
+          "remote ability \r\n  10MH:0 10MF:0 100MH:0 100MF:0 1000M:0 pause:0 pauseAsyn:0\r\n"},
+         2},
+        {"l2sw_switch_ahb_read", {"chip FS data 0x0 level: unknow\r\n"}, 0},
+    };
+    for (const auto &unreadable : cases) {
+        scriptReaders();
+        failing(unreadable.call);
+        const std::string text = stateDump();
+        for (const std::string &line : unreadable.lines)
+            EXPECT_THAT(text, testing::HasSubstr(line)) << unreadable.call;
+        EXPECT_THAT(text, testing::HasSubstr("mdixStatus:0 \r\n"));
+        EXPECT_THAT(text, testing::HasSubstr("autonegStatus:0 \r\n"));
+        EXPECT_EQ(dev.takeFailures().size(), unreadable.failureLines) << unreadable.call;
+    }
+}
+
+TEST_F(Diagnostics, WithoutSnrTheDumpHasNoState)
+{
+    scriptReaders();
+    failing("l2sw_port_snr_get");
+    EXPECT_EQ(dump(), kRegisters);
+    const Texts lines = {"2/22 get l2sw snr failed (unit = 1, port = 3, ret = 22).",
+                         "2/4 PortDebugInfo get 3 ret 4"};
+    EXPECT_EQ(dev.takeFailures(), lines);
+
+    char text[8] = "before";
+    EXPECT_EQ(ZR_OP(HAL_PORT_DumpNormalDebugInfoZr)(1, 3, text, sizeof text), 4U);
+    EXPECT_STREQ(text, "before");
+    EXPECT_EQ(dev.takeFailures(), lines);
+}
+
+TEST_F(Diagnostics, FsDataNamesItsLevelByBits2To15)
+{
+    const struct {
+        uint32_t data;
+        const char *line;
+    } cases[] = {
+        {0x38, "chip FS data 0x38 level: FF\r\n"},
+        {0x3B, "chip FS data 0x3b level: FF\r\n"},
+        {0x34, "chip FS data 0x34 level: TT faster\r\n"},
+        {0x20, "chip FS data 0x20 level: TT normal\r\n"},
+        {0xABCD0026, "chip FS data 0xabcd0026 level: TT slower\r\n"},
+        {0x28, "chip FS data 0x28 level: SS\r\n"},
+        {0x10, "chip FS data 0x10 level: unknow\r\n"},
+        {0x2C, "chip FS data 0x2c level: unknow\r\n"},
+        {0x1038, "chip FS data 0x1038 level: unknow\r\n"},
+        {0, "chip FS data 0x0 level: unknow\r\n"},
+    };
+    scriptReaders();
+    for (const auto &silicon : cases) {
+        dev.script("l2sw_switch_ahb_read", answering(2, silicon.data));
+        EXPECT_THAT(stateDump(), testing::HasSubstr(silicon.line));
+    }
+}
+
+// ---- texts and their buffers -------------------------------------------------------------------
+
+// Runs a text operation with a buffer of `size` bytes between guards, filled with a pattern.
+class GuardedText
+{
+public:
+    static constexpr char kPattern = '\x7E';
+    explicit GuardedText(uint32_t size) : size_(size), bytes_(kGuard + size + kGuard, kPattern) {}
+    char *data() { return bytes_.data() + kGuard; }
+    // The text, after checking that nothing was written beyond the buffer and that a terminator stands in it.
+    std::string text(uint32_t offset = 0) const
+    {
+        const std::string guard(kGuard, kPattern);
+        EXPECT_EQ(bytes_.substr(0, kGuard), guard);
+        EXPECT_EQ(bytes_.substr(kGuard + size_), guard);
+        EXPECT_EQ(bytes_.substr(kGuard, std::min(offset, size_)),
+                  std::string(std::min(offset, size_), kPattern));
+        if (offset >= size_)
+            return "";
+        const std::string from = bytes_.substr(kGuard + offset, size_ - offset);
+        EXPECT_NE(from.find('\0'), std::string::npos) << "not terminated";
+        return from.substr(0, from.find('\0'));
+    }
+
+private:
+    static constexpr size_t kGuard = 64;
+    uint32_t size_;
+    std::string bytes_;
+};
+
+// Of `pieces`, as many as fit before the terminator.
+std::string fitting(const Texts &pieces, uint32_t size)
+{
+    std::string text;
+    for (const std::string &piece : pieces) {
+        if (text.size() + piece.size() + 1 > size)
+            break;
+        text += piece;
+    }
+    return text;
+}
+
+// The dump's lines; a heading starts with an empty one that belongs to it.
+Texts lines(const std::string &text)
+{
+    Texts pieces;
+    for (size_t from = 0; from < text.size();) {
+        const size_t to = text.find("\r\n", from + 2) + 2;
+        pieces.push_back(text.substr(from, to - from));
+        from = to;
+    }
+    return pieces;
+}
+
+TEST_F(Diagnostics, DumpIsCutAtALineAndStaysInItsBuffer)
+{
+    scriptReaders();
+    const std::string whole = std::string(kRegisters) + kState;
+    const Texts pieces = lines(whole);
+    ASSERT_EQ(pieces.size(), 9U + 18U);
+    for (uint32_t size = 0; size < whole.size() + 3; ++size) {
+        GuardedText buffer(size);
+        EXPECT_EQ(port_->getDebugInfo(1, 3, buffer.data(), size), 0U);
+        ASSERT_EQ(buffer.text(), fitting(pieces, size)) << size;
+        dev.forget();
+    }
+    for (uint32_t size = 0; size < sizeof kState + 2; ++size) {
+        GuardedText registers(size);
+        const uint32_t registerLength = ZR_OP(HAL_PORT_DumpRegInfo)(1, 3, registers.data(), size);
+        EXPECT_EQ(registerLength, registers.text().size()) << size;
+        GuardedText state(size);
+        const uint32_t stateLength = ZR_OP(HAL_PORT_DumpNormalDebugInfoZr)(1, 3, state.data(), size);
+        EXPECT_EQ(stateLength, state.text().size()) << size;
+        EXPECT_EQ(state.text(), fitting(lines(kState), size)) << size;
+        dev.forget();
+    }
+}
+
+// Register values wider than 16 bits make a row longer than the heading of the state.
+TEST_F(Diagnostics, NothingFollowsACutAmongTheRegisters)
+{
+    scriptReaders();
+    dev.script("l2sw_port_phyReg_get", answering(3, 0xFFFFFFFF));
+    const uint32_t heading = sizeof "\r\n-----------reg info unit 1 port 3--------------\r\n" - 1;
+    const uint32_t row = sizeof "0x00:0xffffffff 0x01:0xffffffff 0x02:0xffffffff 0x03:0xffffffff \r\n" - 1;
+    GuardedText buffer(heading + row);
+    EXPECT_EQ(port_->getDebugInfo(1, 3, buffer.data(), heading + row), 0U);
+    EXPECT_EQ(buffer.text().size(), heading);
+}
+
+TEST_F(Diagnostics, LinkDownTextStaysBetweenOffsetAndSize)
+{
+    scriptReaders();
+    const std::string whole = kLinkDown;
+    Texts pieces = {"PhyReg 1-10: "};
+    for (size_t at = pieces[0].size(); at < whole.size(); at += 12)
+        pieces.push_back(whole.substr(at, 12));
+    ASSERT_EQ(pieces.size(), 12U);
+    const uint32_t longest = static_cast<uint32_t>(whole.size()) + 2;
+    for (uint32_t size = 0; size <= longest; ++size) {
+        for (uint32_t offset : {0U, 1U, 40U, size - 1, size, size + 1, 0x80000000U, 0xFFFFFFFFU}) {
+            GuardedText buffer(size);
+            EXPECT_EQ(port_->getLinkDownPhyReg(1, 3, buffer.data(), size, offset), 0U);
+            ASSERT_EQ(buffer.text(offset), offset < size ? fitting(pieces, size - offset) : "")
+                << size << " " << offset;
+            dev.forget();
+        }
+    }
+    GuardedText ample(512);
+    EXPECT_EQ(port_->getLinkDownPhyReg(1, 3, ample.data(), 512, 100), 0U);
+    EXPECT_EQ(ample.text(100), kLinkDown);
+}
+
+TEST_F(Diagnostics, LinkDownTextEndsAtTheFirstUnreadableRegister)
+{
+    scriptReaders();
+    dev.script("l2sw_port_phyReg_get", [](const Call &call) {
+        *call.pointer<uint32_t>(3) = 0x12345678;
+        return call.number(2) == 2 ? 22U : 0U;
+    });
+    char text[256];
+    EXPECT_EQ(port_->getLinkDownPhyReg(1, 3, text, sizeof text, 0), 4U);
+    EXPECT_STREQ(text, "PhyReg 1-10: 0x00:0x5678 0x01:0x5678 ");
+    EXPECT_EQ(dev.calls().size(), 3U);
+    // The status does not depend on the room.
+    EXPECT_EQ(port_->getLinkDownPhyReg(1, 3, text, 4, 4), 4U);
+    EXPECT_EQ(port_->getLinkDownPhyReg(1, 3, text, 0, 0), 4U);
+}
+
+// ---- registers ---------------------------------------------------------------------------------
+
+TEST_F(Diagnostics, PhyRegistersAreReachedOverTheirPage)
+{
+    uint16_t value = 0;
+    dev.script("l2sw_port_phyReg_get", [](const Call &call) {
+        *call.pointer<uint32_t>(3) = 0xABCD0040 + call.number(2);
+        return 0U;
+    });
+    dev.script("l2sw_port_phyReg_set", [](const Call &) { return 0U; });
+    EXPECT_EQ(port_->regRead(2, 4, 99, 16, &value), 0U);
+    EXPECT_EQ(value, 0x50);
+    EXPECT_EQ(port_->regRead(2, 4, 99, 0x30011, &value), 0U);
+    EXPECT_EQ(value, 0x51);
+    EXPECT_EQ(port_->regWrite(2, 4, 99, 16, 0xBEEF), 0U);
+    EXPECT_EQ(port_->regWrite(2, 4, 99, 0xFFFF0012, 0xBEEF), 0U);
+    EXPECT_THAT(
+        dev.calls(),
+        ElementsAre("l2sw_port_phyReg_get(2, 4, 16, &0xabcd0050) = 0", "l2sw_port_phyReg_set(2, 4, 31, 3) = 0",
+                    "l2sw_port_phyReg_get(2, 4, 17, &0xabcd0051) = 0", "l2sw_port_phyReg_set(2, 4, 31, 0) = 0",
+                    "l2sw_port_phyReg_set(2, 4, 16, 0xbeef) = 0", "l2sw_port_phyReg_set(2, 4, 31, 0xffff) = 0",
+                    "l2sw_port_phyReg_set(2, 4, 18, 0xbeef) = 0", "l2sw_port_phyReg_set(2, 4, 31, 0) = 0"));
+}
+
+TEST_F(Diagnostics, PhyRegisterAccessStopsSilentlyAtItsFirstFailure)
+{
+    const struct {
+        uint32_t reg;
+        const char *call;
+        unsigned nth;
+        size_t readCalls; // made until the read stopped, 0: no such failure
+        size_t writeCalls;
+    } cases[] = {
+        {5, "l2sw_port_phyReg_get", 1, 1, 0},       {5, "l2sw_port_phyReg_set", 1, 0, 1},
+        {0x30005, "l2sw_port_phyReg_set", 1, 1, 1}, {0x30005, "l2sw_port_phyReg_get", 1, 2, 0},
+        {0x30005, "l2sw_port_phyReg_set", 2, 3, 2}, {0x30005, "l2sw_port_phyReg_set", 3, 0, 3},
+    };
+    for (const auto &failure : cases) {
+        SCOPED_TRACE(testing::Message() << failure.call << " " << failure.nth << " of " << failure.reg);
+        uint16_t value = 0x7777;
+        dev.forget();
+        dev.fail(failure.call, 22, failure.nth);
+        if (failure.readCalls != 0) {
+            EXPECT_EQ(port_->regRead(1, 3, 0, failure.reg, &value), 4U);
+            EXPECT_EQ(value, 0x7777);
+            EXPECT_EQ(dev.calls().size(), failure.readCalls);
+        }
+        dev.failNone();
+        dev.forget();
+        dev.fail(failure.call, 22, failure.nth);
+        if (failure.writeCalls != 0) {
+            EXPECT_EQ(port_->regWrite(1, 3, 0, failure.reg, 1), 4U);
+            EXPECT_EQ(dev.calls().size(), failure.writeCalls);
+        }
+        dev.failNone();
+    }
+    EXPECT_EQ(port_->regWrite(1, 3, 0, 31, 0), 0U); // selects page 0 again
+}
+
+TEST_F(Diagnostics, MdiModeComesFromTheTopBitsOfRegister16)
+{
+    const struct {
+        uint32_t value;
+        uint32_t readStatus;
+        uint32_t status;
+        uint32_t mode;
+    } cases[] = {
+        {0x0000, 0, 0, 2},
+        {0x3FFF, 0, 0, 2},
+        {0x4000, 0, 0, 0},
+        {0x7FFF, 0, 0, 0},
+        {0xC000, 0, 0, 1},
+        {0x4000, 22, 22, 0},
+        {0xC000, 0xFFFFFFFF, 0xFFFFFFFF, 1},
+        {0x1C000, 0, 0, 1},
+        {0x8000, 0, 8, 0xEEEE},
+        {0xBFFF, 22, 8, 0xEEEE},
+    };
+    for (const auto &reg16 : cases) {
+        dev.script("l2sw_port_phyReg_get", [&](const Call &call) {
+            EXPECT_EQ(call.number(2), 16U);
+            *call.pointer<uint32_t>(3) = reg16.value;
+            return reg16.readStatus;
+        });
+        uint32_t mode = 0xEEEE;
+        EXPECT_EQ(ZR_OP(HAL_PORT_GetMdixModeZr)(1, 3, &mode), reg16.status) << reg16.value;
+        EXPECT_EQ(mode, reg16.mode) << reg16.value;
+        EXPECT_EQ(dev.takeFailures(),
+                  reg16.status == 8 ? Texts{"2/8 unknow mdi stat (unit = 1, port = 3)."} : Texts{});
+    }
+}
+
+TEST_F(Diagnostics, SnrStatusChangesPlacesOnTheWay)
+{
+    scriptReaders();
+    LswmPortSnr snr{};
+    ASSERT_EQ(port_->getSnr(1, 3, &snr), 0U);
+    uint32_t words[8];
+    std::memcpy(words, &snr, sizeof snr);
+    EXPECT_THAT(words, ElementsAre(11, 12, 13, 14, 16, 15, 17, 18));
+}
+
+TEST_F(Diagnostics, KhMarkerIsFoundUntilTheChipIsReset)
+{
+    uint32_t intact = 7;
+    ASSERT_EQ(ZR_OP(HAL_PORT_KhInitZr)(1), 0U);
+    ASSERT_EQ(port_->getKhCheck(1, 3, &intact), 0U);
+    EXPECT_EQ(intact, 1U);
+    ASSERT_EQ(dev.ops().common.cliCmdPrase(1, "reset"), 0U);
+    ASSERT_EQ(port_->getKhCheck(1, 3, &intact), 0U);
+    EXPECT_EQ(intact, 0U);
+    for (uint32_t value : {0x55ABU, 0xAA55U, 0x155AAU}) {
+        dev.script("l2sw_getAsicReg", answering(2, value));
+        intact = 7;
+        EXPECT_EQ(port_->getKhCheck(1, 3, &intact), 0U);
+        EXPECT_EQ(intact, 0U);
+    }
+}
+
+// ---- chip identifier, LEDs, link-scan work-around ----------------------------------------------
+
+TEST_F(Diagnostics, SingleCallsReachTheSdkWithTheirArguments)
+{
+    uint32_t identifier = 0;
+    EXPECT_EQ(port_->getChipId(1, 3, &identifier), 0U);
+    EXPECT_EQ(identifier, 0x5109U);
+    EXPECT_EQ(port_->setLedForce(2, 15, 6, 7), 0U);
+    g_lswmInfo[1].port[2].kind = 2;
+    g_lswmInfo[1].port[3].kind = 1; // not this port
+    EXPECT_EQ(port_->linkScanWar(1, 2), 0U);
+    EXPECT_EQ(port_->linkScanWar(1, 3), 0U);
+    EXPECT_THAT(dev.calls(),
+                ElementsAre("l2sw_getAsicReg(1, 4864, &0x5109) = 0", "l2sw_port_led_force_set(2, 15, 6, 7) = 0",
+                            "l2sw_gephy_workaround_04_parallel(1, 2, 0) = 0"));
+}
+
+TEST_F(Diagnostics, FailuresArePrintedWithTheSdksStatus)
+{
+    uint32_t word = 0xEEEE;
+    LswmPortSnr snr{};
+    snr.snrA = 0xEEEE;
+    for (const char *call : {"l2sw_getAsicReg", "l2sw_port_led_force_set", "l2sw_gephy_workaround_04_parallel",
+                             "l2sw_port_snr_get"})
+        dev.fail(call, 0xFFFFFFFF);
+    EXPECT_EQ(port_->getKhCheck(1, 3, &word), 4U);
+    EXPECT_EQ(port_->getChipId(1, 3, &word), 4U);
+    EXPECT_EQ(port_->setLedForce(1, 3, 0, 0), 4U);
+    EXPECT_EQ(port_->linkScanWar(1, 3), 4U);
+    EXPECT_EQ(port_->getSnr(1, 3, &snr), 4U);
+    EXPECT_EQ(word, 0xEEEEU);
+    EXPECT_EQ(snr.snrA, 0xEEEEU);
+    EXPECT_THAT(dev.takeFailures(),
+                ElementsAre("2/4294967295 Port kh check failed (unit:1, port:3, ret:4294967295)",
+                            "2/4294967295 Port get chip id failed (unit:1, port:3, ret:4294967295)",
+                            "2/4294967295 led force set unit 1 port 3",
+                            "2/4294967295 portlinkscan workaround 1 port 3",
+                            "2/4294967295 get l2sw snr failed (unit = 1, port = 3, ret = 4294967295)."));
+}
+
+TEST_F(Diagnostics, UnitsAndPortsBeyondTheUnitInformationAreRefusedBeforeTheChip)
+{
+    for (auto [unit, port] : {std::pair(3U, 0U), {0xFFFFFFFFU, 0U}, {1U, 128U}, {1U, 0xFFFFFFFFU}, {3U, 128U}})
+        EXPECT_EQ(port_->linkScanWar(unit, port), 1U) << unit << " " << port;
+    EXPECT_THAT(dev.calls(), IsEmpty());
+    dev.script("l2sw_gephy_workaround_04_parallel", [](const Call &) { return 0U; });
+    EXPECT_EQ(port_->linkScanWar(2, 127), 0U);
+    EXPECT_THAT(dev.calls(), ElementsAre("l2sw_gephy_workaround_04_parallel(2, 127, 0) = 0"));
+}
+
+TEST_F(Diagnostics, MissingOutputsAreRefusedSilentlyBeforeTheChip)
+{
+    EXPECT_EQ(port_->getDebugInfo(1, 3, nullptr, 100), 2U);
+    EXPECT_EQ(port_->getLinkDownPhyReg(1, 3, nullptr, 100, 0), 2U);
+    EXPECT_EQ(port_->regRead(1, 3, 0, 0x30001, nullptr), 2U);
+    EXPECT_EQ(port_->getSnr(1, 3, nullptr), 2U);
+    EXPECT_EQ(port_->getKhCheck(1, 3, nullptr), 2U);
+    EXPECT_EQ(port_->getChipId(1, 3, nullptr), 2U);
+    EXPECT_EQ(ZR_OP(HAL_PORT_GetMdixModeZr)(1, 3, nullptr), 2U);
+    EXPECT_EQ(ZR_OP(HAL_PORT_PortDebugInfoGetZr)(1, 3, nullptr), 2U);
+    EXPECT_EQ(ZR_OP(HAL_PORT_DumpRegInfo)(1, 3, nullptr, 100), 0U);
+    EXPECT_EQ(ZR_OP(HAL_PORT_DumpNormalDebugInfoZr)(1, 3, nullptr, 100), 0U);
+    EXPECT_THAT(dev.calls(), IsEmpty());
+}
+
+} // namespace
+} // namespace zrtest

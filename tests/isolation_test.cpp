@@ -1,0 +1,222 @@
+#include "port/isolation.h"
+
+#include <gmock/gmock.h>
+
+#include "sim/chip/chip.h"
+#include "tests/kit/device.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace zrtest
+{
+namespace
+{
+
+// Unit 1 with ports 0 to 4, port 4 the reserved one.
+class Isolation : public RunningDeviceTest
+{
+protected:
+    void SetUp() override
+    {
+        RunningDeviceTest::SetUp();
+        dev.setPorts(1, LSWM_SET_VALID, {0, 1, 2, 3, 4});
+        g_lswmInfo[1].reservedPort = 4;
+        chipPorts(0x1F);
+    }
+    void chipPorts(uint32_t mask)
+    {
+        dev.script("l2sw_switch_logPortMask_get", [mask](const zrsim::Call &call) {
+            *call.pointer<uint32_t>(1) = mask;
+            return 0U;
+        });
+    }
+    void permit(uint32_t port, uint32_t map) { dev.chip(1).isolation.write(port, map); }
+    uint32_t permitted(uint32_t port)
+    {
+        uint32_t map = 0;
+        dev.chip(1).isolation.read(port, &map);
+        return map;
+    }
+    std::vector<uint32_t> permitMaps()
+    {
+        return {permitted(0), permitted(1), permitted(2), permitted(3), permitted(4)};
+    }
+    const ZrPortOps &port() { return dev.ops().port; }
+};
+
+TEST_F(Isolation, IsolateMapIsTheValidPortsThatAreNotPermitted)
+{
+    const struct {
+        uint32_t valid;
+        uint32_t permit;
+        uint32_t isolate;
+    } cases[] = {
+        {0x1F, 0x07, 0x18}, {0x1F, 0xFFFFFFFF, 0}, {0x8000001F, 0x1, 0x8000001E}, {0x1F, 0, 0x1F}, {0, 0, 0},
+    };
+    for (const auto &maps : cases) {
+        chipPorts(maps.valid);
+        permit(2, maps.permit);
+        uint32_t isolate = 0xEEEE;
+        EXPECT_EQ(port().getIsolateMap(1, 2, &isolate), 0U);
+        EXPECT_EQ(isolate, maps.isolate) << maps.permit;
+    }
+}
+
+TEST_F(Isolation, IsolatingTakesPortsFromThePermitMapAndReleasingAddsThem)
+{
+    const struct {
+        uint32_t permit;
+        uint32_t map;
+        uint32_t isolate;
+        uint32_t written;
+    } cases[] = {
+        {0xFF, 0x10, 1, 0x0F},    {0x03, 0x10, 0, 0x13},
+        {0x03, 0x10, 2, 0x13},    {0x1F, 0, 1, 0x1F},
+        {0xFF, 0, 1, 0x1F}, // ports that are not valid go, even when nothing is isolated
+        {0x01, 0xFFFFFFFF, 1, 0}, {0x01, 0xFFFF0000, 0xFFFFFFFF, 0xFFFF0001},
+    };
+    for (const auto &change : cases) {
+        permit(2, change.permit);
+        EXPECT_EQ(port().setIsolate(1, 2, &change.map, change.isolate), 0U);
+        EXPECT_EQ(permitted(2), change.written) << change.permit << " " << change.map << " " << change.isolate;
+    }
+}
+
+TEST_F(Isolation, SettingReadsWhatItNeedsAndNoMore)
+{
+    const uint32_t map = 0x2;
+    permit(3, 0x1F);
+    ASSERT_EQ(port().setIsolate(1, 3, &map, 1), 0U);
+    ASSERT_EQ(port().setIsolate(1, 3, &map, 0), 0U);
+    EXPECT_THAT(dev.calls(),
+                ElementsAre("l2sw_port_isolation_get(1, 3, &31) = 0", "l2sw_switch_logPortMask_get(1, &31) = 0",
+                            "l2sw_port_isolation_set(1, 3, 29) = 0", "l2sw_port_isolation_get(1, 3, &29) = 0",
+                            "l2sw_port_isolation_set(1, 3, 31) = 0"));
+}
+
+TEST_F(Isolation, AllPortsKeepTheWayToThemselvesAndToTheReservedPort)
+{
+    for (uint32_t member = 0; member < 5; ++member)
+        permit(member, 0x1F);
+    ASSERT_EQ(port().setAllIsolate(1, 1), 0U);
+    EXPECT_THAT(permitMaps(), ElementsAre(0x11, 0x12, 0x14, 0x18, 0x1F));
+    for (uint32_t from = 0; from < 5; ++from)
+        for (uint32_t to = 0; to < 5; ++to)
+            EXPECT_EQ(dev.chip(1).isolation.permits(from, to), from == to || from == 4 || to == 4)
+                << from << " to " << to;
+    ASSERT_EQ(port().setAllIsolate(1, 1), 0U);
+    EXPECT_THAT(permitMaps(), ElementsAre(0x11, 0x12, 0x14, 0x18, 0x1F));
+    ASSERT_EQ(port().setAllIsolate(1, 0), 0U);
+    EXPECT_THAT(permitMaps(), ElementsAre(0x1F, 0x1F, 0x1F, 0x1F, 0x1F));
+}
+
+TEST_F(Isolation, ReleasingAllGivesNoPortItselfOrTheReservedPort)
+{
+    for (uint32_t member = 0; member < 5; ++member)
+        permit(member, 0);
+    ASSERT_EQ(port().setAllIsolate(1, 7), 0U);
+    EXPECT_THAT(permitMaps(), ElementsAre(0x0E, 0x0D, 0x0B, 0x07, 0));
+}
+
+TEST_F(Isolation, TheManagersSetSaysWhichPortsChangeAndTheChipWhichBits)
+{
+    dev.setPorts(1, LSWM_SET_VALID, {1, 15}); // 15 is not among the chip's ports here
+    permit(0, 0x1F);
+    permit(1, 0x1F);
+    permit(15, 0x801F);
+    ASSERT_EQ(port().setAllIsolate(1, 1), 0U);
+    EXPECT_EQ(permitted(0), 0x1FU);
+    EXPECT_EQ(permitted(1), 0x12U);
+    EXPECT_EQ(permitted(15), 0x10U);
+
+    dev.forget();
+    dev.setPorts(1, LSWM_SET_VALID, {4}); // the reserved port alone
+    ASSERT_EQ(port().setAllIsolate(1, 1), 0U);
+    EXPECT_THAT(dev.calls(), ElementsAre("l2sw_switch_logPortMask_get(1, &31) = 0"));
+}
+
+// The chip has no such ports; their bits are those of ports 0 to 31.
+TEST_F(Isolation, PortsBeyondAMapShareItsBits)
+{
+    dev.setPorts(1, LSWM_SET_VALID, {33, 127});
+    g_lswmInfo[1].reservedPort = 36;
+    dev.script("l2sw_port_isolation_get", [](const zrsim::Call &call) {
+        *call.pointer<uint32_t>(2) = 0x1F;
+        return 0U;
+    });
+    dev.script("l2sw_port_isolation_set", [](const zrsim::Call &) { return 0U; });
+    ASSERT_EQ(port().setAllIsolate(1, 1), 0U);
+    EXPECT_THAT(dev.calls(), testing::IsSupersetOf({"l2sw_port_isolation_set(1, 33, 18) = 0",
+                                                    "l2sw_port_isolation_set(1, 127, 16) = 0"}));
+}
+
+TEST_F(Isolation, SettingAllStopsAtTheFirstFailure)
+{
+    for (uint32_t member = 0; member < 5; ++member)
+        permit(member, 0x1F);
+    dev.fail("l2sw_port_isolation_set", 0xFFFFFFFF, 3);
+    EXPECT_EQ(port().setAllIsolate(1, 1), 4U);
+    EXPECT_THAT(permitMaps(), ElementsAre(0x11, 0x12, 0x1F, 0x1F, 0x1F));
+    EXPECT_THAT(
+        dev.takeFailures(),
+        ElementsAre("2/4294967295 Port set isolate failed (ret = -1, unit = 1, port = 2, permitPortMap = 0x14)",
+                    "2/4 ZR port set isolate failed, ret = 4, unitId = 1, portId = 2"));
+}
+
+TEST_F(Isolation, FailedReadsArePrintedAndWriteNothing)
+{
+    dev.failNone(); // the chip's own port mask
+    const uint32_t map = 1;
+    uint32_t isolate = 0xEEEE;
+    permit(2, 7);
+    dev.fail("l2sw_port_isolation_get", 0xFFFFFFFF);
+    EXPECT_EQ(port().getIsolateMap(1, 2, &isolate), 4U);
+    EXPECT_EQ(port().setIsolate(1, 2, &map, 1), 4U);
+    const std::string line = "2/4294967295 Port get isolate failed (ret = -1, unit = 1, port = 2)";
+    EXPECT_THAT(dev.takeFailures(), ElementsAre(line, line));
+    dev.failNone();
+
+    dev.fail("l2sw_switch_logPortMask_get", 22);
+    EXPECT_EQ(port().getIsolateMap(1, 2, &isolate), 4U);
+    EXPECT_EQ(port().setIsolate(1, 2, &map, 1), 4U);
+    EXPECT_EQ(port().setAllIsolate(1, 1), 4U);
+    EXPECT_EQ(dev.takeFailures(), Texts(3, "2/22 Zr Port Get Valid PortMap failed (ret = 22, unit = 1)"));
+    EXPECT_EQ(port().setIsolate(1, 2, &map, 0), 0U); // releasing does not ask for it
+    EXPECT_EQ(permitted(2), 7U);
+    EXPECT_EQ(isolate, 0xEEEEU);
+}
+
+TEST_F(Isolation, BadArgumentsAreRefusedBeforeTheChip)
+{
+    EXPECT_EQ(port().setAllIsolate(3, 1), 1U);
+    EXPECT_EQ(port().setAllIsolate(0xFFFFFFFF, 0), 1U);
+    EXPECT_EQ(port().getIsolateMap(1, 2, nullptr), 2U);
+    EXPECT_EQ(port().setIsolate(1, 2, nullptr, 1), 2U);
+    EXPECT_EQ(ZR_OP(HAL_PORT_GetIsolateMapZr)(1, 2, nullptr), 2U);
+    EXPECT_EQ(ZR_OP(HAL_PORT_SetIsolateZr)(1, 2, nullptr), 2U);
+    EXPECT_THAT(dev.calls(), IsEmpty());
+}
+
+TEST_F(Isolation, FramesStopAtAnIsolatedPort)
+{
+    for (uint32_t member : {15U, 16U})
+        ASSERT_EQ(port().setEnable(1, member, 1), 0U);
+    const uint32_t map = 1U << 16;
+    auto forwarded = [&] {
+        LswmPortStatistics record;
+        EXPECT_EQ(dev.ops().common.cliCmdPrase(1, "forward 15 16 10"), 0U);
+        EXPECT_EQ(port().getStatistics(1, 16, &record), 0U);
+        return record.counter[67];
+    };
+    chipPorts(0x3801F);
+    EXPECT_EQ(forwarded(), 10U);
+    ASSERT_EQ(port().setIsolate(1, 15, &map, 1), 0U);
+    EXPECT_EQ(forwarded(), 10U);
+    EXPECT_EQ(dev.takeCli(), "port 15 may not forward to port 16\n");
+    ASSERT_EQ(port().setIsolate(1, 15, &map, 0), 0U);
+    EXPECT_EQ(forwarded(), 20U);
+}
+
+} // namespace
+} // namespace zrtest
