@@ -47,6 +47,17 @@ const Command kCommands[] = {
          session(bench).setTraceLevel(a.number("level"));
          return Outcome::shown("");
      }},
+    {"trace",
+     {{"calls", Type::Word, "off|calls|all"}},
+     "shows under each step its calls of the chip SDK and the board, or all platform calls, nested ones too",
+     "",
+     [](Bench &bench, const Arguments &a) {
+         const std::string word = a.text("calls");
+         session(bench).showCalls(word == "off"     ? ShownCalls::None
+                                  : word == "calls" ? ShownCalls::Library
+                                                    : ShownCalls::All);
+         return Outcome::shown("");
+     }},
     {"fail",
      {{"call", Type::Text}},
      "makes platform calls fail: NAME[@N[+]]=STATUS, all, the Nth from now on, or that and all after it",

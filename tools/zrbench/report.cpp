@@ -119,15 +119,18 @@ std::string Report::verdict(const std::vector<Judged> &runs) const
 
 void Report::details(const Judged &run) const
 {
+    for (const std::string &call : run.result.calls)
+        fmt::print("       {}\n", painted(kQuietly, "> " + call));
     for (const Line &line : run.result.lines) {
         if (line.kind == ZRSIM_LINE_CLI)
             printIndented(line.text);
         else if (line.kind == ZRSIM_LINE_FAIL)
-            fmt::print("       {}\n", painted(kRefused, fmt::format("! {} ({}): {}", moduleText(line.module),
-                                                                    numberText(line.status), line.text)));
+            fmt::print("       {}\n",
+                       painted(kRefused, fmt::format("! [{}] status {}: {}", moduleText(line.module),
+                                                     numberText(line.status), line.text)));
         else
             fmt::print("       {}\n",
-                       painted(kQuietly, fmt::format("- {}: {}", moduleText(line.module), line.text)));
+                       painted(kQuietly, fmt::format("- [{}] {}", moduleText(line.module), line.text)));
     }
     printIndented(run.result.outcome.text);
     for (const std::string &deviation : run.deviations)

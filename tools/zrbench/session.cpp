@@ -44,9 +44,11 @@ void closeUnlessStdout(std::FILE *file)
         std::fclose(file);
 }
 
-void writeCall(const char *text, unsigned depth, void *file)
+// Calls of the chip SDK and the board, not the manager's services and the bounded functions.
+bool reachesHardware(std::string_view call)
 {
-    fmt::print(static_cast<std::FILE *>(file), "{:{}}{}\n", "", 2 * depth, text);
+    const std::string_view name = call.substr(0, call.find('('));
+    return !name.starts_with("LSWM_") && !name.ends_with("_s");
 }
 
 void keepLine(int kind, uint32_t module, uint32_t status, const char *text, void *lines)
@@ -102,7 +104,7 @@ Session::Session(const SessionOptions &options)
         inspection_.onLine(keepLine, &lines_);
     if (!options.traceFile.empty()) {
         trace_ = openForWriting(options.traceFile);
-        inspection_.onCall(writeCall, trace_);
+        watchCalls();
     }
     tables_ = takeIntoUse(platform_, library_);
 }
@@ -111,9 +113,33 @@ Session::~Session()
 {
     if (inspection_.onLine != nullptr)
         inspection_.onLine(nullptr, nullptr);
-    if (trace_ != nullptr)
+    if (inspection_.onCall != nullptr)
         inspection_.onCall(nullptr, nullptr);
     closeUnlessStdout(trace_);
+}
+
+void Session::callMade(const char *text, unsigned depth, void *session)
+{
+    auto &self = *static_cast<Session *>(session);
+    if (self.trace_ != nullptr)
+        fmt::print(self.trace_, "{:{}}{}\n", "", 2 * depth, text);
+    if (self.shownCalls_ == ShownCalls::All ||
+        (self.shownCalls_ == ShownCalls::Library && depth == 0 && reachesHardware(text)))
+        self.calls_.push_back(fmt::format("{:{}}{}", "", 2 * depth, text));
+}
+
+// A watched platform records every call; one that nobody watches is left alone.
+void Session::watchCalls()
+{
+    const bool watched = trace_ != nullptr || shownCalls_ != ShownCalls::None;
+    inspection_.onCall(watched ? callMade : nullptr, watched ? this : nullptr);
+}
+
+void Session::showCalls(ShownCalls shown)
+{
+    needInspection(reinterpret_cast<void *>(inspection_.onCall), "trace");
+    shownCalls_ = shown;
+    watchCalls();
 }
 
 void Session::needInspection(const void *function, std::string_view what) const
@@ -157,8 +183,9 @@ Result Session::invoke(const Invocation &invocation)
     if (trace_ != nullptr)
         fmt::print(trace_, "# {}\n", invocation.text);
     lines_.clear();
+    calls_.clear();
     Outcome outcome = command.run(*this, invocation.arguments);
-    return {std::move(outcome), std::exchange(lines_, {})};
+    return {std::move(outcome), std::exchange(lines_, {}), std::exchange(calls_, {})};
 }
 
 void Session::fail(const Failure &failure)

@@ -23,7 +23,11 @@ struct Line {
 struct Result {
     Outcome outcome;
     std::vector<Line> lines;
+    std::vector<std::string> calls; // platform calls, while they are shown; indented by their depth
 };
+
+// Library: the library's own calls of the chip SDK and the board. All: every call, also those underneath.
+enum class ShownCalls { None, Library, All };
 
 // Calls to be made to fail: NAME[@N[+]]=STATUS.
 struct Failure {
@@ -67,6 +71,7 @@ public:
     // The nth call is counted from now on. Throws UsageError when the platform knows no such call.
     void fail(const Failure &failure);
     void setTraceLevel(uint32_t level);
+    void showCalls(ShownCalls shown);
     // The chips' state as JSON.
     std::string dump() const;
 
@@ -83,6 +88,8 @@ public:
 
 private:
     void needInspection(const void *function, std::string_view what) const;
+    static void callMade(const char *text, unsigned depth, void *session);
+    void watchCalls();
 
     SharedObject platform_;
     Inspection inspection_;
@@ -91,6 +98,8 @@ private:
     LswmUnitInfo *unitInfo_;
     LswmPortSet portMaps_[LSWM_UNITS][LSWM_PORT_SETS]{}; // for a platform without its own
     std::vector<Line> lines_;
+    std::vector<std::string> calls_;
+    ShownCalls shownCalls_ = ShownCalls::None;
     std::FILE *trace_ = nullptr;
     std::string dumpFile_;
     bool quit_ = false;
