@@ -17,6 +17,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "platform/chip_records.h"
 
@@ -87,9 +88,10 @@ public:
     // Runs a frame that came in at a chip port through the table: the winning rule's counter moves and its
     // meter is asked.
     std::optional<AclHit> run(uint32_t chipPort, std::span<const uint8_t> frame);
-    // Whether `meter` lets a frame of so many bytes pass. Without one every frame conforms.
+    // Whether `meter` lets a frame of so many bytes pass. Without one every frame conforms. Answers the police
+    // before.
     using Police = std::function<bool(uint32_t meter, size_t bytes)>;
-    void policeWith(Police police) { police_ = std::move(police); }
+    Police policeWith(Police police) { return std::exchange(police_, std::move(police)); }
 
     void attach(Chip &) {}
     void reset();
