@@ -1,0 +1,329 @@
+// The address table's set-up, its queries, and what bad units and null pointers do.
+#include "l2/mac.h"
+
+#include <gmock/gmock.h>
+
+#include <cstring>
+
+#include "sim/chip/chip.h"
+#include "tests/kit/device.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace zrtest
+{
+namespace
+{
+
+constexpr uint32_t kMinusOne = 0xFFFFFFFF;
+constexpr uint32_t kUntouched = 0xEEEEEEEE;
+
+class MacQuery : public RunningDeviceTest
+{
+protected:
+    const ZrMacOps &ops() { return dev.ops().mac; }
+    LswmL2Control &control() { return ZR_OP(g_LswmL2Control); }
+
+    // The chip reads this entry at every index, and `index` tells which was asked for.
+    void tableHolds(const L2TableEntry &found)
+    {
+        dev.script("l2sw_l2_entry_get", [this, found](const zrsim::Call &call) {
+            auto *entry = call.pointer<L2TableEntry>(1);
+            L2TableEntry cleared{};
+            cleared.index = index = entry->index;
+            EXPECT_EQ(std::memcmp(entry, &cleared, sizeof cleared), 0);
+            *entry = found;
+            return 0U;
+        });
+    }
+    LswmMacEntry read(uint32_t at)
+    {
+        LswmMacEntry entry;
+        std::memset(&entry, 0xEE, sizeof entry);
+        LswmMacQuery query;
+        std::memset(&query, 0xEE, sizeof query);
+        query.index = at;
+        EXPECT_EQ(ops().getMacEntry(2, 3, &query, &entry), 0U);
+        EXPECT_EQ(index, at);
+        return entry;
+    }
+    uint32_t index = 0;
+};
+
+TEST_F(MacQuery, StartSetsTableIllegalAddressesAndAgeingInOrder)
+{
+    dev.chip(0).registers().preset(0x355E, 0xA0F0);
+    EXPECT_EQ(ops().init(0), 0U);
+    EXPECT_THAT(dev.calls(),
+                ElementsAre("l2sw_l2_init(0) = 0", "l2sw_getAsicReg(0, 0x355e, &0xa0f0) = 0",
+                            "l2sw_setAsicReg(0, 0x355e, 0xa0f1) = 0", "l2sw_l2_aging_set(0, 295) = 0"));
+}
+
+TEST_F(MacQuery, StartStopsAtTheFirstFailure)
+{
+    const struct {
+        const char *call;
+        size_t made;
+        Texts lines;
+    } cases[] = {
+        {"l2sw_l2_init",
+         1,
+         {"3/4294967295 Zr mac init failed(unit:1, retVal:0xffffffff).", "3/4 HAL MAC InitZr unitId = 1"}},
+        {"l2sw_getAsicReg",
+         2,
+         {"3/4294967295 Illegal mac proc reg read failed (unit:1, retVal:0xffffffff).",
+          "3/4 HAL MAC InitZr unitId = 1"}},
+        {"l2sw_setAsicReg",
+         3,
+         {"3/4294967295 Illegal mac proc reg write failed (unit:1, retVal:0xffffffff).",
+          "3/4 HAL MAC InitZr unitId = 1"}},
+        {"l2sw_l2_aging_set",
+         4,
+         {"4/4294967295 Zr set mac aging time failed(unit:1, age time:295, retVal:0xffffffff).",
+          "3/4 HAL MAC SetAgeTimeZr unitId = 1"}},
+    };
+    for (const auto &c : cases) {
+        dev.failNone();
+        dev.fail(c.call, kMinusOne);
+        dev.forget();
+        EXPECT_EQ(ops().init(1), 4U) << c.call;
+        size_t made = 0;
+        for (const zrsim::Call &call : dev.recorded())
+            made += call.name == std::string("LSWM_ConfigFailPrint") ? 0 : 1;
+        EXPECT_EQ(made, c.made) << c.call;
+        EXPECT_EQ(dev.takeFailures(), c.lines);
+    }
+}
+
+TEST_F(MacQuery, AgeingTimePassesUnconverted)
+{
+    for (uint32_t time : {0U, 1U, 295U, kMinusOne}) {
+        uint32_t read = kUntouched;
+        EXPECT_EQ(ops().setAgeTime(2, time), 0U);
+        EXPECT_EQ(ops().getAgeTime(2, &read), 0U);
+        EXPECT_EQ(read, time);
+    }
+    dev.fail("l2sw_l2_aging_get", 7);
+    uint32_t read = kUntouched;
+    EXPECT_EQ(ops().getAgeTime(2, &read), 4U);
+    EXPECT_THAT(dev.takeTraces(), IsEmpty());
+    zrsim::console().traceLevel(3);
+    EXPECT_EQ(ops().getAgeTime(2, &read), 4U);
+    EXPECT_EQ(read, kUntouched);
+    EXPECT_THAT(dev.takeTraces(),
+                ElementsAre("4 Zr get mac aging time failed(unit:2, age time:0, retVal:0x7)."));
+}
+
+TEST_F(MacQuery, LearningIsAPortsLimit)
+{
+    for (uint32_t enable : {0U, 1U, 2U, 0x80000000U}) {
+        uint32_t limit = kUntouched;
+        uint32_t learns = kUntouched;
+        EXPECT_EQ(ops().setPortLearnMode(1, 3, enable), 0U);
+        EXPECT_EQ(dev.chip(1).mac.limit(3, limit), 0U);
+        EXPECT_EQ(limit, enable == 0 ? 0U : 2112U);
+        EXPECT_EQ(ops().getPortLearnMode(1, 3, &learns), 0U);
+        EXPECT_EQ(learns, enable == 0 ? 0U : 1U);
+    }
+    uint32_t learns = kUntouched;
+    dev.chip(1).mac.setLimit(3, 17);
+    EXPECT_EQ(ops().getPortLearnMode(1, 3, &learns), 0U);
+    EXPECT_EQ(learns, 1U);
+
+    learns = kUntouched;
+    dev.fail("l2sw_l2_limitLearningCnt_set", 9);
+    dev.fail("l2sw_l2_limitLearningCnt_get", kMinusOne);
+    EXPECT_EQ(ops().setPortLearnMode(1, 300, 6), 4U);
+    EXPECT_EQ(ops().getPortLearnMode(1, 300, &learns), 4U);
+    EXPECT_EQ(learns, kUntouched);
+    EXPECT_THAT(
+        dev.takeFailures(),
+        ElementsAre("3/9 Set port learn mode failed (unit:1, port:300, enable:6, retVal:0x9).",
+                    "3/4294967295 Get port learn mode failed (unit:1, port:300, count:0, retVal:0xffffffff)."));
+}
+
+TEST_F(MacQuery, ReadingWritesTheEntrysFieldsAndNoOthers)
+{
+    L2TableEntry chipEntry{};
+    const uint8_t mac[] = {1, 2, 3, 4, 5, 6};
+    std::memcpy(chipEntry.mac, mac, sizeof mac);
+    chipEntry.vlan = 0x54321;
+    chipEntry.portMask = 1U << 4;
+    for (uint32_t isStatic : {0U, 1U, 2U}) {
+        chipEntry.isStatic = isStatic;
+        tableHolds(chipEntry);
+        const LswmMacEntry entry = read(1999);
+        LswmMacEntry expected;
+        std::memset(&expected, 0xEE, sizeof expected);
+        std::memcpy(expected.mac, mac, sizeof mac);
+        expected.unit = 2;
+        expected.valid = 1;
+        expected.entryVlan = 0x54321;
+        expected.port = 4;
+        if (isStatic == 1)
+            expected.type = 1;
+        EXPECT_EQ(std::memcmp(&entry, &expected, sizeof entry), 0) << isStatic;
+    }
+}
+
+TEST_F(MacQuery, TheLowestPortThatMayBeReportedIsTheEntrysPort)
+{
+    for (LswmPortInfo &port : g_lswmInfo[2].port)
+        port.flags = 0xFD; // everything but the bit
+    for (uint32_t port : {5U, 9U, 31U})
+        g_lswmInfo[2].port[port].flags = 2;
+    g_lswmInfo[2].port[32].flags = 2; // beyond the chip's mask
+    const struct {
+        uint32_t mask;
+        uint32_t port;
+        bool none;
+    } cases[] = {
+        {0xFFFFFFFF, 5, false}, {0xFFFFFFC0, 9, false}, {0x80000000, 31, false}, {0x80000010, 31, false},
+        {0, 128, true},         {0x10, 128, true},      {0x1F, 128, true},
+    };
+    for (const auto &c : cases) {
+        L2TableEntry chipEntry{};
+        chipEntry.portMask = c.mask;
+        tableHolds(chipEntry);
+        const LswmMacEntry entry = read(0);
+        EXPECT_EQ(entry.port, c.port) << c.mask;
+        EXPECT_EQ(entry.noPort, c.none ? 1 : 0xEE) << c.mask;
+    }
+}
+
+TEST_F(MacQuery, OnlyReadsByIndexAreServed)
+{
+    LswmMacEntry entry;
+    std::memset(&entry, 0xEE, sizeof entry);
+    LswmMacQuery query{};
+    query.index = 2111;
+    for (uint32_t type : {0U, 1U, 2U, 4U, 0x103U, kMinusOne})
+        EXPECT_EQ(ops().getMacEntry(1, type, &query, &entry), 1U);
+    EXPECT_EQ(ops().getMacEntry(1, 2, nullptr, nullptr), 1U);
+    EXPECT_THAT(dev.calls(), IsEmpty());
+
+    zrsim::console().traceLevel(3);
+    dev.fail("l2sw_l2_entry_get", 5);
+    EXPECT_EQ(ops().getMacEntry(1, 3, &query, &entry), 4U);
+    EXPECT_THAT(dev.takeTraces(), ElementsAre("3 Get l2 entry failed(unit:1, index:2111, retVal:0x5)."));
+    LswmMacEntry untouched;
+    std::memset(&untouched, 0xEE, sizeof untouched);
+    EXPECT_EQ(std::memcmp(&entry, &untouched, sizeof entry), 0);
+}
+
+TEST_F(MacQuery, FillIsLearnedPlusStaticWithinTheTable)
+{
+    dev.setPorts(2, LSWM_SET_VALID, {0, 31, 64, 127});
+    uint32_t learned = 0;
+    dev.script("l2sw_l2_learningCnt_get", [&learned](const zrsim::Call &call) {
+        if (call.number(1) == 64)
+            return 3U;
+        *call.pointer<uint32_t>(2) = learned;
+        return 0U;
+    });
+    const struct {
+        uint32_t learned, fixed, used;
+    } cases[] = {
+        {0, 0, 0}, {0, 7, 7}, {100, 5, 305}, {703, 3, 2112}, {703, 2, 2111}, {703, 4, 2112}, {2112, 2112, 2112},
+    };
+    for (const auto &c : cases) {
+        learned = c.learned;
+        control().staticMacNum[2] = c.fixed;
+        uint32_t capacity = kUntouched;
+        uint32_t used = kUntouched;
+        EXPECT_EQ(ops().getCapacity(2, &capacity, &used), 0U);
+        EXPECT_EQ(capacity, 2112U);
+        EXPECT_EQ(used, c.used);
+    }
+    EXPECT_THAT(dev.takeTraces(), IsEmpty());
+
+    zrsim::console().traceLevel(3);
+    learned = 100;
+    uint32_t capacity, used;
+    EXPECT_EQ(ops().getCapacity(2, &capacity, &used), 0U);
+    EXPECT_THAT(dev.takeTraces(),
+                ElementsAre("3 Zr get unit 2 port 64 learned mac failed.",
+                            "3 Zr get mac capacity (unit:2, usedNum:2112, static:2112, capacity:2112)"));
+    zrsim::console().traceLevel(2);
+    EXPECT_EQ(ops().getCapacity(2, &capacity, &used), 0U);
+    EXPECT_EQ(dev.takeTraces().size(), 1U);
+}
+
+void callBackA()
+{
+}
+void callBackB()
+{
+}
+
+TEST_F(MacQuery, OnlyACallbackOfTypeThreeIsKept)
+{
+    ops().registerCallBack(3, callBackA);
+    zrsim::console().traceLevel(3);
+    for (uint32_t type : {0U, 2U, 4U, 0x103U})
+        ops().registerCallBack(type, callBackB);
+    ops().registerCallBack(3, nullptr);
+    ops().registerCallBack(4, nullptr);
+    EXPECT_EQ(control().macCallBack, callBackA);
+    const Texts traces = dev.takeTraces();
+    ASSERT_EQ(traces.size(), 4U);
+    EXPECT_EQ(traces[3], "3 Register mac callback type failed (type:259).");
+    ops().registerCallBack(3, callBackB);
+    EXPECT_EQ(control().macCallBack, callBackB);
+}
+
+// The static counts end at unit 3, the unit information at unit 2.
+TEST_F(MacQuery, UnitsBeyondTheTablesAreRefusedBeforeAnyCall)
+{
+    LswmMacEntry entry{};
+    entry.type = 1;
+    uint32_t out = 0;
+    const struct {
+        const char *name;
+        std::function<uint32_t(uint32_t unit)> run;
+        uint32_t first;
+        uint32_t status;
+    } cases[] = {
+        {"add", [&](uint32_t unit) { return ops().addMac(unit, &entry); }, 4, 1},
+        {"delete by VLAN and address", [&](uint32_t unit) { return ops().delByVlanMac(unit, &entry); }, 4, 1},
+        {"clear", [&](uint32_t unit) { return ops().delAllMac(unit); }, 4, 1},
+        {"sync", [&](uint32_t unit) { return ops().syncMacInsert(unit, &entry); }, 3, 1},
+        {"capacity", [&](uint32_t unit) { return ops().getCapacity(unit, &out, &out); }, 3, 1},
+        {"read", [&](uint32_t unit) { return ZR_OP(HAL_MAC_GetMacByIdxZr)(unit, 0, &entry); }, 3, 1},
+        {"dynamic flush", [&](uint32_t unit) { return ops().delDynMac(unit); }, 3, 0},
+    };
+    for (const auto &c : cases)
+        for (uint32_t unit : {c.first, c.first + 1, 0x10000U, 0x80000001U, kMinusOne})
+            EXPECT_EQ(c.run(unit), c.status) << c.name << " unit " << unit;
+    EXPECT_THAT(dev.recorded(), IsEmpty());
+    LswmMacEntry unchanged{};
+    unchanged.type = 1;
+    EXPECT_EQ(std::memcmp(&entry, &unchanged, sizeof entry), 0);
+}
+
+TEST_F(MacQuery, NullPointersAreRefusedBeforeAnyCall)
+{
+    LswmMacQuery query{};
+    uint32_t out = 0;
+    const uint32_t statuses[] = {
+        ops().syncMacInsert(1, nullptr),
+        ops().addMac(1, nullptr),
+        ops().getAgeTime(1, nullptr),
+        ops().delByVlanMac(1, nullptr),
+        ops().delByPort(1, nullptr),
+        ops().delByPortVlan(1, nullptr),
+        ops().getMacEntry(1, 3, &query, nullptr),
+        ops().getPortLearnMode(1, 0, nullptr),
+        ops().getCapacity(1, nullptr, &out),
+        ops().getCapacity(1, &out, nullptr),
+        ops().getMacEntry(1, 3, nullptr, nullptr),
+    };
+    EXPECT_THAT(statuses, testing::Each(2U));
+    EXPECT_EQ(ZR_OP(HAL_MAC_HasExistedMacTabZr)(1, nullptr, 1), 0U);
+    EXPECT_EQ(out, 0U);
+    EXPECT_THAT(dev.recorded(), IsEmpty());
+}
+
+} // namespace
+} // namespace zrtest
