@@ -152,8 +152,11 @@ bool Gate::before(Call &call)
     return false;
 }
 
-void Gate::after(Call &call)
+void Gate::after(Call &call, const std::vector<std::string> &arguments, const std::string &result)
 {
+    call.text = fmt::format("{}({})", call.name, fmt::join(arguments, ", "));
+    if (!result.empty())
+        call.text += fmt::format(" = {}", result);
     if (observer_)
         observer_(call);
 }

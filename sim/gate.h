@@ -65,7 +65,8 @@ public:
 
     // Used by the shims.
     bool before(Call &call);
-    void after(Call &call);
+    // `result` is empty for a call without one.
+    void after(Call &call, const std::vector<std::string> &arguments, const std::string &result);
     unsigned enter() { return depth_++; }
     void leave() { --depth_; }
 
@@ -145,11 +146,7 @@ auto pass(const char *name, Body &&body, const Args &...args) -> decltype(body()
     Call call{name, level.depth, {detail::bits(args)...}, {}};
     const bool injected = gate().before(call);
     auto finish = [&](const std::string &result) {
-        std::string text = std::string(name) + "(";
-        [[maybe_unused]] const char *separator = "";
-        ((text += separator, text += detail::showArgument(args), separator = ", "), ...);
-        call.text = text + ")" + result;
-        gate().after(call);
+        gate().after(call, {detail::showArgument(args)...}, result);
     };
     if constexpr (std::is_void_v<Result>) {
         if (!injected)
@@ -158,12 +155,12 @@ auto pass(const char *name, Body &&body, const Args &...args) -> decltype(body()
     } else if constexpr (std::is_pointer_v<Result>) {
         Result result = injected ? nullptr : body();
         call.result = detail::bits(result);
-        finish(result == nullptr ? " = null" : " = ptr");
+        finish(result == nullptr ? "null" : "ptr");
         return result;
     } else {
         Result result = injected ? static_cast<Result>(call.result) : body();
         call.result = static_cast<uint64_t>(result);
-        finish(" = " + show(call.result));
+        finish(show(call.result));
         return result;
     }
 }

@@ -53,11 +53,11 @@ const bool added = addSweep({
      .run = [](Outputs &out) { return ZR_OP(L2sw_SmiRead)(1, 0x1300, out.make<uint32_t>()); }},
     {.operation = "L2sw_SmiRead",
      .run = [](Outputs &out) { return ZR_OP(L2sw_SmiRead)(2, 0x1300, out.make<uint32_t>()); },
-     .repeated = {"HAL_PORT_SmiRead"}},
+     .repeated = {"HAL_PORT_SmiRead", "HAL_PORT_SmiWrite"}},
     {.operation = "L2sw_SmiWrite", .run = [](Outputs &) { return ZR_OP(L2sw_SmiWrite)(1, 0x0345, 1); }},
     {.operation = "L2sw_Op_Wait",
      .run = [](Outputs &) { return ZR_OP(L2sw_Op_Wait)(2, 31, 14); },
-     .repeated = {"HAL_PORT_SmiRead"}},
+     .repeated = {"HAL_PORT_SmiRead", "HAL_PORT_SmiWrite"}},
     {.operation = "L2sw_RGMIIInit",
      .run =
          [](Outputs &) {
