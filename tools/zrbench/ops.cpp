@@ -8,7 +8,6 @@
 #include <fmt/format.h>
 #include <memory>
 #include <regex>
-#include <typeinfo>
 
 #include "tools/zrbench/commands.h"
 
@@ -189,8 +188,8 @@ void addSlots(std::vector<Slot> &slots, std::string_view module, const std::vect
     auto *operations = reinterpret_cast<void **>(table);
     for (size_t number = 0; number < sizeof(Table) / sizeof(void *); ++number) {
         const auto member = std::ranges::find(members, number * sizeof(void *), &Member::offset);
-        slots.push_back({module, number, operations[number],
-                         member != members.end() ? signatureOf(member->type) : std::string()});
+        slots.push_back(
+            {module, number, operations[number], member != members.end() ? &member->type : nullptr});
     }
 }
 
@@ -229,7 +228,7 @@ std::string showOperations(const Tables &tables)
     size_t operations = 0;
     TextTable table({"SLOT", "OPERATION", "COMMAND"});
     for (const Slot &slot : slots(tables)) {
-        if (slot.reserved()) {
+        if (slot.type == nullptr) {
             table.row({slot.label(), "(reserved)"});
             continue;
         }
@@ -239,7 +238,7 @@ std::string showOperations(const Tables &tables)
         if (name.empty())
             name = slot.operation == nullptr ? "(not filled)" : "(not exported)";
         // The name goes between the result and the arguments.
-        std::string shown = slot.signature;
+        std::string shown = signatureOf(*slot.type);
         shown.insert(shown.find('('), name);
         table.row({slot.label(), shown, commandFor(slot)});
     }

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <typeinfo>
 #include <vector>
 
 #include "tools/zrbench/command.h"
@@ -13,10 +14,9 @@ namespace zrbench
 struct Slot {
     std::string_view module; // "VLAN"
     size_t number;
-    void *operation;       // null when the library has not filled it
-    std::string signature; // "uint32_t (uint32_t, uint32_t)"; empty for a reserved slot
+    void *operation;            // null when the library has not filled it
+    const std::type_info *type; // of the function pointer; null for a reserved slot
 
-    bool reserved() const { return signature.empty(); }
     std::string label() const { return std::string(module) + " " + std::to_string(number); }
 };
 

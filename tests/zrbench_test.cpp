@@ -1,0 +1,409 @@
+// The bench manager as its users meet it: what it prints, and how it exits.
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr int kAsExpected = 0;
+constexpr int kNotAsExpected = 1;
+constexpr int kUsage = 2;
+
+struct Ended {
+    int status;
+    std::string output; // standard output and error, as they came
+};
+
+Ended shellCommand(const std::string &command)
+{
+    Ended ended{};
+    std::FILE *pipe = popen((command + " 2>&1").c_str(), "r");
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe))
+        ended.output += static_cast<char>(c);
+    ended.status = WEXITSTATUS(pclose(pipe));
+    return ended;
+}
+
+class ZrbenchTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        const auto lib = std::filesystem::path(ZRLSW_LIBRARY).parent_path();
+        program_ = (lib.parent_path() / "bin" / "zrbench").string();
+        // A program of another architecture can be started only where the kernel hands it to an emulator.
+        if (shellCommand(program_ + " --help").status == 126)
+            GTEST_SKIP() << program_ << " cannot be executed on this machine";
+        directory_ = std::filesystem::path(testing::TempDir()) / fmt::format("zrbench_test.{}", getpid());
+        std::filesystem::create_directories(directory_);
+    }
+    void TearDown() override
+    {
+        if (!directory_.empty())
+            std::filesystem::remove_all(directory_);
+    }
+
+    std::string path(const std::string &name) const { return (directory_ / name).string(); }
+    std::string file(const std::string &name, const std::string &text) const
+    {
+        std::ofstream(path(name)) << text;
+        return path(name);
+    }
+    static std::string contents(const std::string &path)
+    {
+        std::ostringstream text;
+        text << std::ifstream(path).rdbuf();
+        return text.str();
+    }
+
+    Ended bench(const std::string &arguments) const { return shellCommand(program_ + " " + arguments); }
+    Ended run(const std::string &device, const std::string &options = {}) const
+    {
+        return bench(fmt::format("run {} {}", file("device.json", device), options));
+    }
+    Ended steps(const std::string &list, const std::string &options = {}) const
+    {
+        return run(fmt::format(R"({{"steps": [{}]}})", list), options);
+    }
+    Ended shell(const std::string &typed, const std::string &options = {}) const
+    {
+        return shellCommand(fmt::format("{} shell {} < {}", program_, options, file("typed", typed)));
+    }
+
+private:
+    std::string program_;
+    std::filesystem::path directory_;
+};
+
+TEST_F(ZrbenchTest, RunTellsEveryStepWithWhatItBroughtAbout)
+{
+    const Ended ended = run(R"json({
+        "about": "one unit",
+        "environment": {"lsw2_vq9_rgmii2_para": "0x321"},
+        "units": [{"unit": 2, "maxFrameSize": 1536, "board": ["revision 7"]}],
+        "steps": [
+            {"say": "a heading"},
+            {"do": "chip init 2", "note": "a note"},
+            {"do": "reg read", "unit": 2, "register": "0x13C5", "out": {"value": 801}},
+            "reg write 2 0x1000 0xABCD",
+            {"do": "reg read 2 4096", "out": {"value": "0xabcd"}},
+            {"do": "cli 2 compare rgmii param", "shows": ["Success! RGMII2 ENV lsw2_vq9_rgmii2_para(0x321)"]},
+            {"do": "chip init 3", "expect": 1}
+        ]
+})json");
+    EXPECT_EQ(ended.status, kAsExpected) << ended.output;
+    for (const char *piece :
+         {"one unit\n", "a heading\n", "   1  chip init 2", "a note", "- [1 chip] The chip 2 ver is 7",
+          "reg read 2 0x13C5", "value=0x321", "value=0xabcd", "status 1 (invalid argument)",
+          "6 steps, 1 refused as expected, 0 not as expected, 0 memory blocks held"})
+        EXPECT_THAT(ended.output, HasSubstr(piece));
+}
+
+TEST_F(ZrbenchTest, WhatIsNotAsExpectedIsNamedAndEndsWithOne)
+{
+    const struct {
+        const char *step;
+        const char *named;
+    } cases[] = {
+        {R"("chip init 3")", "expected status 0"},
+        {R"({"do": "chip init 1", "expect": 4})", "expected status 4"},
+        {R"({"do": "ops", "expect": 4})", "expected status 4; this command has none"},
+        {R"({"do": "chip init 1", "lines": ["Chip Q9 Init"]})", "this line is missing: Chip Q9 Init"},
+        {R"("fail l2sw_switch_init=9", {"do": "chip init 1", "expect": 4})",
+         "this line is not expected: Chip Q9 Init"},
+        {R"("chip init 2", "fail HAL_PORT_SmiWrite=1",
+            {"do": "reg read 2 1", "expect": 4, "lines": ["Chip smi read unit 2 addr 0x1"]})",
+         "this line is not expected: l2sw Op_Wait failed, unit 2 reg 0x1f op 0xe"},
+        {R"("chip init 1", {"do": "reg read 1 0x1300", "out": {"value": 3}})", "expected value=3"},
+        {R"("chip init 1", {"do": "reg read 1 0x1300", "out": {"other": 3}})", "there is no output other"},
+        {R"("chip init 1", {"do": "drop capture 1 3", "holds": 1})", "keeps 0 memory blocks, expected 1"},
+        {R"({"do": "unit show 1", "shows": ["frame size 9"]})", "\"frame size 9\" is not shown"},
+        {R"("chip init 0", {"do": "reg write 0 $r 1", "each": {"r": "4096,4099"}},
+            {"do": "reg read 0 $r", "each": {"r": "4095-4099"}, "out": {"value": 1}})",
+         "expected value=1\n       reg read 0 4097: ok\n"},
+    };
+    for (const auto &row : cases) {
+        const Ended ended = steps(row.step);
+        EXPECT_EQ(ended.status, kNotAsExpected) << row.step << "\n" << ended.output;
+        EXPECT_THAT(ended.output, HasSubstr(fmt::format("NOT AS EXPECTED: {}", row.named)));
+        EXPECT_THAT(ended.output, HasSubstr("1 not as expected"));
+    }
+}
+
+TEST_F(ZrbenchTest, LinesMustComeInTheOrderOfTheFile)
+{
+    const std::string timeout = R"("l2sw wait timeout unit 2 reg 0x17 op 0x2222 val 0x3333")";
+    const std::string failure = R"("Chip smi read unit 2 addr 0x2222")";
+    const auto stuck = [&](const std::string &lines) {
+        return steps(R"("chip init 2", "reg read 2 0x3333", "board 2 smi-stick 23",
+                        {"do": "reg read 2 0x2222", "expect": 4, "lines": [)" +
+                     lines + "]}");
+    };
+    EXPECT_EQ(stuck(timeout + "," + failure).status, kAsExpected);
+    const Ended turned = stuck(failure + "," + timeout);
+    EXPECT_EQ(turned.status, kNotAsExpected);
+    EXPECT_THAT(turned.output, HasSubstr("NOT AS EXPECTED: the lines come in another order"));
+}
+
+TEST_F(ZrbenchTest, AStepRepeatsForEachValueAndIsToldOnce)
+{
+    const Ended ended = steps(R"("chip init 0",
+        {"do": "reg write 0 ${r+0x1000} ${r*256}", "each": {"r": "1-200"}},
+        {"do": "reg read 0 0x${r+4096:x}", "each": {"r": "7,200"}, "out": {"value": "${r*256}"}},
+        {"do": "chip init $u", "each": {"u": "3,4"}, "expect": 1})");
+    EXPECT_EQ(ended.status, kAsExpected) << ended.output;
+    EXPECT_THAT(ended.output, HasSubstr("(r = 1-200)"));
+    EXPECT_THAT(ended.output, HasSubstr("200 times ok"));
+    EXPECT_THAT(ended.output, HasSubstr("2 times status 1 (invalid argument)"));
+}
+
+TEST_F(ZrbenchTest, ABadFileIsRefusedWithItsPlaceBeforeAnyStepIsMade)
+{
+    const struct {
+        const char *device;
+        const char *named;
+    } cases[] = {
+        {"{\"steps\": [\n  \"chip init 1\",\n]}", "at line 3, column 1"},
+        {R"([1])", ": expected an object with \"steps\", found [1]"},
+        {R"({"stepz": []})", "/stepz: not known here; there is about, environment, units, steps"},
+        {R"({"about": 3})", "/about: expected a text, found 3"},
+        {R"({"environment": {"A": 1}})", "/environment/A: expected a text, found 1"},
+        {R"({"units": [{"maxFrameSize": 1}]})", "/units/0: expected an object with \"unit\""},
+        {R"({"units": [{"unit": 3}]})", "/units/0: expected a unit from 0 to 2, found 3"},
+        {R"({"units": [{"unit": 1, "maxFrame": 1}]})",
+         "/units/0/maxFrame: expected one of maxFrameSize, reservedPort"},
+        {R"({"units": [{"unit": 1, "reservedPort": -1}]})",
+         "/units/0/reservedPort: expected a number up to 4294967295"},
+        {R"({"units": [{"unit": 1, "portSets": {"valid": "0-128"}}]})",
+         "/units/0/portSets/valid: expected ports up to 127"},
+        {R"({"units": [{"unit": 1, "portSets": {"valid": "5-3"}}]})",
+         "/units/0/portSets/valid: expected ports"},
+        {R"({"units": [{"unit": 1, "portSets": {"16": "1"}}]})", "/units/0/portSets/16: expected a set"},
+        {R"({"units": [{"unit": 1, "ports": {"1": {"flags": 256}}}]})",
+         "/units/0/ports/1/flags: expected a number up to 255"},
+        {R"({"units": [{"unit": 1, "ports": {"1": {"speed": 1}}}]})",
+         "/units/0/ports/1/speed: expected flags or kind"},
+        {R"({"steps": [3]})", "/steps/0: expected a command line or an object, found 3"},
+        {R"({"steps": [{}]})", "/steps/0: expected an object with \"do\" or \"say\""},
+        {R"({"steps": [{"say": "a", "do": "ops"}]})", "/steps/0/do: not known here"},
+        {R"({"steps": ["chip init 1", "fly 1"]})", "/steps/1: no command \"fly\"; help lists them"},
+        {R"({"steps": ["reg reed 1 2"]})", "/steps/0: no command \"reg reed\"; there is reg read, reg write"},
+        {R"({"steps": ["reg read 1"]})", "/steps/0: register is missing: reg read UNIT REGISTER"},
+        {R"({"steps": ["reg read 1 2 3"]})", "/steps/0: \"3\" is too much: reg read UNIT REGISTER"},
+        {R"({"steps": ["reg read one 2"]})",
+         "/steps/0: unit: expected a number of 32 bits, decimal or 0x, found \"one\""},
+        {R"({"steps": ["reg read 1 0x100000000"]})", "/steps/0: register: expected a number of 32 bits"},
+        {R"({"steps": ["reg read 1 -1"]})", "/steps/0: register: expected a number of 32 bits"},
+        {R"({"steps": [{"do": "reg read 1", "register": [2]}]})",
+         "/steps/0/register: expected a number of 32 bits"},
+        {R"({"steps": [{"do": "reg read 1 2", "reg": 2}]})",
+         "/steps/0/reg: no such argument: reg read UNIT REGISTER"},
+        {R"({"steps": [{"do": "ops", "expect": "four"}]})", "/steps/0/expect: expected a number of 32 bits"},
+        {R"({"steps": [{"do": "ops", "lines": "text"}]})", "/steps/0/lines: expected a list"},
+        {R"({"steps": [{"do": "ops", "out": [1]}]})", "/steps/0/out: expected an object"},
+        {R"({"steps": [{"do": "ops", "each": {"a": "1", "b": "2"}}]})",
+         "/steps/0/each: expected one name with its values"},
+        {R"({"steps": [{"do": "ops", "each": {"a": "1-200000"}}]})",
+         "/steps/0/each/a: expected up to 100000 numbers"},
+        {R"({"steps": [{"do": "chip init ${u/0}", "each": {"u": "1"}}]})", "/steps/0: expected ${NAME"},
+        {R"({"steps": [{"do": "trace loud"}]})",
+         "/steps/0/do: calls: expected one of off, calls, all, found \"loud\""},
+    };
+    for (const auto &row : cases) {
+        const Ended ended = run(row.device);
+        EXPECT_EQ(ended.status, kUsage) << row.device << "\n" << ended.output;
+        EXPECT_THAT(ended.output, HasSubstr("zrbench: " + path("device.json") + ": "));
+        EXPECT_THAT(ended.output, HasSubstr(row.named)) << row.device;
+        EXPECT_THAT(ended.output, Not(HasSubstr("   1  "))) << row.device;
+    }
+}
+
+TEST_F(ZrbenchTest, ABadCommandLineEndsWithTwo)
+{
+    const std::string good = file("good.json", R"({"steps": ["chip init 1"]})");
+    const struct {
+        std::string arguments;
+        const char *named;
+    } cases[] = {
+        {"", "A subcommand is required"},
+        {"fly", "A subcommand is required"},
+        {"run", "file is required"},
+        {"run " + path("none.json"), "none.json: cannot be read"},
+        {"run " + good + " --lib /none/libzrlsw.so", "cannot load /none/libzrlsw.so"},
+        {"run " + good + " --lib libzrsim.so", "has no ZR_COMMON_FuncListInit"},
+        {"run " + good + " --platform libzrlsw.so", "cannot load"},
+        {"run " + good + " --fail l2sw_switch_init", "expected NAME[@N[+]]=STATUS"},
+        {"run " + good + " --fail l2sw_switch_init@0=1", "expected NAME[@N[+]]=STATUS"},
+        {"run " + good + " --fail l2sw_nothing=1", "the platform has no call l2sw_nothing"},
+        {"run " + good + " --trace /none/trace", "cannot write /none/trace"},
+        {"run " + good + " --dump /none/dump", "cannot write /none/dump"},
+        {"commands fly", "no command starts with \"fly\""},
+        {"--color=pink ops", "pink"},
+    };
+    for (const auto &row : cases) {
+        const Ended ended = bench(row.arguments);
+        EXPECT_EQ(ended.status, kUsage) << row.arguments << "\n" << ended.output;
+        EXPECT_THAT(ended.output, HasSubstr(row.named)) << row.arguments;
+    }
+}
+
+TEST_F(ZrbenchTest, FailuresAreInjectedByNameAndCount)
+{
+    const std::string resets = R"({"do": "chip init 1", "expect": 4, "lines": ["Chip Q9 Vesper Reset"]})";
+    const struct {
+        std::string options;
+        std::string steps;
+    } cases[] = {
+        {"--fail VESPER_ADPAPI_ResetChip=1", resets + "," + resets},
+        {"--fail VESPER_ADPAPI_ResetChip@2=-1", resets + R"(, "chip init 1")"},
+        {"--fail VESPER_ADPAPI_ResetChip@3=1", R"("chip init 1",)" + resets + R"(, "chip init 1")"},
+        {"--fail VESPER_ADPAPI_ResetChip@3+=1", R"("chip init 1",)" + resets + "," + resets},
+        // Two failures at once; the second is seen once the first is over.
+        {"--fail VESPER_ADPAPI_ResetChip@1=1 --fail l2sw_switch_init@1=22",
+         resets + R"(, {"do": "chip init 1", "expect": 4, "lines": ["Chip Q9 Init"]}, "chip init 1")"},
+        // In a file the count starts where the step stands.
+        {"", R"("chip init 1", "fail VESPER_ADPAPI_ResetChip@2=1",)" + resets + R"(, "chip init 1")"},
+        {"", R"("fail VESPER_ADPAPI_ResetChip=1", "fail none", "chip init 1")"},
+    };
+    for (const auto &row : cases) {
+        const Ended ended = steps(row.steps, row.options);
+        EXPECT_EQ(ended.status, kAsExpected) << row.options << " " << row.steps << "\n" << ended.output;
+    }
+}
+
+TEST_F(ZrbenchTest, TraceDumpAndQuietGoWhereTheyAreSent)
+{
+    const std::string device = file("device.json", R"({"steps": ["chip init 2", "reg write 2 0x1000 0x77"]})");
+    const Ended quiet =
+        bench(fmt::format("--quiet run {} --trace {} --dump {}", device, path("trace"), path("dump")));
+    EXPECT_EQ(quiet.status, kAsExpected);
+    EXPECT_EQ(quiet.output,
+              device + ": 2 steps, 0 refused as expected, 0 not as expected, 0 memory blocks held\n");
+
+    const std::string trace = contents(path("trace"));
+    EXPECT_THAT(trace, HasSubstr("LSW_Common_GetFuncPtr(0) = ptr\n"));
+    EXPECT_THAT(trace, HasSubstr("# chip init 2\nVESPER_ADPAPI_ResetChip(0xffffffff, 0xb00001, 0) = 0\n"));
+    EXPECT_THAT(
+        trace, HasSubstr("  HAL_PORT_SmiWrite(1, 29, 24, 119) = 0\n  HAL_PORT_SmiRead(1, 29, 24, &119) = 0\n"));
+    EXPECT_THAT(trace, HasSubstr("\nl2sw_setAsicReg(2, 4096, 119) = 0\n"));
+
+    const nlohmann::json dump = nlohmann::json::parse(contents(path("dump")));
+    EXPECT_EQ(dump["board"]["units"]["2"]["registers"]["0x1000"], "0x0077");
+    EXPECT_EQ(dump["board"]["units"]["1"]["inReset"], true);
+
+    const Ended mixed = bench("run " + device + " --trace -");
+    EXPECT_THAT(mixed.output, HasSubstr("# reg write 2 0x1000 0x77\n"));
+    EXPECT_THAT(mixed.output, Not(HasSubstr("\033[")));
+    EXPECT_THAT(bench("--color run " + device).output, HasSubstr("\033[32mok\033[0m"));
+}
+
+TEST_F(ZrbenchTest, TheShellTakesPipedLinesAndGoesOnAfterABadOne)
+{
+    const Ended ended = shell("# a remark\n"
+                              "\n"
+                              "  chip init 1\n"
+                              "reg read\n"
+                              "trace calls\n"
+                              "reg read 1 0x1300\r\n"
+                              "unit set 1 {\"maxFrameSize\": 1600, \"portSets\": {\"cascade\": \"15,16\"}}\n"
+                              "unit set 1 {\"maxFrameSize\": 1, \"ports\": 3}\n"
+                              "unit set 1 {\"maxFrameSize\n"
+                              "unit show 1\n"
+                              "chip init 7\n"
+                              "quit\n"
+                              "chip init 9\n");
+    EXPECT_EQ(ended.status, kUsage);
+    for (const char *piece :
+         {"line 4: unit is missing: reg read UNIT REGISTER", "> l2sw_getAsicReg(1, 4864, &0x5109) = 0",
+          "value=0x5109", "line 8: info/ports: expected an object", "line 9: info: expected a JSON value",
+          "frame size 1600, reserved port 0", "set cascade 15-16", "chip init 7",
+          "status 1 (invalid argument)"})
+        EXPECT_THAT(ended.output, HasSubstr(piece));
+    EXPECT_THAT(ended.output, Not(HasSubstr("chip init 9")));
+
+    const Ended good = shell("chip init 7\n", file("first.json", R"({"steps": ["chip init 2"]})"));
+    EXPECT_EQ(good.status, kAsExpected) << good.output;
+    EXPECT_THAT(good.output, HasSubstr("   1  chip init 2"));
+    EXPECT_THAT(good.output, HasSubstr("   2  chip init 7"));
+}
+
+// Slots of the twelve tables in the manager's order: how many, and which the library leaves alone.
+TEST_F(ZrbenchTest, EverySlotIsFilledNamedAndHasACommand)
+{
+    const struct {
+        const char *module;
+        size_t slots;
+        std::vector<size_t> reserved;
+    } tables[] = {{"COMMON", 10, {4, 5, 6, 7}},
+                  {"PORT", 32, {}},
+                  {"MAC", 18, {15}},
+                  {"VLAN", 12, {10}},
+                  {"QOS", 1, {}},
+                  {"ACL", 14, {12}},
+                  {"HSEC", 14, {10}},
+                  {"MC", 1, {}},
+                  {"STORMCTL", 2, {}},
+                  {"STP", 6, {}},
+                  {"TRUNK", 6, {}},
+                  {"FMEA", 1, {}}};
+    std::istringstream exported(contents(ZRLSW_SOURCE_DIR "/cmake/exports.txt"));
+    std::set<std::string> exports(std::istream_iterator<std::string>(exported), {});
+    std::istringstream lines(bench("ops").output);
+    std::string line;
+    std::getline(lines, line); // the head
+    for (const auto &table : tables) {
+        for (size_t slot = 0; slot < table.slots; ++slot) {
+            std::getline(lines, line);
+            std::istringstream words(line);
+            std::string module;
+            size_t number = 0;
+            std::string rest;
+            words >> module >> number;
+            std::getline(words >> std::ws, rest);
+            EXPECT_EQ(module, table.module) << line;
+            EXPECT_EQ(number, slot) << line;
+            if (std::ranges::count(table.reserved, slot) != 0) {
+                EXPECT_EQ(rest, "(reserved)") << line;
+                continue;
+            }
+            const size_t open = rest.find('(');
+            const size_t blank = rest.rfind(' ', open);
+            EXPECT_TRUE(exports.contains(rest.substr(blank + 1, open - blank - 1))) << line;
+            EXPECT_NE(rest.back(), ')') << "no command: " << line;
+        }
+    }
+    std::getline(lines, line);
+    EXPECT_EQ(line, "109 of 109 operations filled");
+}
+
+TEST_F(ZrbenchTest, ExamplesRunAsTheyExpect)
+{
+    size_t examples = 0;
+    for (const auto &entry : std::filesystem::directory_iterator(ZRLSW_SOURCE_DIR "/examples")) {
+        if (entry.path().extension() != ".json")
+            continue;
+        ++examples;
+        const Ended ended = bench("--quiet run " + entry.path().string());
+        EXPECT_EQ(ended.status, kAsExpected) << ended.output;
+    }
+    EXPECT_GT(examples, 0U);
+}
+
+} // namespace
