@@ -1,0 +1,279 @@
+#include "l2/trunk.h"
+
+#include <gmock/gmock.h>
+
+#include "records/trunk_records.h"
+#include "sim/chip/chip.h"
+#include "tests/kit/device.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace zrtest
+{
+namespace
+{
+
+class Trunk : public RunningDeviceTest
+{
+protected:
+    const ZrTrunkOps &trunk() const { return dev.ops().trunk; }
+    TrunkMeterInfo &record(uint32_t unit)
+    {
+        return static_cast<TrunkMeterInfo *>(dev.symbol("g_TrunkMeterInfo"))[unit];
+    }
+    // Members as the chip keeps them: bit n = chip port n.
+    uint32_t chipPorts(uint32_t unit, uint32_t group)
+    {
+        uint32_t mask = 0;
+        EXPECT_EQ(dev.chip(unit).trunk.read(group, mask), 0U);
+        return mask;
+    }
+    uint32_t trunks(uint32_t unit)
+    {
+        uint32_t number = 0;
+        EXPECT_EQ(trunk().getTrunkNum(unit, &number), 0U);
+        return number;
+    }
+};
+
+// ---- members ------------------------------------------------------------------------------------
+
+// Ports 0 to 4 are chip ports 0 to 4, ports 15 and 17 are chip ports 5 and 7; port 9 has none.
+TEST_F(Trunk, GroupsTakeTheirOwnChipPortsOnly)
+{
+    for (uint32_t group : {0U, 1U, 2U, 0xFFFFFFFFU}) {
+        for (uint32_t port : {0U, 3U, 4U, 9U, 15U, 17U}) {
+            SCOPED_TRACE(testing::Message() << "group " << group << ", port " << port);
+            const bool taken = (group == 0 && port <= 3) || (group == 1 && port >= 4 && port != 9);
+            dev.forget();
+            EXPECT_EQ(ZR_OP(HAL_TRUNK_AddMemberZr)(2, group, port), taken ? 0U : 1U);
+            EXPECT_EQ(dev.calls().size(), taken ? 3U : 1U);
+            EXPECT_THAT(dev.takeFailures(), IsEmpty()) << "a refusal is silent";
+        }
+    }
+    EXPECT_EQ(chipPorts(2, 0), 0x09U);
+    EXPECT_EQ(chipPorts(2, 1), 0xB0U);
+    EXPECT_EQ(chipPorts(1, 0) | chipPorts(1, 1), 0U) << "another unit was changed";
+
+    EXPECT_EQ(trunk().addMember(2, 4, 0), 1U);
+    EXPECT_THAT(dev.takeFailures(),
+                ElementsAre("12/1 HAL TRUNK AddMember Zr ret = 1, unitId = 2, portId = 4, trunkId = 0"));
+}
+
+// The mask written counts from the group's first chip port; the mask read is in chip port numbers. A chip
+// port without a bit in the word is refused.
+TEST_F(Trunk, MaskArithmeticOfBothGroups)
+{
+    const struct {
+        uint32_t group, chipPort, read;
+        uint32_t status;
+        uint32_t written;
+    } cases[] = {
+        {0, 2, 0x1, 0, 0x5},
+        {0, 2, 0xF0, 0, 0xF4},
+        {1, 4, 0x60, 0, 0x7},
+        {1, 7, 0x6F, 0, 0xE},
+        {1, 31, 0xFFFFFFFF, 0, 0x0FFFFFFF},
+        {1, 32, 0x10, 0, 0x10000001},
+        {1, 35, 0x0, 0, 0x80000000},
+        {1, 36, 0x10, 1, 0},
+        {1, 0xFFFFFFFF, 0x10, 1, 0},
+        {0, 32, 0x1, 1, 0},
+        {0, 0xFFFFFFFF, 0x1, 1, 0},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(testing::Message() << "group " << c.group << ", chip port " << c.chipPort);
+        uint32_t written = 0;
+        dev.script("l2sw_switch_port_L2P_get", [&](const zrsim::Call &) { return c.chipPort; });
+        dev.script("l2sw_trunk_port_get", [&](const zrsim::Call &call) {
+            EXPECT_EQ(*call.pointer<uint32_t>(2), 0U) << "the mask starts from 0";
+            *call.pointer<uint32_t>(2) = c.read;
+            return 0;
+        });
+        dev.script("l2sw_trunk_port_set", [&](const zrsim::Call &call) {
+            EXPECT_EQ(call.number(1), c.group);
+            written = call.number(2);
+            return 0;
+        });
+        EXPECT_EQ(ZR_OP(HAL_TRUNK_AddMemberZr)(1, c.group, 8), c.status);
+        EXPECT_EQ(written, c.written);
+    }
+}
+
+TEST_F(Trunk, OnlyGroup0GivesMembersBack)
+{
+    for (uint32_t port : {0U, 1U, 3U})
+        ASSERT_EQ(trunk().addMember(1, port, 0), 0U);
+    ASSERT_EQ(trunk().addMember(1, 15, 1), 0U);
+    EXPECT_EQ(trunk().delMember(1, 1, 0), 0U);
+    EXPECT_EQ(trunk().delMember(1, 2, 0), 0U) << "not a member";
+    EXPECT_EQ(chipPorts(1, 0), 0x9U);
+
+    dev.forget();
+    EXPECT_EQ(trunk().delMember(1, 15, 1), 1U);
+    EXPECT_EQ(trunk().delMember(1, 4, 0), 1U);
+    EXPECT_EQ(trunk().delMember(1, 9, 0), 1U);
+    EXPECT_THAT(dev.takeFailures(),
+                ElementsAre("12/0 l2sw trunk del port input err(ret = 0, unit = 1, trunkId = 1, portId = 15).",
+                            "12/1 HAL TRUNK DelMember Zr ret = 1, unitId = 1, portId = 15, trunkId = 1",
+                            "12/0 l2sw trunk del port input err(ret = 0, unit = 1, trunkId = 0, portId = 4).",
+                            "12/1 HAL TRUNK DelMember Zr ret = 1, unitId = 1, portId = 4, trunkId = 0",
+                            "12/0 l2sw trunk del port input err(ret = 0, unit = 1, trunkId = 0, portId = 9).",
+                            "12/1 HAL TRUNK DelMember Zr ret = 1, unitId = 1, portId = 9, trunkId = 0"));
+    EXPECT_THAT(dev.calls(),
+                ElementsAre("l2sw_switch_port_L2P_get(1, 15) = 5", "l2sw_switch_port_L2P_get(1, 4) = 4",
+                            "l2sw_switch_port_L2P_get(1, 9) = 0xffffffff"));
+    EXPECT_EQ(chipPorts(1, 1), 0x20U);
+}
+
+TEST_F(Trunk, MemberFailuresArePrintedWithTheManagersPort)
+{
+    ASSERT_EQ(trunk().addMember(1, 2, 0), 0U);
+    for (const std::string step : {"get", "set"}) {
+        SCOPED_TRACE(step);
+        dev.fail("l2sw_trunk_port_" + step, 0xFFFFFFFF);
+        EXPECT_EQ(trunk().addMember(1, 16, 1), 4U);
+        EXPECT_EQ(trunk().delMember(1, 2, 0), 4U);
+        EXPECT_THAT(dev.takeFailures(),
+                    ElementsAre("12/4294967295 l2sw trunk port " + step +
+                                    " failed(ret = -1, unit = 1, trunkId = 1, portId = 16).",
+                                "12/4 HAL TRUNK AddMember Zr ret = 4, unitId = 1, portId = 16, trunkId = 1",
+                                "12/4294967295 l2sw trunk del port " + step +
+                                    " failed(ret = -1, unit = 1, trunkId = 0, portId = 2).",
+                                "12/4 HAL TRUNK DelMember Zr ret = 4, unitId = 1, portId = 2, trunkId = 0"));
+        EXPECT_EQ(chipPorts(1, 0), 0x4U);
+        EXPECT_EQ(chipPorts(1, 1), 0x0U);
+        dev.failNone();
+    }
+}
+
+TEST_F(Trunk, MembersAreReadAsTheChipGivesThem)
+{
+    for (uint32_t port : {15U, 16U})
+        ASSERT_EQ(trunk().addMember(1, port, 1), 0U);
+    ASSERT_EQ(trunk().addMember(1, 3, 0), 0U);
+    ASSERT_EQ(trunk().create(1, 40), 0U);
+    ASSERT_EQ(ZR_OP(COM_TRUNK_SetMeterInfo)(1, 41, 1), 0U);
+    uint32_t mask = 0;
+    EXPECT_EQ(trunk().getMember(1, 40, &mask), 0U);
+    EXPECT_EQ(mask, 0x8U);
+    EXPECT_EQ(trunk().getMember(1, 41, &mask), 0U);
+    EXPECT_EQ(mask, 0x60U) << "group 1 is not shifted";
+
+    mask = 0xABCD;
+    EXPECT_EQ(trunk().getMember(1, 42, &mask), 4U);
+    EXPECT_EQ(trunk().getMember(3, 40, &mask), 4U);
+    dev.fail("l2sw_trunk_port_get", 0xFFFFFFFD);
+    EXPECT_EQ(trunk().getMember(1, 41, &mask), 4U);
+    EXPECT_EQ(mask, 0xABCDU);
+    EXPECT_THAT(
+        dev.takeFailures(),
+        ElementsAre("12/5 ZR get member (logicTrunkId to trunkId failed)ret = 5 unit =1 logicTrunkId =42.",
+                    "12/1 ZR get member (logicTrunkId to trunkId failed)ret = 1 unit =3 logicTrunkId =40.",
+                    "12/4294967293 l2sw trunk get port failed(ret = -3, unit = 1, trunkId = 1).",
+                    "12/4 HAL TRUNK GetMember Zr ret = 4, unitId = 1, trunkId = 41"));
+
+    dev.forget();
+    EXPECT_EQ(ZR_OP(HAL_TRUNK_GetMemberZr)(1, 0, nullptr), 2U);
+    EXPECT_EQ(trunk().getTrunkNum(1, nullptr), 2U);
+    EXPECT_THAT(dev.calls(), IsEmpty());
+}
+
+// ---- identifiers --------------------------------------------------------------------------------
+
+TEST_F(Trunk, CreateReplacesTheRecordOfGroup0AndDeleteLeavesTheChip)
+{
+    ASSERT_EQ(trunk().addMember(1, 2, 0), 0U);
+    dev.forget();
+    EXPECT_EQ(trunks(1), 1U) << "a unit without trunks";
+    EXPECT_EQ(trunk().create(1, 10), 0U);
+    EXPECT_EQ(trunk().create(1, 10), 0U) << "known already";
+    EXPECT_EQ(trunks(1), 2U);
+    EXPECT_EQ(trunk().create(1, 20), 0U);
+    EXPECT_EQ(trunks(1), 3U);
+    EXPECT_THAT(record(1).logicTrunkId, ElementsAre(20, 0));
+    EXPECT_EQ(record(1).unitId, 1U);
+    EXPECT_EQ(trunks(0), 1U);
+
+    EXPECT_EQ(trunk().destroy(1, 10), 5U);
+    EXPECT_THAT(dev.takeFailures(), ElementsAre("12/5 TRUNK ZR del fail ret = 5, unitId = 1, trunkId = 10"));
+    EXPECT_EQ(trunk().destroy(1, 20), 0U);
+    EXPECT_THAT(record(1).logicTrunkId, ElementsAre(0, 0));
+    EXPECT_EQ(trunks(1), 2U);
+
+    // A free group is the logic trunk id 0.
+    EXPECT_EQ(trunk().destroy(1, 0), 0U);
+    EXPECT_EQ(trunk().destroy(1, 0), 0U);
+    EXPECT_EQ(trunks(1), 0U);
+    EXPECT_THAT(dev.calls(), IsEmpty());
+    EXPECT_EQ(chipPorts(1, 0), 0x4U);
+}
+
+TEST_F(Trunk, RecordsMapGroup0First)
+{
+    const auto find = [](uint32_t unit, uint32_t logicTrunkId) {
+        uint32_t group = 0xEE;
+        const uint32_t status = ZR_OP(COM_TRUNK_LogicidToChipid)(unit, logicTrunkId, &group);
+        EXPECT_EQ(ZR_OP(COM_TRUNK_IsLogicTrunkExist)(unit, logicTrunkId), status);
+        return std::pair(status, group);
+    };
+    using Found = std::pair<uint32_t, uint32_t>;
+    EXPECT_EQ(find(2, 0), Found(0, 0)) << "a free group";
+    EXPECT_EQ(find(2, 7), Found(5, 0xEE));
+
+    EXPECT_EQ(ZR_OP(COM_TRUNK_SetMeterInfo)(2, 7, 1), 0U);
+    EXPECT_EQ(find(2, 7), Found(0, 1));
+    EXPECT_EQ(ZR_OP(COM_TRUNK_SetMeterInfo)(2, 7, 0), 0U) << "known, so nothing changes";
+    EXPECT_EQ(record(2).trunkNum, 1U);
+    record(2).logicTrunkId[0] = 7;
+    EXPECT_EQ(find(2, 7), Found(0, 0));
+
+    for (uint32_t group : {2U, 0xFFFFFFFFU})
+        EXPECT_EQ(ZR_OP(COM_TRUNK_SetMeterInfo)(2, 8, group), 1U);
+    EXPECT_THAT(record(2).logicTrunkId, ElementsAre(7, 7));
+    EXPECT_EQ(record(2).trunkNum, 1U);
+    EXPECT_EQ(ZR_OP(COM_TRUNK_LogicidToChipid)(2, 7, nullptr), 2U);
+    EXPECT_EQ(ZR_OP(COM_TRUNK_GetMeterInfo)(2), &record(2));
+}
+
+TEST_F(Trunk, UnitsBeyondTheRecordsAreRefused)
+{
+    for (uint32_t unit : {3U, 0xFFFFFFFFU}) {
+        uint32_t value = 0xEE;
+        EXPECT_EQ(ZR_OP(COM_TRUNK_GetMeterInfo)(unit), nullptr);
+        EXPECT_EQ(ZR_OP(COM_TRUNK_IsLogicTrunkExist)(unit, 0), 1U);
+        EXPECT_EQ(ZR_OP(COM_TRUNK_SetMeterInfo)(unit, 1, 0), 1U);
+        EXPECT_EQ(ZR_OP(COM_TRUNK_LogicidToChipid)(unit, 0, &value), 1U);
+        EXPECT_EQ(trunk().destroy(unit, 0), 1U);
+        EXPECT_EQ(trunk().getTrunkNum(unit, &value), 1U);
+        EXPECT_EQ(value, 0xEEU);
+    }
+    EXPECT_THAT(dev.takeFailures(), IsEmpty());
+    EXPECT_EQ(trunk().create(3, 6), 1U);
+    EXPECT_THAT(dev.takeFailures(), ElementsAre("12/1 TRUNK ZR create fail ret = 1, unitId = 3, trunkId = 6"));
+}
+
+// ---- hashing ------------------------------------------------------------------------------------
+
+TEST_F(Trunk, InitModeSetsModeThenHash)
+{
+    EXPECT_EQ(ZR_OP(ZR_TRUNK_InitMode)(2), 0U);
+    EXPECT_THAT(dev.calls(), ElementsAre("l2sw_trunk_mode_set(2, 1) = 0",
+                                         "l2sw_trunk_distributionAlgorithm_set(2, 255, 127) = 0"));
+    dev.forget();
+    dev.fail("l2sw_trunk_distributionAlgorithm_set", 0xFFFFFFFF);
+    EXPECT_EQ(ZR_OP(ZR_TRUNK_InitMode)(2), 4U);
+    dev.fail("l2sw_trunk_mode_set", 9);
+    EXPECT_EQ(ZR_OP(ZR_TRUNK_InitMode)(2), 4U);
+    EXPECT_EQ(dev.calls().size(), 3U) << "the hash is not set after a mode that failed";
+    EXPECT_THAT(
+        dev.takeFailures(),
+        ElementsAre("12/4294967295 l2sw trunk distributionAlgorithm set failed (ret = 4294967295, unit = 2).",
+                    "2/4 HAL TRUNK InitHashSelect Zr ret = 4, unitId = 2",
+                    "12/9 l2sw trunk mode set failed (ret = 9, unit = 2).",
+                    "2/4 HAL TRUNK InitHashMode Zr ret = 4, unitId = 2"));
+}
+
+} // namespace
+} // namespace zrtest

@@ -1,0 +1,447 @@
+#include "l2/vlan.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+#include "platform/chip_sdk.h"
+#include "sim/chip/chip.h"
+#include "sim/zrsim.h"
+#include "tests/kit/device.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace zrtest
+{
+namespace
+{
+
+constexpr uint32_t kFreshIndex = 0xDEADBEEF; // an output that nobody wrote
+
+class Vlan : public RunningDeviceTest
+{
+protected:
+    const ZrVlanOps &vlan() const { return dev.ops().vlan; }
+    VlanCfg entry(uint32_t unit, uint32_t id)
+    {
+        VlanCfg cfg{};
+        EXPECT_EQ(dev.chip(unit).vlan.read(id, cfg), 0U);
+        return cfg;
+    }
+    // The member mask of the VLAN's member configuration; 0xFFFFFFFF when it has none.
+    uint32_t memberConfig(uint32_t unit, uint32_t id)
+    {
+        uint32_t index = 0;
+        VlanMbrCfg cfg{};
+        cfg.memberMask = 0xFFFFFFFF;
+        if (dev.chip(unit).vlan.findIndex(id, index) == 0) {
+            EXPECT_EQ(dev.chip(unit).vlan.readMembers(index, cfg), 0U);
+        }
+        return cfg.memberMask;
+    }
+    uint32_t filterOf(uint32_t unit, uint32_t port) { return dev.chip(unit).vlan.port(port)->ingressFilter; }
+    Texts names() const
+    {
+        Texts texts;
+        for (const std::string &call : dev.calls())
+            texts.push_back(call.substr(0, call.find('(')));
+        return texts;
+    }
+};
+
+// ---- start-up -----------------------------------------------------------------------------------
+
+TEST_F(Vlan, InitLeavesTheReservedPortOutOfVlan1AndUnfiltered)
+{
+    g_lswmInfo[1].reservedPort = 3;
+    ASSERT_EQ(vlan().init(1), 0U);
+
+    EXPECT_EQ(entry(1, 1).memberMask, 0x38017U);
+    EXPECT_EQ(entry(1, 1).untagMask, 0x38017U);
+    EXPECT_EQ(memberConfig(1, 1), 0x38017U);
+    for (uint32_t port : {0U, 1U, 2U, 4U, 15U, 16U, 17U})
+        EXPECT_EQ(filterOf(1, port), 1U) << port;
+    EXPECT_EQ(filterOf(1, 3), 0U);
+    EXPECT_TRUE(dev.chip(1).vlan.untagDscpPriority());
+    EXPECT_EQ(entry(2, 1).memberMask, 0U) << "another unit was started";
+}
+
+TEST_F(Vlan, InitVisitsPortsInOrderAndGoesOnAfterAFilterThatFails)
+{
+    g_lswmInfo[2].reservedPort = 33;
+    dev.setPorts(2, LSWM_SET_VALID, {127, 33, 4});
+    ASSERT_EQ(vlan().init(2), 0U);
+    EXPECT_THAT(names(),
+                ElementsAre("l2sw_vlan_init", "l2sw_vlan_UntagDscpPriorityEnable_set",
+                            "l2sw_vlan_portIgrFilterEnable_set", "l2sw_vlan_GetMbrIdx", "l2sw_vlan_mbrCfg_get",
+                            "l2sw_vlan_mbrCfg_set", "l2sw_vlan_get", "l2sw_vlan_set",
+                            "l2sw_vlan_portIgrFilterEnable_set", "l2sw_vlan_portIgrFilterEnable_set"));
+    EXPECT_EQ(dev.calls()[2], "l2sw_vlan_portIgrFilterEnable_set(2, 4, 1) = 0");
+    EXPECT_THAT(dev.takeFailures(),
+                ElementsAre("4/65538 ingress port filter set failed (unit:2, port:33, igrEn:0).",
+                            "4/65538 ingress port filter set failed (unit:2, port:127, igrEn:1)."));
+    EXPECT_EQ(entry(2, 1).memberMask, 0x3801DU) << "port 33 shares the bit of port 1";
+}
+
+TEST_F(Vlan, InitStopsWhereItFails)
+{
+    // `filters`: settings made before the end.
+    const auto expect = [&](const char *call, uint32_t sdkStatus, uint32_t status, int filters, Texts lines) {
+        SCOPED_TRACE(call);
+        dev.forget();
+        dev.fail(call, sdkStatus);
+        EXPECT_EQ(vlan().init(1), status);
+        EXPECT_EQ(dev.takeFailures(), lines);
+        EXPECT_EQ(std::ranges::count(names(), "l2sw_vlan_portIgrFilterEnable_set"), filters);
+        dev.failNone();
+    };
+    g_lswmInfo[1].reservedPort = 15;
+    expect("l2sw_vlan_init", 9, 4, 0,
+           {"4/9 Zr vlan init failed (unit:1, retVal:0x9).", "4/4 HAL VLAN InitZr unitId = 1"});
+    expect("l2sw_vlan_UntagDscpPriorityEnable_set", 0xFFFFFFFF, 4, 0,
+           {"4/4294967295 Zr vlan Untag Dscp Priority Enable failed. (retVal = -1, unit = 1, enable = 1)."});
+    expect("l2sw_vlan_get", 7, 4, 5,
+           {"4/7 Zr del vlan member failed (unit:1, port:15, vlan:1, retVal:0x7).",
+            "4/4 Zr vlan init del mrt failed.=(unit:1, port:15)."});
+    // The member configuration does not decide.
+    expect("l2sw_vlan_GetMbrIdx", 5, 0, 8, {"4/5 Zr get vlan mbr idx failed (unit:1, vlan:1, retVal:5)"});
+}
+
+// ---- life of a VLAN -----------------------------------------------------------------------------
+
+TEST_F(Vlan, LivesWithTheCascadePortsTagged)
+{
+    // What the VLAN id held before is gone.
+    ASSERT_EQ(dev.chip(1).vlan.write(100, VlanCfg{0xF, 0xF, 7, {1, 2, 3}}), 0U);
+    ASSERT_EQ(vlan().create(1, 100), 0U);
+    EXPECT_EQ(entry(1, 100).memberMask, 0x18000U);
+    EXPECT_EQ(entry(1, 100).untagMask, 0U);
+    EXPECT_EQ(entry(1, 100).independentLearning, 1U);
+    EXPECT_THAT(entry(1, 100).reserved10, testing::Each(0));
+    EXPECT_EQ(memberConfig(1, 100), 0x18000U);
+
+    ASSERT_EQ(vlan().addMember(1, 2, 100, 1), 0U);
+    ASSERT_EQ(vlan().destroy(1, 100), 0U);
+    EXPECT_EQ(entry(1, 100).memberMask, 0U);
+    EXPECT_EQ(entry(1, 100).untagMask, 0U);
+    EXPECT_EQ(entry(1, 100).independentLearning, 0U);
+    EXPECT_EQ(memberConfig(1, 100), 0x4U) << "other members stay in the member configuration";
+}
+
+TEST_F(Vlan, WithoutCascadePortsIsOneWrite)
+{
+    dev.setPorts(1, LSWM_SET_CASCADE, {});
+    EXPECT_EQ(vlan().create(1, 4094), 0U);
+    EXPECT_EQ(vlan().destroy(1, 4094), 0U);
+    EXPECT_THAT(dev.calls(), ElementsAre("l2sw_vlan_set(1, 4094, 20:{000000000000000001}) = 0",
+                                         "l2sw_vlan_set(1, 4094, 20:{}) = 0"));
+}
+
+TEST_F(Vlan, HalfCreatedOrDeletedStaysAsFarAsItCame)
+{
+    dev.fail("l2sw_vlan_set", 0x31, 3); // create, port 15, port 16
+    EXPECT_EQ(vlan().create(1, 100), 4U);
+    EXPECT_THAT(dev.takeFailures(),
+                ElementsAre("4/49 Zr mbr create failed (unit:1, port:16, vlan:100, retVal:0x31).",
+                            "4/4 Zr vlan add cascade port failed. (unit:1, port:16, vlanId:100)"));
+    EXPECT_EQ(entry(1, 100).memberMask, 0x8000U);
+    EXPECT_EQ(entry(1, 100).independentLearning, 1U);
+
+    dev.failNone();
+    ASSERT_EQ(vlan().create(1, 100), 0U);
+    dev.fail("l2sw_vlan_set", 0x32, 2); // port 15, port 16
+    EXPECT_EQ(vlan().destroy(1, 100), 4U);
+    EXPECT_THAT(dev.takeFailures(),
+                ElementsAre("4/50 Zr del vlan member failed (unit:1, vlan:100, bitmap:0x0, untag bitmap:0x0, "
+                            "retVal:0x32).",
+                            "4/4 Zr vlan del cascade port failed. (unit:1, port:16, vlanId:100)"));
+    EXPECT_EQ(entry(1, 100).memberMask, 0x10000U);
+    EXPECT_EQ(entry(1, 100).independentLearning, 1U) << "destroyed all the same";
+
+    dev.failNone();
+    dev.fail("l2sw_vlan_set", 8);
+    EXPECT_EQ(vlan().create(1, 101), 4U);
+    dev.setPorts(1, LSWM_SET_CASCADE, {});
+    EXPECT_EQ(vlan().destroy(1, 100), 4U);
+    EXPECT_THAT(dev.takeFailures(), ElementsAre("4/8 Zr vlan create failed (unit:1, vlan:101, retVal:0x8).",
+                                                "4/4 Zr vlan create failed.(unit:1, vlan:101).",
+                                                "4/8 Zr vlan destroy failed (unit:1, vlan:100, retVal:0x8).",
+                                                "4/4 Zr vlan destroy failed.(unit:1, vlan:100)."));
+}
+
+TEST_F(Vlan, UnitsWithoutRecordAreRefusedBeforeTheChip)
+{
+    for (uint32_t unit : {3U, 0xFFFFFFFFU}) {
+        EXPECT_EQ(vlan().init(unit), 1U);
+        EXPECT_EQ(vlan().create(unit, 100), 1U);
+        EXPECT_EQ(vlan().destroy(unit, 100), 1U);
+    }
+    EXPECT_THAT(dev.calls(), IsEmpty());
+    // A record without a port map has no cascade ports.
+    g_lswmInfo[0].portMap = nullptr;
+    EXPECT_EQ(vlan().create(0, 100), 0U);
+    EXPECT_EQ(dev.calls().size(), 1U);
+}
+
+// ---- members ------------------------------------------------------------------------------------
+
+TEST_F(Vlan, MembersMoveBetweenTaggedAndUntagged)
+{
+    enum Change { Tagged, Untagged, Removed };
+    const struct {
+        uint32_t port;
+        Change change;
+        uint32_t members, untagged;
+    } steps[] = {
+        {2, Tagged, 0x4, 0x0},
+        {2, Untagged, 0x4, 0x4},
+        {2, Tagged, 0x4, 0x4},                   // stays untagged
+        {31, Tagged, 0x80000004, 0x4},           //
+        {34, Removed, 0x80000000, 0x0},          // the bit of port 2
+        {2, Removed, 0x80000000, 0x0},           //
+        {127, Untagged, 0x80000000, 0x80000000}, // the bit of port 31
+        {31, Removed, 0x0, 0x0},
+    };
+    for (const auto &step : steps) {
+        SCOPED_TRACE(testing::Message() << "port " << step.port << ", change " << step.change);
+        EXPECT_EQ(step.change == Removed ? vlan().delMember(1, step.port, 300)
+                                         : vlan().addMember(1, step.port, 300, step.change == Untagged ? 8 : 0),
+                  0U);
+        uint32_t members = 0;
+        uint32_t untagged = 0;
+        EXPECT_EQ(vlan().getPortMap(1, 300, &members, &untagged), 0U);
+        EXPECT_EQ(members, step.members);
+        EXPECT_EQ(untagged, step.untagged);
+        EXPECT_EQ(memberConfig(1, 300), step.members);
+    }
+    EXPECT_EQ(entry(0, 300).memberMask | entry(2, 300).memberMask, 0U) << "another unit was changed";
+}
+
+TEST_F(Vlan, MemberChangesKeepTheFieldsThatAreNotTheirs)
+{
+    const VlanCfg before{0x1, 0x1, 5, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}};
+    ASSERT_EQ(dev.chip(1).vlan.write(300, before), 0U);
+    ASSERT_EQ(dev.chip(1).vlan.writeMembers(9, VlanMbrCfg{300, {0xA, 0xB}, 0x1, {1, 2, 3}}), 0U);
+    ASSERT_EQ(vlan().addMember(1, 4, 300, 1), 0U);
+    ASSERT_EQ(vlan().delMember(1, 0, 300), 0U);
+
+    EXPECT_EQ(entry(1, 300).memberMask, 0x10U);
+    EXPECT_EQ(entry(1, 300).independentLearning, 5U);
+    EXPECT_EQ(std::memcmp(entry(1, 300).reserved10, before.reserved10, sizeof before.reserved10), 0);
+    VlanMbrCfg members{};
+    ASSERT_EQ(dev.chip(1).vlan.readMembers(9, members), 0U);
+    EXPECT_EQ(members.vlan, 300U);
+    EXPECT_EQ(members.memberMask, 0x10U);
+    EXPECT_THAT(members.reserved2, ElementsAre(0xA, 0xB));
+    EXPECT_EQ(members.reserved8[2], 3U);
+}
+
+TEST_F(Vlan, FullMemberTableLeavesThePortInTheVlanTable)
+{
+    for (uint32_t id = 2; id < 34; ++id)
+        ASSERT_EQ(vlan().addMember(1, 0, id, 0), 0U);
+    EXPECT_EQ(vlan().addMember(1, 3, 500, 1), 4U);
+    EXPECT_THAT(dev.takeFailures(), ElementsAre("4/22 Zr mbr table is full (unit:1, vlan:500)."));
+    EXPECT_EQ(entry(1, 500).memberMask, 0x8U);
+    EXPECT_EQ(entry(1, 500).untagMask, 0x8U);
+
+    uint32_t index = kFreshIndex;
+    EXPECT_EQ(ZR_OP(HAL_VLAN_CreateMbrIdxZr)(1, 500, &index), 7U);
+    EXPECT_EQ(index, kFreshIndex);
+    EXPECT_EQ(dev.takeFailures().size(), 1U);
+    EXPECT_EQ(ZR_OP(HAL_VLAN_CreateMbrIdxZr)(1, 20, &index), 0U);
+    EXPECT_EQ(index, 18U) << "the index that serves the VLAN already";
+
+    // An index is never given back: not even by a VLAN that is gone.
+    dev.setPorts(1, LSWM_SET_CASCADE, {});
+    ASSERT_EQ(vlan().delMember(1, 0, 20), 0U);
+    ASSERT_EQ(vlan().destroy(1, 20), 0U);
+    EXPECT_EQ(vlan().addMember(1, 3, 500, 1), 4U);
+    EXPECT_EQ(dev.takeFailures().size(), 1U);
+    EXPECT_EQ(vlan().addMember(1, 3, 20, 1), 0U);
+}
+
+TEST_F(Vlan, UnreadableMemberConfigurationStartsEmpty)
+{
+    dev.script("l2sw_vlan_checkAndCreateMbr", [](const zrsim::Call &call) {
+        *call.pointer<uint32_t>(2) = 6;
+        return 0;
+    });
+    dev.fail("l2sw_vlan_mbrCfg_get", 3);
+    EXPECT_EQ(ZR_OP(HAL_VLAN_AddMbrTabZr)(1, 4, 0x123), 0U);
+    EXPECT_EQ(dev.calls().back(), "l2sw_vlan_mbrCfg_set(1, 6, 20:{2301000010}) = 0");
+}
+
+// Members leave the member configuration first, and only the VLAN table decides the status.
+TEST_F(Vlan, RemovalSucceedsWithoutTheMemberConfiguration)
+{
+    const struct {
+        const char *call;
+        Texts lines;
+    } cases[] = {
+        {"l2sw_vlan_GetMbrIdx", {"4/10 Zr get vlan mbr idx failed (unit:1, vlan:300, retVal:10)"}},
+        {"l2sw_vlan_mbrCfg_get", {"4/10 Zr get vlan mbr cfg failed (unit:1, idx:0, retVal:10)"}},
+        {"l2sw_vlan_mbrCfg_set", {"4/10 Zr del mbr member failed (unit:1, vlan:300, retVal:0xa)."}},
+    };
+    zrsim_trace_level(3);
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.call);
+        ASSERT_EQ(vlan().addMember(1, 2, 300, 0), 0U);
+        dev.fail(c.call, 10);
+        EXPECT_EQ(vlan().delMember(1, 2, 300), 0U);
+        EXPECT_EQ(dev.takeFailures(), c.lines);
+        EXPECT_THAT(dev.takeTraces(), ElementsAre("4 Zr vlan del mrt table failed(unit:1, port:2, vlan:300)."));
+        EXPECT_EQ(entry(1, 300).memberMask, 0U);
+        EXPECT_EQ(memberConfig(1, 300), 0x4U);
+        dev.failNone();
+    }
+}
+
+TEST_F(Vlan, ListAddsUpTo32PortsOrToTheEndMark)
+{
+    // On the heap, so that reading beyond 32 entries is seen.
+    auto ports = std::make_unique<uint32_t[]>(32);
+    auto untags = std::make_unique<uint32_t[]>(32);
+    for (uint32_t i = 0; i < 32; ++i) {
+        ports[i] = 31 - i;
+        untags[i] = i % 2;
+    }
+    EXPECT_EQ(vlan().addMultiMember(1, 300, ports.get(), untags.get()), 0U);
+    EXPECT_EQ(entry(1, 300).memberMask, 0xFFFFFFFFU);
+    EXPECT_EQ(entry(1, 300).untagMask, 0x55555555U);
+
+    ports[2] = 255;
+    EXPECT_EQ(vlan().addMultiMember(1, 301, ports.get(), untags.get()), 0U);
+    EXPECT_EQ(entry(1, 301).memberMask, 0xC0000000U);
+
+    ports[2] = 29;
+    dev.forget();
+    zrsim_trace_level(3);
+    dev.fail("l2sw_vlan_set", 2, 3);
+    EXPECT_EQ(vlan().addMultiMember(1, 302, ports.get(), untags.get()), 4U);
+    EXPECT_EQ(entry(1, 302).memberMask, 0xC0000000U) << "members before the failure stay";
+    EXPECT_EQ(std::ranges::count(names(), "l2sw_vlan_get"), 3);
+    EXPECT_THAT(dev.takeFailures(),
+                ElementsAre("4/2 Zr mbr create failed (unit:1, port:29, vlan:302, retVal:0x2)."));
+    EXPECT_THAT(dev.takeTraces(), ElementsAre("4 Zr add vlan member failed(unit:1, port:29, vlan:302, untag:0)",
+                                              "4 Zr add multi member failed.(unit:1, vlan:302, port:29)"));
+}
+
+// ---- what a failing chip leads to ---------------------------------------------------------------
+
+TEST_F(Vlan, EveryFailureIsPrintedAndTraced)
+{
+    const auto expect = [&](const char *call, uint32_t sdkStatus, const std::function<uint32_t()> &run,
+                            uint32_t status, const char *line, Texts traces) {
+        SCOPED_TRACE(line);
+        dev.fail(call, sdkStatus);
+        // At level 2 the failure line stays, the trace goes.
+        for (uint32_t level : {3U, 2U}) {
+            zrsim_trace_level(level);
+            EXPECT_EQ(run(), status);
+            EXPECT_THAT(dev.takeFailures(), ElementsAre(line));
+            EXPECT_EQ(dev.takeTraces(), level == 3 ? traces : Texts{});
+        }
+        dev.failNone();
+    };
+    ASSERT_EQ(vlan().addMember(1, 0, 300, 0), 0U);
+    const auto addTagged = [&] { return vlan().addMember(1, 2, 300, 0); };
+    const auto leaveTable = [&] { return ZR_OP(HAL_VLAN_DelMbrTabZr)(1, 2, 300); };
+
+    expect("l2sw_vlan_get", 23, [&] { return vlan().addMember(1, 2, 300, 6); }, 4,
+           "4/23 Zr add vlan member failed (unit:1, port:2, vlan:300, retVal:0x17).",
+           {"4 Zr add vlan member failed(unit:1, port:2, vlan:300, untag:6)"});
+    expect("l2sw_vlan_checkAndCreateMbr", 23, addTagged, 4,
+           "4/23 Zr mbr create failed (unit:1, vlan:300, retVal:0x17).",
+           {"4 Zr add vlan mbr failed(unit:1, port:2, vlan:300)"});
+    expect("l2sw_vlan_mbrCfg_set", 23, addTagged, 4,
+           "4/23 Zr mbr create failed (unit:1, port:2, vlan:300, retVal:0x17).",
+           {"4 Zr add vlan mbr failed(unit:1, port:2, vlan:300)"});
+    expect("l2sw_vlan_get", 23, [&] { return vlan().delMember(1, 2, 300); }, 4,
+           "4/23 Zr del vlan member failed (unit:1, port:2, vlan:300, retVal:0x17).",
+           {"4 Zr vlan del member failed (unit:1, port:2, vlan:300)."});
+    expect("l2sw_vlan_GetMbrIdx", 23, leaveTable, 23,
+           "4/23 Zr get vlan mbr idx failed (unit:1, vlan:300, retVal:23)", {});
+    expect("l2sw_vlan_mbrCfg_get", 23, leaveTable, 4,
+           "4/23 Zr get vlan mbr cfg failed (unit:1, idx:0, retVal:23)", {});
+    expect("l2sw_vlan_portPvid_set", 23, [&] { return vlan().setPortPvid(1, 2, 300); }, 4,
+           "4/23 Zr set port pvid failed (unit:1, port:2, vlan:300, retVal:0x17).", {});
+    expect("l2sw_vlan_tagMode_set", 0xFFFFFFFE, [&] { return vlan().setTagMode(1, 2, 3); }, 0xFFFFFFFE,
+           "4/4294967294 Zr set tag mode failed (unit:1, port:2, tagMode:3, retVal:-2).", {});
+    expect("l2sw_vlan_portIgrFilterEnable_set", 5, [&] { return vlan().setIgrPortFilter(1, 2, 1); }, 0,
+           "4/5 ingress port filter set failed (unit:1, port:2, igrEn:1).", {});
+}
+
+TEST_F(Vlan, ReadsTellFailureAndNull)
+{
+    uint32_t members = 1;
+    uint32_t untagged = 2;
+    uint32_t pvid = 3;
+    EXPECT_EQ(vlan().getPortMap(1, 300, nullptr, &untagged), 2U);
+    EXPECT_EQ(vlan().getPortMap(1, 300, &members, nullptr), 2U);
+    EXPECT_EQ(vlan().getPortPvid(1, 0, nullptr), 2U);
+    EXPECT_EQ(ZR_OP(HAL_VLAN_CreateMbrIdxZr)(1, 300, nullptr), 2U);
+    EXPECT_EQ(vlan().addMultiMember(1, 300, nullptr, &untagged), 2U);
+    EXPECT_EQ(vlan().addMultiMember(1, 300, &members, nullptr), 2U);
+    EXPECT_THAT(dev.calls(), IsEmpty());
+
+    dev.fail("l2sw_vlan_get", 6);
+    dev.fail("l2sw_vlan_portPvid_get", 6);
+    EXPECT_EQ(vlan().getPortMap(1, 300, &members, &untagged), 4U);
+    EXPECT_EQ(vlan().getPortPvid(1, 2, &pvid), 4U);
+    EXPECT_THAT(dev.takeFailures(),
+                ElementsAre("4/6 Zr get vlan portmap failed (unit:1, vlan:300, retVal:0x6).",
+                            "4/6 Zr get port pvid failed (unit:1, port:2, retVal:0x6)."));
+    EXPECT_EQ(members, 1U);
+    EXPECT_EQ(untagged, 2U);
+    EXPECT_EQ(pvid, 0U) << "a failed read stores 0";
+}
+
+// ---- per port -----------------------------------------------------------------------------------
+
+TEST_F(Vlan, PortSettingsReachTheirPort)
+{
+    EXPECT_EQ(vlan().setPortPvid(2, 16, 4094), 0U);
+    uint32_t pvid = 0;
+    EXPECT_EQ(vlan().getPortPvid(2, 16, &pvid), 0U);
+    EXPECT_EQ(pvid, 4094U);
+    EXPECT_EQ(dev.chip(2).vlan.port(16)->priority, 0U);
+
+    EXPECT_EQ(vlan().setIgrPortFilter(2, 4, 1), 0U);
+    EXPECT_EQ(filterOf(2, 4), 1U);
+    EXPECT_EQ(vlan().setIgrPortFilter(2, 4, 0), 0U);
+    EXPECT_EQ(filterOf(2, 4), 0U);
+}
+
+TEST_F(Vlan, TagModesUpTo3ReachTheChip)
+{
+    for (uint32_t mode = 0; mode <= 3; ++mode) {
+        EXPECT_EQ(vlan().setTagMode(1, 15, mode), 0U);
+        EXPECT_EQ(dev.chip(1).vlan.port(15)->tagMode, mode);
+    }
+    dev.forget();
+    EXPECT_EQ(vlan().setTagMode(1, 15, 4), 1U);
+    EXPECT_EQ(vlan().setTagMode(1, 15, 0xFFFFFFFF), 1U);
+    EXPECT_THAT(dev.calls(), IsEmpty());
+    EXPECT_THAT(dev.takeFailures(),
+                ElementsAre("4/1 Zr tag mode illegal (unit:1, port:15, tagmode:4)",
+                            "4/1 Zr tag mode illegal (unit:1, port:15, tagmode:4294967295)"));
+}
+
+// Two chip operations end with the print and hand up whatever it answers.
+TEST_F(Vlan, AnswerOfThePrintServiceIsTheStatus)
+{
+    dev.script("LSWM_ConfigFailPrint", [](const zrsim::Call &) { return 77; });
+    dev.fail("l2sw_vlan_tagMode_set", 5);
+    dev.fail("l2sw_vlan_portIgrFilterEnable_set", 5);
+    EXPECT_EQ(vlan().setTagMode(1, 2, 9), 77U);
+    EXPECT_EQ(vlan().setTagMode(1, 2, 1), 77U);
+    EXPECT_EQ(ZR_OP(HAL_VLAN_SetPortFilterZr)(1, 2, 1), 77U);
+    EXPECT_EQ(vlan().setIgrPortFilter(1, 2, 1), 0U);
+}
+
+} // namespace
+} // namespace zrtest
