@@ -1,0 +1,239 @@
+// Storm control, reserved multicast addresses, and the reasons for drops that both leave in the capture.
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+#include "platform/manager.h"
+#include "qos/rma.h"
+#include "qos/stormctl.h"
+#include "tests/kit/device.h"
+
+namespace zrtest
+{
+namespace
+{
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+constexpr uint32_t kUnread = 0xDEADBEEF; // the record's first field
+
+class StormTest : public RunningDeviceTest
+{
+protected:
+    uint32_t set(uint32_t port, uint32_t packetType, uint32_t enable, uint32_t meter, uint32_t unit = 1)
+    {
+        const LswmStormControl control{kUnread, packetType, enable, meter};
+        return dev.ops().stormctl.set(unit, port, &control);
+    }
+    void program(uint32_t unit, uint32_t meter, uint32_t mode, uint32_t rate)
+    {
+        const LswmCar car{mode, rate, 5};
+        ASSERT_EQ(dev.ops().hsec.configCar(static_cast<uint8_t>(unit), meter, &car), 0U);
+        dev.forget();
+    }
+};
+
+TEST_F(StormTest, BindsThePacketTypesToTheChipsStormTypes)
+{
+    const std::pair<uint32_t, uint32_t> types[] = {{0, 0}, {1, 1}, {2, 3}};
+    for (auto [packetType, chipType] : types) {
+        program(1, 9, 1, 5000);
+        EXPECT_EQ(set(4, packetType, 1, 9), 0U);
+        EXPECT_THAT(
+            dev.calls(),
+            ElementsAre("l2sw_rate_shareMeter_get(1, 9, &1, &5000, &1) = 0",
+                        "l2sw_rate_shareMeterBucket_set(1, 9, 5000) = 0",
+                        "l2sw_rate_stormControlEnable_set(1, 1) = 0",
+                        fmt::format("l2sw_rate_stormControlMeterIdx_set(1, 4, {}, 9) = 0", chipType),
+                        fmt::format("l2sw_rate_stormControlPortEnable_set(1, 4, {}, 1) = 0", chipType)));
+    }
+    dev.forget();
+    for (uint32_t packetType : {3U, 4U, 0xFFFFFFFFU}) {
+        EXPECT_EQ(set(4, packetType, 1, 9), 4U);
+        EXPECT_THAT(dev.takeFailures(),
+                    ElementsAre(fmt::format("7/1 HAL set stormctl failed. Invalid packet type: {}", packetType),
+                                "7/4 HAL STORMCTL SetZr unit = 1, port = 4"));
+    }
+    EXPECT_THAT(dev.calls(), IsEmpty());
+}
+
+TEST_F(StormTest, SwitchingOnePortOffStillSwitchesTheUnitOnAndBinds)
+{
+    EXPECT_EQ(dev.ops().stormctl.init(2), 0U);
+    EXPECT_FALSE(dev.chip(2).storm.enabled());
+    EXPECT_EQ(set(3, 2, 0, 7, 2), 0U);
+    EXPECT_TRUE(dev.chip(2).storm.enabled());
+    EXPECT_EQ(dev.chip(2).storm.binding(3, 3).meter, 7U);
+    EXPECT_FALSE(dev.chip(2).storm.binding(3, 3).enabled);
+    EXPECT_EQ(set(3, 2, 1, 7, 2), 0U);
+    EXPECT_TRUE(dev.chip(2).storm.binding(3, 3).enabled);
+    EXPECT_FALSE(dev.chip(2).storm.binding(3, 2).enabled);
+}
+
+TEST_F(StormTest, TheBucketFollowsTheMetersRateWithinItsLimits)
+{
+    const std::pair<uint32_t, uint32_t> buckets[] = {
+        {0, 1000},          {10, 1000},         {999, 1000},          {1000, 1000},
+        {1001, 1001},       {5000, 5000},       {2097150, 2097150},   {2097151, 2097151},
+        {2097152, 2097151}, {3000000, 2097151}, {0xFFFFFFFF, 2097151}};
+    for (auto [rate, bucket] : buckets) {
+        program(1, 63, 1, rate);
+        EXPECT_EQ(ZR_OP(HAL_STORMCTL_AdaptBucketSizeZr)(1, 63), 0U);
+        EXPECT_EQ(dev.chip(1).meters.find(63)->bucket, bucket) << rate;
+    }
+    program(1, 63, 0, 80000);
+    EXPECT_EQ(ZR_OP(HAL_STORMCTL_AdaptBucketSizeZr)(1, 63), 0U);
+    EXPECT_EQ(dev.chip(1).meters.find(63)->bucket, 10000U) << "the rate in the chip's unit";
+}
+
+TEST_F(StormTest, EachFailureStopsAndPrintsEachLayersLine)
+{
+    const std::string top = "7/4 HAL STORMCTL SetZr unit = 1, port = 4";
+    const std::string adapt = "7/4 Zr stormctl adapt bucket size failed";
+    const struct {
+        const char *call;
+        size_t calls;
+        Texts lines;
+    } cases[] = {
+        {"l2sw_rate_shareMeter_get", 1, {"7/22 Zr get share meter failed, error type is 0x16", adapt, top}},
+        {"l2sw_rate_shareMeterBucket_set",
+         2,
+         {"7/22 Zr set share meter bucket failed, error type is 0x16", adapt, top}},
+        {"l2sw_rate_stormControlEnable_set",
+         3,
+         {"7/22 Zr set stormControl enable failed, error type is 0x16", top}},
+        {"l2sw_rate_stormControlMeterIdx_set",
+         4,
+         {"7/22 Zr set stormControl meter index failed, error type is 0x16", top}},
+        {"l2sw_rate_stormControlPortEnable_set",
+         5,
+         {"7/22 Zr set storm control port enable failed, error type is 0x16", top}},
+    };
+    for (const auto &each : cases) {
+        SCOPED_TRACE(each.call);
+        dev.forget();
+        dev.fail(each.call, 22);
+        EXPECT_EQ(set(4, 1, 1, 9), 4U);
+        EXPECT_EQ(dev.takeFailures(), each.lines);
+        EXPECT_THAT(dev.calls(), SizeIs(each.calls));
+        dev.failNone();
+    }
+}
+
+TEST_F(StormTest, TheGlobalPortTouchesNothingAndIsTracedAsAnEvent)
+{
+    for (uint32_t level : {0, 1, 2, 3}) {
+        zrsim::console().traceLevel(level);
+        EXPECT_EQ(set(0xFFFFFFFF, 9, 1, 9), 0U);
+        EXPECT_EQ(dev.takeTraces(), level >= 2 ? Texts{"7 Global port is invalid for zr."} : Texts{}) << level;
+    }
+    EXPECT_EQ(dev.ops().stormctl.set(1, 0xFFFFFFFF, nullptr), 0U);
+    EXPECT_EQ(dev.ops().stormctl.set(1, 0xFFFFFFFE, nullptr), 2U);
+    EXPECT_THAT(dev.takeFailures(), ElementsAre("7/2 HAL STORMCTL SetZr unit = 1, port = 4294967294"));
+    EXPECT_THAT(dev.calls(), IsEmpty());
+}
+
+TEST_F(StormTest, AFloodIsLimitedAndTheCaptureTellsWhy)
+{
+    program(1, 5, 0, 1000); // 1000 kbit/s
+    ASSERT_EQ(set(3, 0, 1, 5), 0U);
+    zrsim::Chip &chip = dev.chip(1);
+    auto *text = dev.ops().common.chipCaptureDropReasonEnable(1, 3);
+    ASSERT_NE(text, nullptr);
+    LSWM_MemFree(text);
+
+    // One second of 100 Mbit/s: a bucket of 1000 bytes and 125000 bytes of rate, in frames of 64.
+    auto flood = [&](uint32_t port, uint32_t type) {
+        return chip.meters.run({100'000, 1000, 64}, [&] { return chip.storm.admit(port, type, 64); });
+    };
+    auto reason = [&] {
+        char *answer = dev.ops().common.chipGetDropReason(1, 3);
+        const std::string found = answer == nullptr ? "" : answer;
+        LSWM_MemFree(answer);
+        return found;
+    };
+    EXPECT_EQ(flood(2, 0).passed, flood(3, 1).offered) << "neither this port nor this type is limited";
+    EXPECT_EQ(reason(), "unit 1 port 3 drop result: 0x0.");
+    EXPECT_EQ(flood(3, 0).passed, (1000U + 125'000U) / 64);
+    EXPECT_EQ(reason(), "unit 1 port 3 drop result: 0x10.");
+    chip.drop.note(3, 2);
+    chip.drop.note(2, 7);
+    EXPECT_EQ(reason(), "unit 1 port 3 drop result: 0x10.") << "bit 2 is masked, port 2 is not captured";
+}
+
+using RmaTest = RunningDeviceTest;
+
+TEST_F(RmaTest, InitialisationTrapsLldpThenEveryType)
+{
+    Texts expected = {"l2sw_trap_lldpEnable_set(1, 1) = 0"};
+    for (uint32_t type = 0; type <= 50; ++type)
+        expected.push_back(fmt::format("l2sw_trap_rmaAction_set(1, {}, 2) = 0", type));
+    EXPECT_EQ(dev.ops().mc.init(1), 0U);
+    EXPECT_EQ(dev.calls(), expected);
+
+    const uint8_t bridge[6] = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x00};
+    const uint8_t ordinary[6] = {0x01, 0x00, 0x5E, 0x00, 0x00, 0x0E};
+    EXPECT_EQ(dev.chip(1).rma.judge(0, bridge, 0), zrsim::Rma::kToHost);
+    EXPECT_EQ(dev.chip(1).rma.judge(0, ordinary, 0), zrsim::Rma::kSwitch);
+}
+
+TEST_F(RmaTest, AFailureStopsSilentlyAndWhatWasSetStays)
+{
+    dev.fail("l2sw_trap_rmaAction_set", 0xFFFFFFFF, 11);
+    EXPECT_EQ(dev.ops().mc.init(2), 4U);
+    EXPECT_EQ(dev.chip(2).rma.action(9), 2U);
+    EXPECT_EQ(dev.chip(2).rma.action(10), 0U);
+    EXPECT_EQ(dev.chip(2).rma.action(11), 0U);
+
+    dev.forget();
+    dev.fail("l2sw_trap_lldpEnable_set", 22);
+    EXPECT_EQ(dev.ops().mc.init(2), 4U);
+    EXPECT_THAT(dev.calls(), SizeIs(1));
+    EXPECT_EQ(ZR_OP(HAL_RMA_LldpEnableSet)(2, 1), 22U) << "the SDK's own status";
+}
+
+TEST_F(RmaTest, TypesAndActionsOutOfRangeAreRefusedBeforeTheChip)
+{
+    const struct {
+        uint32_t type;
+        uint32_t action;
+    } refused[] = {{51, 0}, {52, 2}, {0xFFFFFFFF, 1}, {0, 3}, {50, 0xFFFFFFFF}};
+    for (auto [type, action] : refused)
+        EXPECT_EQ(ZR_OP(HAL_RMA_ActionSet)(1, type, action), 1U) << type << " " << action;
+    EXPECT_THAT(dev.calls(), IsEmpty());
+
+    for (uint32_t action : {0, 1, 2}) {
+        EXPECT_EQ(ZR_OP(HAL_RMA_ActionSet)(1, 50, action), 0U);
+        EXPECT_EQ(dev.chip(1).rma.action(50), action);
+    }
+    dev.fail("l2sw_trap_rmaAction_set", 22);
+    EXPECT_EQ(ZR_OP(HAL_RMA_ActionSet)(1, 0, 1), 4U);
+
+    for (auto [type, chipType] : {std::pair{0U, 0U}, {50U, 50U}, {51U, 51U}, {52U, 51U}, {0xFFFFFFFFU, 51U}}) {
+        uint32_t found = 99;
+        ZR_OP(HAL_RMA_RmaTypeToZrType)(type, &found);
+        EXPECT_EQ(found, chipType);
+    }
+    ZR_OP(HAL_RMA_RmaTypeToZrType)(0, nullptr);
+}
+
+TEST_F(RmaTest, OnlyOneSwitchesLldpTrappingOn)
+{
+    const uint8_t lldp[6] = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x0E};
+    for (auto [enable, on] : {std::pair{1, true}, {2, false}, {1, true}, {-1, false}, {1, true}, {0, false}}) {
+        EXPECT_EQ(ZR_OP(HAL_RMA_LldpEnableSet)(0, enable), 0U);
+        EXPECT_EQ(dev.chip(0).rma.judge(0, lldp, 0x88CC) == zrsim::Rma::kToHost, on) << enable;
+    }
+}
+
+TEST_F(RmaTest, TheTypeMapIsExportedWholeAndNumbersTypesAsTheManagerDoes)
+{
+    const auto *map = static_cast<const uint32_t *>(dev.symbol("g_rmaAddrTypeMap"));
+    ASSERT_NE(map, nullptr);
+    for (uint32_t type = 0; type < 52; ++type)
+        EXPECT_EQ(map[type], type);
+}
+
+} // namespace
+} // namespace zrtest
