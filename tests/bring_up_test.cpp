@@ -22,7 +22,7 @@ TEST_F(BringUpTest, RunsTheWholeSequenceInOrder)
         calls,
         (Texts{"VESPER_ADPAPI_ResetChip(0xffffffff, 0xb00000, 0) = 0",
                "VESPER_ADPAPI_ResetChip(0xffffffff, 0xb00000, 1) = 0", "PAL_TaskDelay(20)",
-               "l2sw_switch_init(1) = 0", "l2sw_setAsicReg(1, 0x3b0c, 7) = 0",
+               "l2sw_fun_regist(ptr) = 0", "l2sw_switch_init(1) = 0", "l2sw_setAsicReg(1, 0x3b0c, 7) = 0",
                "l2sw_setAsicReg(1, 4881, 4118) = 0", "l2sw_setAsicReg(1, 0x3b0d, 7) = 0",
                "l2sw_setAsicReg(1, 5060, 4118) = 0", "l2sw_switch_ahb_read(1, 0x9000084c, &36) = 0",
                "drv_env_num_get(\"lsw1_vq9_rgmii2_para\", &0, 16) = 1", "l2sw_setAsicReg(1, 4871, 2440) = 0",
