@@ -30,7 +30,7 @@ uint32_t ZR_HSEC_GetStat(uint32_t unit, uint32_t chipRuleId, LswmCounter *counte
 {
     if (counter == nullptr)
         return LSW_NULL_POINTER;
-    uint32_t counterId;
+    uint32_t counterId = 0;
     if (COM_ACL_GetCounterIdFromChipRuleId(unit, chipRuleId, &counterId) != LSW_OK)
         return LSW_CHIP_FAILED;
     return HAL_HSEC_GetCntZr(unit, counterId, counter);

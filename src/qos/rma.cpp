@@ -31,7 +31,7 @@ void HAL_RMA_RmaTypeToZrType(uint32_t type, uint32_t *chipType)
 
 uint32_t HAL_RMA_ActionSet(uint32_t unit, uint32_t type, uint32_t action)
 {
-    uint32_t chipType;
+    uint32_t chipType = RMA_TYPE_INVALID;
     HAL_RMA_RmaTypeToZrType(type, &chipType);
     if (chipType == RMA_TYPE_INVALID || action >= RMA_ACTIONS)
         return LSW_INVALID_ARGUMENT;
