@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -86,6 +87,38 @@ protected:
     {
         return shellCommand(fmt::format("{} shell {} < {}", program_, options, file("typed", typed)));
     }
+
+    // What a person at a terminal sees who types a line at every prompt, and then ends the input.
+    Ended terminal(const std::vector<std::string> &lines) const
+    {
+        Ended ended{};
+        int terminal = -1;
+        const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+        if (child == 0) {
+            setenv("HOME", directory_.c_str(), 1);
+            setenv("TERM", "xterm", 1);
+            execl(program_.c_str(), "zrbench", "shell", nullptr);
+            _exit(127);
+        }
+        size_t typed = 0;
+        std::string unanswered;
+        char buffer[512];
+        for (ssize_t count; (count = read(terminal, buffer, sizeof buffer)) > 0;) {
+            ended.output.append(buffer, static_cast<size_t>(count));
+            unanswered.append(buffer, static_cast<size_t>(count));
+            if (!unanswered.ends_with("zrbench> "))
+                continue;
+            unanswered.clear();
+            const std::string line = typed < lines.size() ? lines[typed++] + "\n" : "\004";
+            EXPECT_EQ(write(terminal, line.data(), line.size()), static_cast<ssize_t>(line.size()));
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        close(terminal);
+        ended.status = WEXITSTATUS(status);
+        return ended;
+    }
+    bool editsLines() const { return contents(program_).find("libedit.so") != std::string::npos; }
 
 private:
     std::string program_;
@@ -342,6 +375,20 @@ TEST_F(ZrbenchTest, TheShellTakesPipedLinesAndGoesOnAfterABadOne)
     EXPECT_EQ(good.status, kAsExpected) << good.output;
     EXPECT_THAT(good.output, HasSubstr("   1  chip init 2"));
     EXPECT_THAT(good.output, HasSubstr("   2  chip init 7"));
+}
+
+TEST_F(ZrbenchTest, TheShellCompletesAndRemembersWhatIsTyped)
+{
+    if (!editsLines())
+        GTEST_SKIP() << "built without libedit";
+    const Ended ended =
+        terminal({"chip in\t0", "trace al\t", "\033[A\033[A", "reg wr\t0 0x1000 5", "nonsense"});
+    EXPECT_EQ(ended.status, kAsExpected) << ended.output;
+    for (const char *piece :
+         {"   1  chip init 0", "   2  trace all", "   3  chip init 0", "   4  reg write 0 0x1000 5",
+          "> l2sw_setAsicReg(0, 4096, 5) = 0", "no command \"nonsense\""})
+        EXPECT_THAT(ended.output, HasSubstr(piece));
+    EXPECT_THAT(contents(path(".zrbench_history")), HasSubstr("nonsense"));
 }
 
 // Slots of the twelve tables in the manager's order: how many, and which the library leaves alone.
