@@ -177,6 +177,33 @@ TEST_F(Phy, NullOutputsAreRefusedBeforeTheChip)
                             "2/2 ZR PHY GetLinkstatusZr ret = 2, unitId = 1, portId = 3"));
 }
 
+TEST_F(Phy, RecordsReachTheChipClearedForReading)
+{
+    unsigned records = 0;
+    for (const std::string &name : {kGetAuto, kGetForced, std::string("l2sw_port_macForceLinkExt_get")}) {
+        const size_t place = name == "l2sw_port_macForceLinkExt_get" ? 3 : 2;
+        dev.script(name, [&records, place](const Call &call) {
+            Words words;
+            std::memcpy(words.data(), call.pointer<void>(place), sizeof words);
+            EXPECT_EQ(words, Words{}) << call.name;
+            ++records;
+            return 0;
+        });
+    }
+    uint32_t value = 0;
+    LswmPortAbility ability{};
+    EXPECT_EQ(port().setSpeed(1, kPhyPort, 100), 0U);
+    EXPECT_EQ(port().setDuplex(1, kPhyPort, 1), 0U);
+    EXPECT_EQ(port().setAutonegEnable(1, kPhyPort, 0), 0U);
+    EXPECT_EQ(port().setAutonegEnable(1, kPhyPort, 1), 0U);
+    EXPECT_EQ(port().getAutonegEnable(1, kPhyPort, &value), 0U);
+    EXPECT_EQ(port().getAutonegAbility(1, kPhyPort, &ability), 0U);
+    EXPECT_EQ(port().getSpeed(1, kMacPort, &value), 0U);
+    EXPECT_EQ(port().getDuplex(1, kMacPort, &value), 0U);
+    EXPECT_EQ(port().getLinkStatus(1, kMacPort, &value), 0U);
+    EXPECT_EQ(records, 9U);
+}
+
 // ---- setting speed and duplex ---------------------------------------------------------------
 
 TEST_F(Phy, SpeedAllowsEverythingUpToItAndKeepsTheRest)

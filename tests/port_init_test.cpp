@@ -185,8 +185,8 @@ TEST_F(FrameSize, ThatCannotBeReadLeavesTheOutput)
 
 TEST_F(PortStartUp, CpuPortIsChosenInThreeStepsAndStopsAtAFailedOne)
 {
-    EXPECT_EQ(dev.ops().port.cpuInit(1, 16, 1), 0U);
-    EXPECT_THAT(dev.calls(), ElementsAre("l2sw_cpu_tagPort_set(1, 16, 0) = 0", "l2sw_cpu_enable_set(1, 1) = 0",
+    EXPECT_EQ(dev.ops().port.cpuInit(1, 16, 7), 0U);
+    EXPECT_THAT(dev.calls(), ElementsAre("l2sw_cpu_tagPort_set(1, 16, 0) = 0", "l2sw_cpu_enable_set(1, 7) = 0",
                                          "l2sw_cpu_tag_ethertype_set(1, 0x8874) = 0"));
     const struct {
         const char *call;
