@@ -101,18 +101,10 @@ TEST_F(Isolation, AllPortsKeepTheWayToThemselvesAndToTheReservedPort)
         permit(member, 0x1F);
     ASSERT_EQ(port().setAllIsolate(1, 1), 0U);
     EXPECT_THAT(permitMaps(), ElementsAre(0x11, 0x12, 0x14, 0x18, 0x1F));
-    for (uint32_t from = 0; from < 5; ++from)
-        for (uint32_t to = 0; to < 5; ++to)
-            EXPECT_EQ(dev.chip(1).isolation.permits(from, to), from == to || from == 4 || to == 4)
-                << from << " to " << to;
-    ASSERT_EQ(port().setAllIsolate(1, 1), 0U);
-    EXPECT_THAT(permitMaps(), ElementsAre(0x11, 0x12, 0x14, 0x18, 0x1F));
     ASSERT_EQ(port().setAllIsolate(1, 0), 0U);
     EXPECT_THAT(permitMaps(), ElementsAre(0x1F, 0x1F, 0x1F, 0x1F, 0x1F));
-}
 
-TEST_F(Isolation, ReleasingAllGivesNoPortItselfOrTheReservedPort)
-{
+    // Releasing gives no port itself or the reserved port.
     for (uint32_t member = 0; member < 5; ++member)
         permit(member, 0);
     ASSERT_EQ(port().setAllIsolate(1, 7), 0U);
@@ -196,26 +188,6 @@ TEST_F(Isolation, BadArgumentsAreRefusedBeforeTheChip)
     EXPECT_EQ(ZR_OP(HAL_PORT_GetIsolateMapZr)(1, 2, nullptr), 2U);
     EXPECT_EQ(ZR_OP(HAL_PORT_SetIsolateZr)(1, 2, nullptr), 2U);
     EXPECT_THAT(dev.calls(), IsEmpty());
-}
-
-TEST_F(Isolation, FramesStopAtAnIsolatedPort)
-{
-    for (uint32_t member : {15U, 16U})
-        ASSERT_EQ(port().setEnable(1, member, 1), 0U);
-    const uint32_t map = 1U << 16;
-    auto forwarded = [&] {
-        LswmPortStatistics record;
-        EXPECT_EQ(dev.ops().common.cliCmdPrase(1, "forward 15 16 10"), 0U);
-        EXPECT_EQ(port().getStatistics(1, 16, &record), 0U);
-        return record.counter[67];
-    };
-    chipPorts(0x3801F);
-    EXPECT_EQ(forwarded(), 10U);
-    ASSERT_EQ(port().setIsolate(1, 15, &map, 1), 0U);
-    EXPECT_EQ(forwarded(), 10U);
-    EXPECT_EQ(dev.takeCli(), "port 15 may not forward to port 16\n");
-    ASSERT_EQ(port().setIsolate(1, 15, &map, 0), 0U);
-    EXPECT_EQ(forwarded(), 20U);
 }
 
 } // namespace

@@ -10,148 +10,89 @@ namespace zrtest
 namespace
 {
 
-constexpr uint32_t kUnit = 1;
-constexpr uint32_t kPort = 3;
-constexpr uint32_t kTextSize = 2048;
+constexpr uint32_t kSize = 2048; // of a text
+constexpr uint32_t kPaged = 0x30010;
+const uint32_t map = 0x6;
+const SdkPortCounters counters{};
 
-// Readers of the state whose failures the dump shows instead of reporting them.
-const std::vector<std::string> kStateReaders = {
-    "l2sw_port_adminEnable_get", "l2sw_port_phyStatus_get",          "l2sw_port_macStatus_get",
-    "l2sw_port_phyReg_get",      "l2sw_port_phyAutoNegoAbility_get", "l2sw_port_macLocalLoopbackEnable_get",
-    "l2sw_switch_ahb_read"};
+// An operation on port 3 of unit 1; further arguments may take outputs from `out`.
+#define ON_PORT(name, ...)                                                                                     \
+    SweepCase                                                                                                  \
+    {                                                                                                          \
+        .operation = #name,                                                                                    \
+        .run = []([[maybe_unused]] Outputs &out) { return ZR_OP(name)(1, 3 __VA_OPT__(, ) __VA_ARGS__); }      \
+    }
 
-// A failed read of the latched odrop count adds nothing and fails nothing.
-const std::vector<std::string> kOdropRead = {"l2sw_getAsicReg"};
+SweepCase tolerating(SweepCase sweep, std::vector<std::string> calls)
+{
+    sweep.tolerated = std::move(calls);
+    return sweep;
+}
+
+SweepCase silent(SweepCase sweep)
+{
+    sweep.reportsNothing = true;
+    return sweep;
+}
+
+SweepCase writing(SweepCase sweep)
+{
+    sweep.writesOnFailure = true;
+    return sweep;
+}
 
 // A dump answers its length; a status is a small number.
-uint32_t statusOfLength(uint32_t answer)
+SweepCase lengthy(SweepCase sweep)
 {
-    return answer > LSW_UNSUPPORTED ? 0 : answer;
+    sweep.run = [run = sweep.run](Outputs &out) {
+        const uint32_t answer = run(out);
+        return answer > LSW_UNSUPPORTED ? 0 : answer;
+    };
+    return sweep;
 }
 
 const bool added = addSweep({
-    // Counters.
-    {.operation = "HAL_PORT_GetStatisticZr",
-     .run =
-         [](Outputs &out) {
-             return ZR_OP(HAL_PORT_GetStatisticZr)(kUnit, kPort, out.make<LswmPortStatistics>());
-         },
-     .tolerated = kOdropRead},
-    {.operation = "ZR_PORT_GetStatistics",
-     .run =
-         [](Outputs &out) {
-             return ZR_OP(ZR_PORT_GetStatistics)(kUnit, kPort, out.make<LswmPortStatistics>());
-         },
-     .tolerated = kOdropRead},
-    {.operation = "HAL_PORT_ClearStatisticsZr",
-     .run = [](Outputs &) { return ZR_OP(HAL_PORT_ClearStatisticsZr)(kUnit, kPort); }},
-    {.operation = "ZR_PORT_ClearStatistics",
-     .run = [](Outputs &) { return ZR_OP(ZR_PORT_ClearStatistics)(kUnit, kPort); }},
-    {.operation = "HAL_PORT_TranslateHwStatZr",
-     .run =
-         [](Outputs &out) {
-             const SdkPortCounters counters{};
-             ZR_OP(HAL_PORT_TranslateHwStatZr)(&counters, out.make<LswmPortStatistics>());
-             return 0U;
-         }},
-    // Texts.
-    {.operation = "HAL_PORT_GetDebugInfoZr",
-     .run =
-         [](Outputs &out) {
-             return ZR_OP(HAL_PORT_GetDebugInfoZr)(kUnit, kPort, out.make<char>(kTextSize), kTextSize);
-         },
-     .reportsNothing = true},
-    {.operation = "ZR_PORT_GetDebugInfo",
-     .run =
-         [](Outputs &out) {
-             return ZR_OP(ZR_PORT_GetDebugInfo)(kUnit, kPort, out.make<char>(kTextSize), kTextSize);
-         },
-     .reportsNothing = true},
-    {.operation = "HAL_PORT_DumpRegInfo",
-     .run =
-         [](Outputs &out) {
-             return statusOfLength(
-                 ZR_OP(HAL_PORT_DumpRegInfo)(kUnit, kPort, out.make<char>(kTextSize), kTextSize));
-         },
-     .reportsNothing = true},
-    {.operation = "HAL_PORT_DumpNormalDebugInfoZr",
-     .run =
-         [](Outputs &out) {
-             return statusOfLength(
-                 ZR_OP(HAL_PORT_DumpNormalDebugInfoZr)(kUnit, kPort, out.make<char>(kTextSize), kTextSize));
-         },
-     .tolerated = kStateReaders},
-    {.operation = "HAL_PORT_GetLinkDownPhyRegZr",
-     .run =
-         [](Outputs &out) {
-             return ZR_OP(HAL_PORT_GetLinkDownPhyRegZr)(kUnit, kPort, out.make<char>(kTextSize), kTextSize, 0);
-         },
-     .writesOnFailure = true},
-    {.operation = "ZR_GetLinkDownPhyReg",
-     .run =
-         [](Outputs &out) {
-             return ZR_OP(ZR_GetLinkDownPhyReg)(kUnit, kPort, out.make<char>(kTextSize), kTextSize, 0);
-         },
-     .writesOnFailure = true},
-    {.operation = "HAL_PORT_PortDebugInfoGetZr",
-     .run =
-         [](Outputs &out) {
-             return ZR_OP(HAL_PORT_PortDebugInfoGetZr)(kUnit, kPort, out.make<PortDebugInfo>());
-         },
-     .reportsNothing = true},
-    // Readings and registers.
-    {.operation = "HAL_PORT_GetSnrZr",
-     .run = [](Outputs &out) { return ZR_OP(HAL_PORT_GetSnrZr)(kUnit, kPort, out.make<LswmPortSnr>()); }},
-    {.operation = "ZR_PORT_GetSnr",
-     .run = [](Outputs &out) { return ZR_OP(ZR_PORT_GetSnr)(kUnit, kPort, out.make<LswmPortSnr>()); }},
-    {.operation = "HAL_PORT_GetMdixModeZr",
-     .run = [](Outputs &out) { return ZR_OP(HAL_PORT_GetMdixModeZr)(kUnit, kPort, out.make<uint32_t>()); },
-     .writesOnFailure = true},
-    {.operation = "HAL_PORT_RegReadZr",
-     .run =
-         [](Outputs &out) { return ZR_OP(HAL_PORT_RegReadZr)(kUnit, kPort, 0x30010, out.make<uint16_t>()); }},
-    {.operation = "ZR_PORT_RegRead",
-     .run =
-         [](Outputs &out) { return ZR_OP(ZR_PORT_RegRead)(kUnit, kPort, 0, 0x30010, out.make<uint16_t>()); }},
-    {.operation = "HAL_PORT_RegWriteZr",
-     .run = [](Outputs &) { return ZR_OP(HAL_PORT_RegWriteZr)(kUnit, kPort, 0x30010, 1); }},
-    {.operation = "ZR_PORT_RegWrite",
-     .run = [](Outputs &) { return ZR_OP(ZR_PORT_RegWrite)(kUnit, kPort, 0, 0x30010, 1); }},
-    {.operation = "HAL_PORT_GetKhCheckZr",
-     .run = [](Outputs &out) { return ZR_OP(HAL_PORT_GetKhCheckZr)(kUnit, kPort, out.make<uint32_t>()); }},
-    {.operation = "ZR_PORT_GetKhCheck",
-     .run = [](Outputs &out) { return ZR_OP(ZR_PORT_GetKhCheck)(kUnit, kPort, out.make<uint32_t>()); }},
-    {.operation = "HAL_PORT_GetChipIdZr",
-     .run = [](Outputs &out) { return ZR_OP(HAL_PORT_GetChipIdZr)(kUnit, kPort, out.make<uint32_t>()); }},
-    {.operation = "ZR_PORT_GetChipId",
-     .run = [](Outputs &out) { return ZR_OP(ZR_PORT_GetChipId)(kUnit, kPort, out.make<uint32_t>()); }},
-    {.operation = "HAL_PORT_SetLEDForceZr",
-     .run = [](Outputs &) { return ZR_OP(HAL_PORT_SetLEDForceZr)(kUnit, kPort, 1, 2); }},
-    {.operation = "ZR_PORT_SetLEDForce",
-     .run = [](Outputs &) { return ZR_OP(ZR_PORT_SetLEDForce)(kUnit, kPort, 1, 2); }},
-    {.operation = "HAL_PORT_LinkScanWarZr",
-     .run = [](Outputs &) { return ZR_OP(HAL_PORT_LinkScanWarZr)(kUnit, kPort); }},
-    {.operation = "ZR_PORT_LinkScanWar",
-     .run = [](Outputs &) { return ZR_OP(ZR_PORT_LinkScanWar)(kUnit, kPort); }},
-    // Isolation.
-    {.operation = "HAL_PORT_GetIsolateMapZr",
-     .run = [](Outputs &out) { return ZR_OP(HAL_PORT_GetIsolateMapZr)(kUnit, kPort, out.make<uint32_t>()); }},
-    {.operation = "ZR_PORT_GetIsolateMap",
-     .run = [](Outputs &out) { return ZR_OP(ZR_PORT_GetIsolateMap)(kUnit, kPort, out.make<uint32_t>()); }},
-    {.operation = "HAL_PORT_SetIsolateZr",
-     .run =
-         [](Outputs &) {
-             const uint32_t permitMap = 0x11;
-             return ZR_OP(HAL_PORT_SetIsolateZr)(kUnit, kPort, &permitMap);
-         }},
-    {.operation = "ZR_PORT_SetIsolate",
-     .run =
-         [](Outputs &) {
-             const uint32_t portMap = 0x6;
-             return ZR_OP(ZR_PORT_SetIsolate)(kUnit, kPort, &portMap, 1);
-         }},
-    {.operation = "ZR_PORT_SetAllIsolate",
-     .run = [](Outputs &) { return ZR_OP(ZR_PORT_SetAllIsolate)(kUnit, 1); }},
+    // A latched odrop count that cannot be read adds nothing.
+    tolerating(ON_PORT(HAL_PORT_GetStatisticZr, out.make<LswmPortStatistics>()), {"l2sw_getAsicReg"}),
+    tolerating(ON_PORT(ZR_PORT_GetStatistics, out.make<LswmPortStatistics>()), {"l2sw_getAsicReg"}),
+    ON_PORT(HAL_PORT_ClearStatisticsZr),
+    ON_PORT(ZR_PORT_ClearStatistics),
+    {"HAL_PORT_TranslateHwStatZr",
+     [](Outputs &out) {
+         ZR_OP(HAL_PORT_TranslateHwStatZr)(&counters, out.make<LswmPortStatistics>());
+         return 0U;
+     }},
+    silent(ON_PORT(HAL_PORT_GetDebugInfoZr, out.make<char>(kSize), kSize)),
+    silent(ON_PORT(ZR_PORT_GetDebugInfo, out.make<char>(kSize), kSize)),
+    silent(lengthy(ON_PORT(HAL_PORT_DumpRegInfo, out.make<char>(kSize), kSize))),
+    // What cannot be read is shown as such; without SNR readings there is no text.
+    tolerating(lengthy(ON_PORT(HAL_PORT_DumpNormalDebugInfoZr, out.make<char>(kSize), kSize)),
+               {"l2sw_port_adminEnable_get", "l2sw_port_phyStatus_get", "l2sw_port_macStatus_get",
+                "l2sw_port_phyReg_get", "l2sw_port_phyAutoNegoAbility_get",
+                "l2sw_port_macLocalLoopbackEnable_get", "l2sw_switch_ahb_read"}),
+    writing(ON_PORT(HAL_PORT_GetLinkDownPhyRegZr, out.make<char>(kSize), kSize, 0)),
+    writing(ON_PORT(ZR_GetLinkDownPhyReg, out.make<char>(kSize), kSize, 0)),
+    silent(ON_PORT(HAL_PORT_PortDebugInfoGetZr, out.make<PortDebugInfo>())),
+    ON_PORT(HAL_PORT_GetSnrZr, out.make<LswmPortSnr>()),
+    ON_PORT(ZR_PORT_GetSnr, out.make<LswmPortSnr>()),
+    writing(ON_PORT(HAL_PORT_GetMdixModeZr, out.make<uint32_t>())),
+    ON_PORT(HAL_PORT_RegReadZr, kPaged, out.make<uint16_t>()),
+    ON_PORT(ZR_PORT_RegRead, 0, kPaged, out.make<uint16_t>()),
+    ON_PORT(HAL_PORT_RegWriteZr, kPaged, 1),
+    ON_PORT(ZR_PORT_RegWrite, 0, kPaged, 1),
+    ON_PORT(HAL_PORT_GetKhCheckZr, out.make<uint32_t>()),
+    ON_PORT(ZR_PORT_GetKhCheck, out.make<uint32_t>()),
+    ON_PORT(HAL_PORT_GetChipIdZr, out.make<uint32_t>()),
+    ON_PORT(ZR_PORT_GetChipId, out.make<uint32_t>()),
+    ON_PORT(HAL_PORT_SetLEDForceZr, 1, 2),
+    ON_PORT(ZR_PORT_SetLEDForce, 1, 2),
+    ON_PORT(HAL_PORT_LinkScanWarZr),
+    ON_PORT(ZR_PORT_LinkScanWar),
+    ON_PORT(HAL_PORT_GetIsolateMapZr, out.make<uint32_t>()),
+    ON_PORT(ZR_PORT_GetIsolateMap, out.make<uint32_t>()),
+    ON_PORT(HAL_PORT_SetIsolateZr, &map),
+    ON_PORT(ZR_PORT_SetIsolate, &map, 1),
+    {"ZR_PORT_SetAllIsolate", [](Outputs &) { return ZR_OP(ZR_PORT_SetAllIsolate)(1, 1); }},
 });
 
 } // namespace
