@@ -97,6 +97,7 @@ protected:
         if (child == 0) {
             setenv("HOME", directory_.c_str(), 1);
             setenv("TERM", "xterm", 1);
+            alarm(60); // a shell that waits for what is never typed must not wait for ever
             execl(program_.c_str(), "zrbench", "shell", nullptr);
             _exit(127);
         }
@@ -106,7 +107,8 @@ protected:
         for (ssize_t count; (count = read(terminal, buffer, sizeof buffer)) > 0;) {
             ended.output.append(buffer, static_cast<size_t>(count));
             unanswered.append(buffer, static_cast<size_t>(count));
-            if (!unanswered.ends_with("zrbench> "))
+            // A prompt at the start of a line waits for input; any other is the line being drawn again.
+            if (unanswered != "zrbench> " && !unanswered.ends_with("\nzrbench> "))
                 continue;
             unanswered.clear();
             const std::string line = typed < lines.size() ? lines[typed++] + "\n" : "\004";

@@ -1,6 +1,8 @@
 // Walks over the manager's port sets and guarded access to its unit information.
 #pragma once
 
+#include <bit>
+
 #include "platform/manager.h"
 
 namespace zr
@@ -37,10 +39,17 @@ public:
         bool operator!=(const Iterator &other) const { return port_ != other.port_; }
 
     private:
+        // Whole words without a port are skipped at once.
         void skipAbsent()
         {
-            while (port_ < LSWM_PORTS && (set_->word[port_ / 32] >> (port_ % 32) & 1U) == 0)
-                ++port_;
+            while (port_ < LSWM_PORTS) {
+                const uint32_t rest = set_->word[port_ / 32] >> (port_ % 32);
+                if (rest != 0) {
+                    port_ += static_cast<uint32_t>(std::countr_zero(rest));
+                    return;
+                }
+                port_ = (port_ / 32 + 1) * 32;
+            }
         }
         const LswmPortSet *set_;
         uint32_t port_;
