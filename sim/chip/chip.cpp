@@ -51,6 +51,7 @@ void Chip::powerOn()
 {
     revision = kSilicon[unit_].revision;
     fsData = kSilicon[unit_].fsData;
+    ports.powerOn();
     assertReset();
 }
 
