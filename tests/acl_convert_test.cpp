@@ -1,5 +1,6 @@
 // Conversion of ACL rules: what the nodes, the action and the read-back hold, byte for byte, and what
 // happens when a field is refused or memory is short.
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include <cstring>
@@ -15,7 +16,6 @@ namespace
 {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using Words = std::map<size_t, uint32_t>; // by byte offset; the others are 0
 
 // A configuration that gives its nodes back.
@@ -31,11 +31,16 @@ struct Cfg : FilterCfg {
             head = next;
         }
     }
-    std::vector<Words> nodes() const
+    // One text a node: its words by byte offset, in hexadecimal; words that are 0 are left out.
+    Texts nodes() const
     {
-        std::vector<Words> all;
-        for (const FilterField *field = head; field != nullptr; field = field->next)
-            all.push_back(words(field, offsetof(FilterField, next)));
+        Texts all;
+        for (const FilterField *field = head; field != nullptr; field = field->next) {
+            std::string text;
+            for (auto [offset, word] : words(field, offsetof(FilterField, next)))
+                text += fmt::format("{}{}={:x}", text.empty() ? "" : " ", offset, word);
+            all.push_back(text);
+        }
         return all;
     }
     std::vector<uint32_t> types() const
@@ -117,62 +122,38 @@ class AclConvertTest : public RunningDeviceTest
 
 TEST_F(AclConvertTest, EveryFlagMakesItsNode)
 {
-    const Words dstMac = {{8, bytes(0x10, 0x11, 0x12, 0x13)},
-                          {12, bytes(0x14, 0x15, 0xF0, 0xF1)},
-                          {16, bytes(0xF2, 0xF3, 0xF4, 0xF5)}};
-    const Words srcMac = {{0, 1},
-                          {8, bytes(0x20, 0x21, 0x22, 0x23)},
-                          {12, bytes(0x24, 0x25, 0xE0, 0xE1)},
-                          {16, bytes(0xE2, 0xE3, 0xE4, 0xE5)}};
     const struct {
-        const char *what;
         uint32_t flags;
         uint8_t l3Type;
         uint8_t protocol;
-        std::vector<Words> nodes;
+        Texts nodes;
     } cases[] = {
-        {"nothing: a destination MAC of mask 0", 0, 0, 6, {{}}},
-        {"destination MAC", 0x1, 0, 6, {dstMac}},
-        {"source MAC", 0x2, 0, 6, {srcMac}},
-        {"EtherType", 0x4, 0, 6, {{{0, 2}, {8, 0x0806}, {12, 0xFFF0}}}},
-        {"VLAN without priority", 0x8, 0, 6, {{{0, 3}, {36, 0x123}, {40, 0xFFF}}}},
-        {"priority without VLAN", 0x20, 0, 6, {{{0, 3}, {8, 5}, {12, 7}}}},
-        {"VLAN and priority in one", 0x28, 0, 6, {{{0, 3}, {8, 5}, {12, 7}, {36, 0x123}, {40, 0xFFF}}}},
-        {"user-defined field", 0x20000000, 0, 6, {{{0, 41}, {8, 0xBEEF}, {12, 0xFF00}}}},
-        {"CAPWAP",
-         0x40000000,
-         0,
-         6,
-         {{{0, 29}, {8, 0x0010}, {12, 0xFFFF}}, {{0, 30}, {8, 0x0200}, {12, 0xFFFF}}}},
-        {"destination IP", 0x2000, 0, 6, {{{0, 6}, {16, 0x0A010203}, {20, 0xFFFF0000}}}},
-        {"source IP", 0x4000, 0, 6, {{{0, 5}, {16, 0xC0000201}, {20, 0xFFFFFF00}}}},
-        {"protocol", 0x8000, 0, 6, {{{0, 8}, {8, 6}, {12, 0xFE}}}},
-        {"TCP source port", 0x208000, 0, 6, {{{0, 8}, {8, 6}, {12, 0xFE}}, {{0, 15}, {8, 123}, {12, 0x0FFF}}}},
-        {"TCP destination port: the whole port",
-         0x408000,
-         0,
-         6,
-         {{{0, 8}, {8, 6}, {12, 0xFE}}, {{0, 16}, {8, 67}, {12, 0xFFFF}}}},
-        {"UDP destination port",
-         0x408000,
-         0,
-         17,
-         {{{0, 8}, {8, 17}, {12, 0xFE}}, {{0, 19}, {8, 67}, {12, 0xFFFF}}}},
-        {"ports without protocol are UDP ports, whatever its value",
-         0x600000,
-         0,
-         6,
-         {{{0, 18}, {8, 123}, {12, 0x0FFF}}, {{0, 19}, {8, 67}, {12, 0xFFFF}}}},
-        {"IPv4 flags count for layer-3 type 0 only", kIpv4Flags, 1, 6, {{}}},
-        {"layer 2 counts for any layer-3 type",
-         0x4 | kIpv4Flags,
-         255,
-         6,
-         {{{0, 2}, {8, 0x0806}, {12, 0xFFF0}}}},
-        {"flags that are no field", 0x1FDF1FD0 & ~kAllFlags, 0, 6, {{}}},
+        {0x1, 0, 6, {"8=13121110 12=f1f01514 16=f5f4f3f2"}},
+        {0x2, 0, 6, {"0=1 8=23222120 12=e1e02524 16=e5e4e3e2"}},
+        {0x4, 0, 6, {"0=2 8=806 12=fff0"}},
+        {0x20000000, 0, 6, {"0=29 8=beef 12=ff00"}},
+        {0x40000000, 0, 6, {"0=1d 8=10 12=ffff", "0=1e 8=200 12=ffff"}},
+        // VLAN and priority share a node; one that is not asked for matches anything.
+        {0x8, 0, 6, {"0=3 36=123 40=fff"}},
+        {0x20, 0, 6, {"0=3 8=5 12=7"}},
+        {0x28, 0, 6, {"0=3 8=5 12=7 36=123 40=fff"}},
+        {0x2000, 0, 6, {"0=6 16=a010203 20=ffff0000"}},
+        {0x4000, 0, 6, {"0=5 16=c0000201 20=ffffff00"}},
+        {0x8000, 0, 6, {"0=8 8=6 12=fe"}},
+        // Ports: of TCP with protocol 6, of UDP with any other or none; the destination port is matched whole.
+        {0x208000, 0, 6, {"0=8 8=6 12=fe", "0=f 8=7b 12=fff"}},
+        {0x408000, 0, 6, {"0=8 8=6 12=fe", "0=10 8=43 12=ffff"}},
+        {0x408000, 0, 17, {"0=8 8=11 12=fe", "0=13 8=43 12=ffff"}},
+        {0x600000, 0, 6, {"0=12 8=7b 12=fff", "0=13 8=43 12=ffff"}},
+        // IPv4 flags count for layer-3 type 0 only, those of layer 2 always.
+        {kIpv4Flags | 0x4, 1, 6, {"0=2 8=806 12=fff0"}},
+        // Without a field, and with flags that are none: a destination MAC of mask 0.
+        {0, 0, 6, {""}},
+        {kIpv4Flags, 255, 6, {""}},
+        {~kAllFlags, 0, 6, {""}},
     };
     for (const auto &row : cases) {
-        SCOPED_TRACE(row.what);
+        SCOPED_TRACE(fmt::format("{:#x}", row.flags));
         LswmAclMatch match = fullMatch(row.flags);
         match.l3Type = row.l3Type;
         match.ipProtocol = row.protocol;
@@ -212,63 +193,6 @@ TEST_F(AclConvertTest, PortsAreCutToThoseThatARuleCanName)
     }
 }
 
-// Every converter once, called as the conversion calls it.
-struct Converter {
-    const char *line;
-    std::function<uint32_t(FilterCfg *)> run;
-};
-
-std::vector<Converter> converters()
-{
-    static const LswmAclMatch match = fullMatch(kAllFlags);
-    return {
-        {"ConvertDMac",
-         [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertDMacZr)(1, match.dstMac, match.dstMacMask, c); }},
-        {"ConvertSMac",
-         [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertSMacZr)(1, match.srcMac, match.srcMacMask, c); }},
-        {"ConvertEthType", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertEthTypeZr)(1, 0x806, 0xFFFF, c); }},
-        {"ConvertOuterVlanAndPri",
-         [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertOuterVlanAndPriZr)(1, &match, c); }},
-        {"ConvertUdfData", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertUdfDataZr)(1, 41, 1, 0xFFFF, c); }},
-        {"ConvertCapWap",
-         [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertCapWapZr)(1, 29, match.capwap, 0xFFFF, c); }},
-        {"ConvertCapWap",
-         [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertCapWapZr)(1, 30, match.capwap, 0xFFFF, c); }},
-        {"ConvertSip", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertSrcIpZr)(1, 1, 0xFFFF, c); }},
-        {"ConvertDstIp", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertDstIpZr)(1, 1, 0xFFFF, c); }},
-        {"ConvertIpProtocol", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertIpProtocolZr)(1, 17, 0xFF, c); }},
-        {"ConvertSrcPort", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertSrcPortZr)(1, 1, 123, 0xFFFF, c); }},
-        {"ConvertDstPort", [](FilterCfg *c) { return ZR_OP(HAL_ACL_ConvertDstPortZr)(1, 0, 67, 0xFFFF, c); }},
-        {"ConvertDMac", [](FilterCfg *c) { return ZR_OP(HAL_ACL_EmptyMatchHandle)(1, c); }},
-    };
-}
-
-TEST_F(AclConvertTest, ARefusedFieldIsPrintedFreedAndReportedAs4)
-{
-    dev.fail("l2sw_filter_igrAcl_field_add", 0x1234);
-    for (const Converter &converter : converters()) {
-        SCOPED_TRACE(converter.line);
-        Cfg cfg;
-        EXPECT_EQ(converter.run(&cfg), 4U);
-        EXPECT_THAT(dev.takeFailures(),
-                    ElementsAre("6/4660 " + std::string(converter.line) + " acl field add type"));
-        EXPECT_EQ(cfg.head, nullptr);
-        EXPECT_EQ(zrsim::memory().liveBlocks(), 0U);
-    }
-}
-
-TEST_F(AclConvertTest, WithoutMemoryNothingIsPrintedAndTheChipIsNotAsked)
-{
-    dev.fail("LSWM_MemAlloc", 1);
-    for (const Converter &converter : converters()) {
-        SCOPED_TRACE(converter.line);
-        Cfg cfg;
-        EXPECT_EQ(converter.run(&cfg), 3U);
-        EXPECT_EQ(cfg.head, nullptr);
-    }
-    EXPECT_THAT(dev.calls(), IsEmpty());
-}
-
 TEST_F(AclConvertTest, AFailedFieldDoesNotStopItsLayer)
 {
     const LswmAclMatch match = fullMatch(kAllFlags);
@@ -297,6 +221,28 @@ TEST_F(AclConvertTest, AFailedFieldDoesNotStopItsLayer)
         EXPECT_THAT(dev.takeFailures(), ElementsAre("6/7 ConvertDstIp acl field add type"));
     }
     EXPECT_EQ(zrsim::memory().liveBlocks(), 0U);
+}
+
+TEST_F(AclConvertTest, EveryRefusedFieldIsPrintedAndFreedAndMissingMemoryIsSilent)
+{
+    const LswmAclMatch match = fullMatch(kAllFlags);
+    for (auto [name, status] : {std::pair{"l2sw_filter_igrAcl_field_add", 4U}, {"LSWM_MemAlloc", 3U}}) {
+        SCOPED_TRACE(name);
+        dev.fail(name, 1);
+        Cfg cfg;
+        EXPECT_EQ(ZR_OP(HAL_ACL_ConvertL2InfoZr)(1, &match, &cfg), 7 * status);
+        EXPECT_EQ(ZR_OP(HAL_ACL_ConvertIpv4InfoZr)(1, &match, &cfg), 5 * status);
+        EXPECT_EQ(ZR_OP(HAL_ACL_EmptyMatchHandle)(1, &cfg), status);
+        EXPECT_EQ(cfg.head, nullptr);
+        EXPECT_EQ(zrsim::memory().liveBlocks(), 0U);
+        Texts lines;
+        if (status == 4)
+            for (const char *field : {"DMac", "SMac", "EthType", "UdfData", "OuterVlanAndPri", "CapWap",
+                                      "CapWap", "DstIp", "Sip", "IpProtocol", "SrcPort", "DstPort", "DMac"})
+                lines.push_back(fmt::format("6/1 Convert{} acl field add type", field));
+        EXPECT_EQ(dev.takeFailures(), lines);
+        dev.failNone();
+    }
 }
 
 TEST_F(AclConvertTest, TheActionBecomesSwitchesAndArguments)
