@@ -7,7 +7,10 @@ namespace
 
 using zrbench_pair::opaque;
 using zrbench_pair::pair;
-using zrbench_pair::tables;
+
+// The manager keeps its tables at hand.
+const ZrVlanOps &vlanOps = zrbench_pair::tables().vlan;
+const ZrTrunkOps &trunkOps = zrbench_pair::tables().trunk;
 
 uint32_t addMember(uint32_t unit, uint32_t port, uint32_t vlan, uint32_t untag)
 {
@@ -71,19 +74,17 @@ uint32_t joinGroup(uint32_t unit, uint32_t port, uint32_t group)
 const bool registered =
     pair(
         "vlan add member",
-        [] {
-            benchmark::DoNotOptimize(tables().vlan.addMember(opaque(1U), opaque(3U), opaque(100U), opaque(1U)));
-        },
+        [] { benchmark::DoNotOptimize(vlanOps.addMember(opaque(1U), opaque(3U), opaque(100U), opaque(1U))); },
         [] { benchmark::DoNotOptimize(addMember(opaque(1U), opaque(3U), opaque(100U), opaque(1U))); }) &&
     pair(
         "vlan remove member",
-        [] { benchmark::DoNotOptimize(tables().vlan.delMember(opaque(1U), opaque(3U), opaque(100U))); },
+        [] { benchmark::DoNotOptimize(vlanOps.delMember(opaque(1U), opaque(3U), opaque(100U))); },
         [] { benchmark::DoNotOptimize(delMember(opaque(1U), opaque(3U), opaque(100U))); }) &&
     pair(
         "vlan read port map",
         [] {
             uint32_t masks[2];
-            benchmark::DoNotOptimize(tables().vlan.getPortMap(opaque(1U), opaque(100U), &masks[0], &masks[1]));
+            benchmark::DoNotOptimize(vlanOps.getPortMap(opaque(1U), opaque(100U), &masks[0], &masks[1]));
         },
         [] {
             uint32_t masks[2];
@@ -91,11 +92,11 @@ const bool registered =
         }) &&
     pair(
         "vlan set PVID",
-        [] { benchmark::DoNotOptimize(tables().vlan.setPortPvid(opaque(1U), opaque(3U), opaque(100U))); },
+        [] { benchmark::DoNotOptimize(vlanOps.setPortPvid(opaque(1U), opaque(3U), opaque(100U))); },
         [] { benchmark::DoNotOptimize(l2sw_vlan_portPvid_set(opaque(1U), opaque(3U), opaque(100U), 0)); }) &&
     pair(
         "trunk add member",
-        [] { benchmark::DoNotOptimize(tables().trunk.addMember(opaque(1U), opaque(2U), opaque(0U))); },
+        [] { benchmark::DoNotOptimize(trunkOps.addMember(opaque(1U), opaque(2U), opaque(0U))); },
         [] { benchmark::DoNotOptimize(joinGroup(opaque(1U), opaque(2U), opaque(0U))); });
 
 } // namespace
