@@ -1,6 +1,7 @@
 #include "tools/zrbench/acl_rule.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <fmt/format.h>
 #include <optional>
@@ -88,6 +89,13 @@ std::optional<uint32_t> parseIpMask(std::string_view text)
 std::string showIp(uint32_t address)
 {
     return fmt::format("{}.{}.{}.{}", address >> 24, address >> 16 & 0xFF, address >> 8 & 0xFF, address & 0xFF);
+}
+
+// A prefix length where the mask has one.
+std::string showIpMask(uint32_t mask)
+{
+    const int bits = std::countl_one(mask);
+    return std::popcount(mask) == bits ? fmt::format("{}", bits) : showIp(mask);
 }
 
 // A number of 1, 2 or 4 bytes in a record.
@@ -181,7 +189,7 @@ json showField(const LswmAclMatch &match, const Field &field)
     const bool whole = mask == field.whole;
     switch (field.form) {
     case Form::Ip:
-        return showIp(value) + (whole ? "" : "/" + showIp(mask));
+        return showIp(value) + (whole ? "" : "/" + showIpMask(mask));
     case Form::Capwap:
         return fmt::format("{:#010x}", value) + (whole ? "" : fmt::format("/{:#x}", mask));
     case Form::Hex:
@@ -293,9 +301,9 @@ LswmAclRule parseRule(const json &rule)
     return record;
 }
 
-json showRule(const LswmAclRule &rule)
+nlohmann::ordered_json showRule(const LswmAclRule &rule)
 {
-    json text = json::object();
+    nlohmann::ordered_json text = nlohmann::ordered_json::object();
     for (const Field &field : kFields)
         if ((rule.match.flags & field.flag) != 0)
             text[field.name] = showField(rule.match, field);
@@ -322,7 +330,7 @@ json showRule(const LswmAclRule &rule)
     return text;
 }
 
-std::string briefRule(const json &rule)
+std::string briefRule(const nlohmann::ordered_json &rule)
 {
     std::string text;
     for (const auto &[name, value] : rule.items())

@@ -19,10 +19,11 @@ namespace zrbench
 // Throws UsageError for a name that a rule does not have and for a value that does not fit.
 LswmAclRule parseRule(const nlohmann::json &rule);
 
-// What a rule that was read back says, in the same form. A counter appears as "count": its number.
-nlohmann::json showRule(const LswmAclRule &rule);
+// What a rule that was read back says, in the same form: the match first. A counter appears as "count": its
+// number.
+nlohmann::ordered_json showRule(const LswmAclRule &rule);
 
 // On one line: "etherType=0x0806 forward=c".
-std::string briefRule(const nlohmann::json &rule);
+std::string briefRule(const nlohmann::ordered_json &rule);
 
 } // namespace zrbench

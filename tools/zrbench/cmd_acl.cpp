@@ -80,7 +80,7 @@ Outcome read(Bench &bench, const Arguments &a)
     LswmAclRule rule{};
     Outcome outcome = Outcome::of(bench.tables().acl->getEntry(a.number("unit"), a.number("chip"), &rule));
     if (outcome.status == LSW_OK)
-        outcome.out("rule", showRule(rule));
+        outcome.out("rule", json(showRule(rule)));
     return outcome;
 }
 
@@ -134,12 +134,16 @@ std::string ruleTable(Bench &bench, uint32_t unit)
         ZR_RECORD_OP(bench, COM_ACL_GetRuleCarMapEntry)(unit, chipRuleId, &meter, &policed);
         LswmAclRule rule{};
         const uint32_t status = need(bench.tables().acl->getEntry, "ACL 7")(unit, chipRuleId, &rule);
+        // These two have columns of their own, from the records.
+        rule.action.flags &= ~uint32_t{LSWM_ACTION_COUNT | LSWM_ACTION_CAR};
         table.row({fmt::format("{}", found.logicRuleId), entriesOf(chipRuleId, found.count),
                    counts ? fmt::format("{}", counter) : "-", counts ? hitsOf(bench, unit, chipRuleId) : "-",
                    policed != 0 ? fmt::format("{}", meter) : "-",
-                   status == LSW_OK ? briefRule(showRule(rule)) : fmt::format("status {}", status)});
+                   status == LSW_OK ? briefRule(showRule(rule)) + (found.count > 1 ? " ..." : "")
+                                    : fmt::format("status {}", status)});
     });
-    return table.text();
+    return table.text() +
+           "A rule is shown by its first entry; the chip does not tell vlan, priority and udf.\n";
 }
 
 std::string partitionTable(Bench &bench, uint32_t unit)
