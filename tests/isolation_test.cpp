@@ -153,7 +153,7 @@ TEST_F(Isolation, SettingAllStopsAtTheFirstFailure)
     EXPECT_THAT(
         dev.takeFailures(),
         ElementsAre("2/4294967295 Port set isolate failed (ret = -1, unit = 1, port = 2, permitPortMap = 0x14)",
-                    "2/4 ZR port set isolate failed, ret = 4, unitId = 1, portId = 2"));
+                    "2/4 ZR port set isolate failed, ret = 4, unit = 1, portId = 2"));
 }
 
 TEST_F(Isolation, FailedReadsArePrintedAndWriteNothing)

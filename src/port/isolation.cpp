@@ -92,7 +92,7 @@ uint32_t ZR_PORT_SetAllIsolate(uint32_t unit, uint32_t isolate)
         const uint32_t portMap = othersMap & ~portBit(port);
         if (uint32_t ret = ZR_PORT_SetIsolate(unit, port, &portMap, isolate); ret != 0) {
             LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                                 "ZR port set isolate failed, ret = %u, unitId = %u, portId = %u", ret, unit,
+                                 "ZR port set isolate failed, ret = %u, unit = %u, portId = %u", ret, unit,
                                  port);
             return ret;
         }
