@@ -1,10 +1,10 @@
 // Every platform call that only has to return: 0, whatever it is given. On the machines that the benchmarks
 // run on a callee may ignore its arguments, so one form serves all.
-#define INSTANT(name)                                                                                        \
-    unsigned name(void);                                                                                     \
-    unsigned name(void)                                                                                      \
-    {                                                                                                        \
-        return 0;                                                                                            \
+#define INSTANT(name)                                                                                          \
+    unsigned name(void);                                                                                       \
+    unsigned name(void)                                                                                        \
+    {                                                                                                          \
+        return 0;                                                                                              \
     }
 
 INSTANT(l2sw_fun_regist)
