@@ -18,9 +18,9 @@ ZR_EXPORT uint32_t HAL_PHY_SetSpeedZr(uint32_t unit, uint32_t port, uint32_t spe
 
 // 0 half, 1 full. LSW_CHIP_FAILED after a printed line, output unwritten; a null output is refused silently.
 ZR_EXPORT uint32_t HAL_PHY_GetDuplexZr(uint32_t unit, uint32_t port, uint32_t *duplex);
-// 0 half, 1 full, 2 writes the abilities back as they are; at the highest forced-mode speed of 10 and 100
-// Mbit/s that is set, and below. Any other value is LSW_UNSUPPORTED after a printed line. Statuses as
-// HAL_PHY_SetSpeedZr.
+// 0 allows half duplex only, 1 half and full: at 10 Mbit/s, and at 100 Mbit/s when a forced-mode ability of 100
+// is set. 2 writes the abilities back as they are. Any other value is LSW_UNSUPPORTED after a printed line.
+// Statuses as HAL_PHY_SetSpeedZr.
 ZR_EXPORT uint32_t HAL_PHY_SetDuplexZr(uint32_t unit, uint32_t port, uint32_t duplex);
 
 // 1 on; 0 always for a port without PHY. LSW_CHIP_FAILED after a printed line; a null output prints.

@@ -45,7 +45,8 @@ ZR_EXPORT uint32_t HAL_PORT_GetValidPortMapZr(uint32_t unit, uint32_t *portMap);
 
 // ---- enable, speed, duplex, auto-negotiation ------------------------------------------------
 
-// `enable` goes to and comes from the chip SDK as it is. A null output prints.
+// `enable` goes to and comes from the chip SDK as it is; the SDK itself writes it. LSW_CHIP_FAILED after a
+// printed line; a null output prints.
 ZR_EXPORT uint32_t ZR_PORT_SetEnable(uint32_t unit, uint32_t port, uint32_t enable);
 ZR_EXPORT uint32_t ZR_PORT_GetEnable(uint32_t unit, uint32_t port, uint32_t *enable);
 ZR_EXPORT uint32_t HAL_PORT_SetEnableZr(uint32_t unit, uint32_t port, uint32_t enable);
@@ -94,7 +95,8 @@ ZR_EXPORT uint32_t HAL_PORT_SetMacLoopbackZr(uint32_t unit, uint32_t port);
 ZR_EXPORT uint32_t HAL_PORT_SetPCSLoopbackZr(uint32_t unit, uint32_t port);
 ZR_EXPORT uint32_t HAL_PORT_SetRemoteLoopbackZr(uint32_t unit, uint32_t port);
 
-// 1 = up. Adds a line of its own to the one of HAL_PHY_GetLinkstatusZr, which also tells what a failure writes.
+// 1 = up. Any failure, a null output too, prints a line on top of that of HAL_PHY_GetLinkstatusZr, which tells
+// what a failure writes.
 ZR_EXPORT uint32_t ZR_PORT_GetLinkStatus(uint32_t unit, uint32_t port, uint32_t *link);
 // The chip side handles no link events: touches nothing, returns LSW_OK.
 ZR_EXPORT uint32_t ZR_PORT_LinkEvt(uint32_t unit, uint32_t port);

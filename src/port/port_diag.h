@@ -80,7 +80,7 @@ ZR_EXPORT uint32_t HAL_PORT_RegWriteZr(uint32_t unit, uint32_t port, uint32_t re
 // registers no longer shows it. LSW_CHIP_FAILED, printed, with `intact` unwritten.
 ZR_EXPORT uint32_t HAL_PORT_GetKhCheckZr(uint32_t unit, uint32_t port, uint32_t *intact);
 
-// Chip identifier, chip register 0x1300. LSW_CHIP_FAILED, printed.
+// Chip identifier, chip register 0x1300; the SDK itself writes `identifier`. LSW_CHIP_FAILED, printed.
 ZR_EXPORT uint32_t HAL_PORT_GetChipIdZr(uint32_t unit, uint32_t port, uint32_t *identifier);
 
 // Forces the LEDs of a port; `a` and `b` are the chip SDK's own. LSW_CHIP_FAILED, printed.
