@@ -273,6 +273,39 @@ TEST_F(MacQuery, OnlyACallbackOfTypeThreeIsKept)
     EXPECT_EQ(control().macCallBack, callBackB);
 }
 
+// A refused query or delete is no news to the manager's operator: only the finest level shows it.
+TEST_F(MacQuery, QuietFailuresAreDetails)
+{
+    LswmMacEntry entry{};
+    entry.unit = 1;
+    entry.type = 1;
+    const LswmMacQuery query{};
+    uint32_t out = 0;
+    const std::function<void()> runs[] = {
+        [&] { ops().delByVlanMac(1, &entry); },
+        [&] { ops().delByMac(1, entry.mac); },
+        [&] { ops().delByVlan(1, 10); },
+        [&] { ops().delByPort(1, &entry); },
+        [&] { ops().delByPortVlan(1, &entry); },
+        [&] { ops().getMacEntry(1, 3, &query, &entry); },
+        [&] { ops().getAgeTime(1, &out); },
+        [&] { ops().registerCallBack(1, callBackA); },
+        [&] { out = ZR_OP(HAL_MAC_HasExistedMacTabZr)(1, &entry, 10); },
+    };
+    for (const char *name : {"l2sw_l2_addr_del", "l2sw_l2_addr_get", "l2sw_l2_ucastAddr_flush",
+                             "l2sw_l2_entry_get", "l2sw_l2_aging_get"})
+        dev.fail(name, 77);
+    for (uint32_t level : {2U, 3U}) {
+        zrsim::console().traceLevel(level);
+        for (const auto &run : runs) {
+            run();
+            EXPECT_EQ(dev.takeTraces().size(), level - 2) << "operation " << &run - runs;
+        }
+    }
+    EXPECT_EQ(ZR_OP(HAL_MAC_DelDynMacZr)(1, 3), 4U);
+    EXPECT_EQ(dev.takeFailures().size(), 1U);
+}
+
 // The static counts end at unit 3, the unit information at unit 2.
 TEST_F(MacQuery, UnitsBeyondTheTablesAreRefusedBeforeAnyCall)
 {

@@ -68,21 +68,6 @@ protected:
     uint32_t staticNum() { return ZR_OP(g_LswmL2Control).staticMacNum[1]; }
 };
 
-TEST_F(MacTable, ABucketTakesFourAddresses)
-{
-    for (uint32_t i = 0; i < 4; ++i)
-        EXPECT_EQ(add(1000 + i * 528), 0U);
-    EXPECT_EQ(add(1000 + 4 * 528), 7U);
-    EXPECT_EQ(add(999 + 4 * 528, 11), 7U) << "the VLAN counts";
-    EXPECT_EQ(add(1001 + 4 * 528), 0U);
-    EXPECT_EQ(add(1000), 0U) << "what is there can be replaced";
-    EXPECT_EQ(used(), 5U);
-    EXPECT_EQ(del(1000 + 528), 0U);
-    EXPECT_EQ(add(1000 + 4 * 528), 0U);
-    EXPECT_EQ(used(), 5U);
-    EXPECT_EQ(dev.takeFailures().size(), 2U);
-}
-
 TEST_F(MacTable, FillsToTheLastEntryAndListsEveryOne)
 {
     for (uint32_t i = 0; i < 2112; ++i)
@@ -169,18 +154,6 @@ TEST_F(MacTable, UnkeyedEntriesHoldInEveryVlan)
     EXPECT_EQ(ops().delByMac(1, everywhere.mac), 4U);
 }
 
-TEST_F(MacTable, LearnedAddressesAgeOutStaticOnesDoNot)
-{
-    EXPECT_EQ(add(0x99), 0U);
-    EXPECT_EQ(learn("00:01 10 0 3"), "learned 3 of 3\n");
-    EXPECT_EQ(board("mac-time 294"), "0 addresses aged out\n");
-    EXPECT_EQ(learn("00:02 10 0"), "learned 1 of 1\n"); // seen again
-    EXPECT_EQ(board("mac-time 1"), "2 addresses aged out\n");
-    EXPECT_EQ(ops().setAgeTime(1, 0), 0U);
-    EXPECT_EQ(board("mac-time 100000"), "0 addresses aged out\n");
-    EXPECT_EQ(used(), 2U);
-}
-
 // Over any sequence the library's static count stays what its rules say, as a count kept here does.
 TEST_F(MacTable, StaticCountHoldsOverRandomSequences)
 {
@@ -225,19 +198,6 @@ TEST_F(MacTable, StaticCountHoldsOverRandomSequences)
         ASSERT_EQ(staticNum(), count) << "step " << step;
         ASSERT_EQ(dev.chip(1).mac.used(), fixed.size()) << "step " << step;
     }
-    dev.takeFailures();
-}
-
-TEST_F(MacTable, AResetEmptiesTheTable)
-{
-    EXPECT_EQ(add(1), 0U);
-    EXPECT_EQ(ops().setPortLearnMode(1, 3, 0), 0U);
-    EXPECT_EQ(dev.ops().common.initChip(1), 0U);
-    uint32_t learns = 0;
-    EXPECT_EQ(ops().getPortLearnMode(1, 3, &learns), 0U);
-    EXPECT_EQ(learns, 1U);
-    EXPECT_EQ(dev.chip(1).mac.used(), 0U);
-    EXPECT_EQ(used(), 1U) << "the library's own count does not know of resets";
     dev.takeFailures();
 }
 

@@ -5,12 +5,10 @@
 
 #include <cstring>
 
-#include "sim/board/command.h"
 #include "sim/chip/chip.h"
 #include "tests/kit/device.h"
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace zrtest
@@ -73,26 +71,6 @@ TEST_F(Stp, AStateThatFailsHalfWayStaysInTheChip)
     EXPECT_THAT(dev.takeFailures(),
                 ElementsAre("11/4294967295 Zr set unit : 1 port : 3  INSTANCE : 2 state: 1 fail",
                             "11/22 Set Stp Mode Zr failed (unit:1, port:3, state:1, ret:0x16)."));
-}
-
-TEST_F(Stp, ABlockedPortLearnsNothingAndReadsAsNotLearning)
-{
-    ASSERT_EQ(ops().setVlanInstanceid(1, 3, 20), 0U);
-    ASSERT_EQ(ops().setStpMode(1, 3, 0, 1), 0U);
-    uint32_t learns = kUntouched;
-    EXPECT_EQ(dev.ops().mac.getPortLearnMode(1, 0, &learns), 0U);
-    EXPECT_EQ(learns, 0U);
-
-    // Learning switched on again lets the port's other instances learn, not the blocked one.
-    ASSERT_EQ(dev.ops().mac.setPortLearnMode(1, 0, 1), 0U);
-    bool ok = false;
-    EXPECT_THAT(zrsim::runBoardLine(1, "learn 02:00:00:00:00:01 20 0", ok), HasSubstr("spanning tree"));
-    EXPECT_FALSE(ok);
-    zrsim::runBoardLine(1, "learn 02:00:00:00:00:01 10 0", ok);
-    EXPECT_TRUE(ok);
-    ASSERT_EQ(ops().setStpMode(1, 3, 0, 0), 0U);
-    zrsim::runBoardLine(1, "learn 02:00:00:00:00:01 20 0", ok);
-    EXPECT_TRUE(ok);
 }
 
 TEST_F(Stp, BindingHandsTheVlanFirst)
