@@ -34,7 +34,8 @@ ZR_ASSERT_OFFSET(LswmL2Control, macCallBack, 0);
 ZR_ASSERT_OFFSET(LswmL2Control, reserved8, 8);
 ZR_ASSERT_OFFSET(LswmL2Control, staticMacNum, 24);
 
-extern ZR_EXPORT LswmL2Control g_LswmL2Control;
+// The record itself.
+ZR_EXPORT extern LswmL2Control g_LswmL2Control;
 
 // ---- set-up ---------------------------------------------------------------------------------
 

@@ -103,6 +103,7 @@ ZR_EXPORT uint32_t ZR_PORT_LinkEvt(uint32_t unit, uint32_t port);
 
 // ---- counters: port/port_stat.h -------------------------------------------------------------
 
+// A port's traffic counters in the manager's layout; the second also clears the accumulated odrop count.
 ZR_EXPORT uint32_t ZR_PORT_GetStatistics(uint32_t unit, uint32_t port, LswmPortStatistics *statistics);
 ZR_EXPORT uint32_t ZR_PORT_ClearStatistics(uint32_t unit, uint32_t port);
 
