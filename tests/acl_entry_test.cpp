@@ -197,6 +197,24 @@ TEST_F(AclEntry, EveryFailureOfAddingIsPrintedAndLeavesNothingBooked)
     }
 }
 
+TEST_F(AclEntry, SizingHandsItsCountBackEvenWhenTheChipFailsWritingDoesNot)
+{
+    auto claimThreeAndFail = [](size_t output) {
+        return [output](const zrsim::Call &call) {
+            *call.pointer<uint32_t>(output) = 3;
+            return 22;
+        };
+    };
+    dev.script("l2swFilterIgrAclRuleNumGet", claimThreeAndFail(3));
+    dev.script("l2sw_filter_igrAcl_cfg_add", claimThreeAndFail(4));
+    const LswmAclRule rule = oneEntryRule(1);
+    uint32_t count = 77;
+    EXPECT_EQ(ZR_OP(HAL_ACL_AddEntryZr)(kUnit, 20, &rule.match, &rule.action, &count), 4U);
+    EXPECT_EQ(count, 77U);
+    EXPECT_EQ(ZR_OP(HAL_ACL_GetEntryCntZr)(kUnit, &rule.match, &rule.action, &count), 4U);
+    EXPECT_EQ(count, 3U);
+}
+
 TEST_F(AclEntry, AFailedConversionReportsTheSumOfItsFields)
 {
     LswmAclRule rule = twoEntryRule(1);
@@ -362,7 +380,7 @@ TEST_F(AclEntry, ARuleWithoutCounterDoesNotReleaseItsPredecessorsCounter)
 TEST_F(AclEntry, AnIdInsideARunStandsForItsRuleAndReachesNoOther)
 {
     LswmAclRule rule = threeEntryRule(1);
-    rule.action.flags |= LSWM_ACTION_COUNT;
+    rule.action.flags |= LSWM_ACTION_COUNT | LSWM_ACTION_CAR;
     install(rule);            // 16 to 18
     install(oneEntryRule(1)); // 19
     const uint32_t ports[4] = {0x10, 0, 0, 0};
@@ -376,7 +394,12 @@ TEST_F(AclEntry, AnIdInsideARunStandsForItsRuleAndReachesNoOther)
     for (uint32_t id : {16U, 17U, 18U})
         EXPECT_EQ(dev.chip(kUnit).acl.entry(id).parts, 0U);
     EXPECT_EQ(dev.chip(kUnit).acl.entry(19).parts, 1U);
-    EXPECT_EQ(countersTaken(), kPolicies) << "the counter is booked at the first id";
+    // Counter and meter are booked at the first id.
+    EXPECT_EQ(countersTaken(), kPolicies);
+    uint32_t meter = 0;
+    uint32_t valid = 1;
+    EXPECT_EQ(ZR_OP(COM_ACL_GetRuleCarMapEntry)(kUnit, 16, &meter, &valid), 0U);
+    EXPECT_EQ(valid, 0U);
 }
 
 // ---- ports --------------------------------------------------------------------------------------
