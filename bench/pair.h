@@ -5,26 +5,13 @@
 
 #include <string>
 
-#include "frame/op_tables.h"
+#include "sim/manager/manager.h"
 
 namespace zrbench_pair
 {
 
 // The twelve tables, filled once by the library over the instant platform.
-struct Tables {
-    ZrCommonOps common;
-    ZrPortOps port;
-    ZrMacOps mac;
-    ZrVlanOps vlan;
-    ZrQosOps qos;
-    ZrAclOps acl;
-    ZrHsecOps hsec;
-    ZrMcOps mc;
-    ZrStormctlOps stormctl;
-    ZrStpOps stp;
-    ZrTrunkOps trunk;
-    ZrFmeaOps fmea;
-};
+using Tables = zrsim::OperationTables;
 const Tables &tables();
 
 // Registers "name/library" and "name/direct"; both bodies are callables without arguments. Arguments of the
