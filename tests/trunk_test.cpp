@@ -112,17 +112,21 @@ TEST_F(Trunk, OnlyGroup0GivesMembersBack)
 
     dev.forget();
     EXPECT_EQ(trunk().delMember(1, 15, 1), 1U);
+    EXPECT_EQ(trunk().delMember(1, 3, 1), 1U);
     EXPECT_EQ(trunk().delMember(1, 4, 0), 1U);
     EXPECT_EQ(trunk().delMember(1, 9, 0), 1U);
     EXPECT_THAT(dev.takeFailures(),
                 ElementsAre("12/0 l2sw trunk del port input err(ret = 0, unit = 1, trunkId = 1, portId = 15).",
                             "12/1 HAL TRUNK DelMember Zr ret = 1, unitId = 1, portId = 15, trunkId = 1",
+                            "12/0 l2sw trunk del port input err(ret = 0, unit = 1, trunkId = 1, portId = 3).",
+                            "12/1 HAL TRUNK DelMember Zr ret = 1, unitId = 1, portId = 3, trunkId = 1",
                             "12/0 l2sw trunk del port input err(ret = 0, unit = 1, trunkId = 0, portId = 4).",
                             "12/1 HAL TRUNK DelMember Zr ret = 1, unitId = 1, portId = 4, trunkId = 0",
                             "12/0 l2sw trunk del port input err(ret = 0, unit = 1, trunkId = 0, portId = 9).",
                             "12/1 HAL TRUNK DelMember Zr ret = 1, unitId = 1, portId = 9, trunkId = 0"));
     EXPECT_THAT(dev.calls(),
-                ElementsAre("l2sw_switch_port_L2P_get(1, 15) = 5", "l2sw_switch_port_L2P_get(1, 4) = 4",
+                ElementsAre("l2sw_switch_port_L2P_get(1, 15) = 5", "l2sw_switch_port_L2P_get(1, 3) = 3",
+                            "l2sw_switch_port_L2P_get(1, 4) = 4",
                             "l2sw_switch_port_L2P_get(1, 9) = 0xffffffff"));
     EXPECT_EQ(chipPorts(1, 1), 0x20U);
 }
@@ -160,6 +164,12 @@ TEST_F(Trunk, MembersAreReadAsTheChipGivesThem)
     EXPECT_EQ(mask, 0x8U);
     EXPECT_EQ(trunk().getMember(1, 41, &mask), 0U);
     EXPECT_EQ(mask, 0x60U) << "group 1 is not shifted";
+    dev.fail("l2sw_trunk_port_get", 0); // claims success and writes nothing
+    EXPECT_EQ(trunk().getMember(1, 41, &mask), 0U);
+    EXPECT_EQ(mask, 0U);
+    EXPECT_EQ(trunk().delMember(1, 0, 0), 0U);
+    EXPECT_EQ(chipPorts(1, 0), 0U);
+    dev.failNone();
 
     mask = 0xABCD;
     EXPECT_EQ(trunk().getMember(1, 42, &mask), 4U);
@@ -201,6 +211,11 @@ TEST_F(Trunk, CreateReplacesTheRecordOfGroup0AndDeleteLeavesTheChip)
     EXPECT_EQ(trunk().destroy(1, 20), 0U);
     EXPECT_THAT(record(1).logicTrunkId, ElementsAre(0, 0));
     EXPECT_EQ(trunks(1), 2U);
+
+    ASSERT_EQ(trunk().create(2, 30), 0U);
+    ASSERT_EQ(ZR_OP(COM_TRUNK_SetMeterInfo)(2, 31, 1), 0U);
+    EXPECT_EQ(trunk().destroy(2, 31), 0U);
+    EXPECT_THAT(record(2).logicTrunkId, ElementsAre(30, 0));
 
     // A free group is the logic trunk id 0.
     EXPECT_EQ(trunk().destroy(1, 0), 0U);
