@@ -402,6 +402,30 @@ TEST_F(AclEntry, AnIdInsideARunStandsForItsRuleAndReachesNoOther)
     EXPECT_EQ(valid, 0U);
 }
 
+// Records whose maps end before the partition does: what cannot be booked is told, entries stay.
+TEST_F(AclEntry, BookingsThatFailAreReportedAfterTheChipWasChanged)
+{
+    LswmAclRule rule = oneEntryRule(1);
+    rule.action.flags |= LSWM_ACTION_COUNT | LSWM_ACTION_CAR;
+    install(rule);
+    AclRuleInfo *info = ZR_OP(COM_ACL_GetRuleInfo)(kUnit);
+    info->chipRuleNum = 16;
+    AclEntryPlace place{};
+    EXPECT_EQ(program(rule, place), 1U);
+    EXPECT_THAT(dev.takeFailures(), ElementsAre("6/1 Chip Set Car failed unit:1 ifcid 17"));
+    EXPECT_EQ(place.firstChipId, 17U);
+    rule.action.flags &= ~uint32_t{LSWM_ACTION_CAR};
+    EXPECT_EQ(program(rule, place), 1U) << "the counter's booking fails silently";
+    EXPECT_EQ(dev.chip(kUnit).acl.entry(17).parts, 1U);
+
+    EXPECT_EQ(acl().delEntry(kUnit, 16), 1U);
+    EXPECT_THAT(dev.takeFailures(),
+                ElementsAre("6/1 COM_ACL_SetRuleCarMapEntryValid failed 1 unit 1 ifcid 16"));
+    EXPECT_EQ(dev.chip(kUnit).acl.entry(16).parts, 0U);
+    EXPECT_EQ(countersTaken(), kPolicies + 1) << "not reached";
+    info->chipRuleNum = 96;
+}
+
 // ---- ports --------------------------------------------------------------------------------------
 
 struct PortChange {
