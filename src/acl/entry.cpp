@@ -100,12 +100,12 @@ uint32_t ZR_ACL_AddEntry(uint32_t unit, LswmAclRule *rule, AclEntryPlace *place)
         LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "Chip 8 Add Assign unit:%u", unit);
         action->flags &= ~uint32_t{LSWM_ACTION_COUNT};
     }
-    uint32_t count;
+    uint32_t count = 0;
     if (uint32_t ret = HAL_ACL_GetEntryCntZr(unit, &rule->match, action, &count); ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "Chip 8 Get Entry Cnt unit:%u", unit);
         return ret;
     }
-    uint32_t firstChipId;
+    uint32_t firstChipId = 0;
     if (uint32_t ret = ZR_ACL_AllocEntryId(unit, rule->partition, count, &firstChipId); ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "Chip 8 Alloc Entry unit:%u cnt:%u", unit, count);
         return ret;
@@ -135,7 +135,7 @@ uint32_t ZR_ACL_AddLogicEntry(uint32_t unit, LswmAclRule *rule, uint32_t *logicR
         return LSW_NULL_POINTER;
     if (rule->partition >= ACL_PARTITIONS)
         return LSW_CHIP_FAILED;
-    uint32_t freeLogicId;
+    uint32_t freeLogicId = 0;
     if (uint32_t ret = COM_ACL_AllocLogicRuleId(unit, rule->partition, &freeLogicId); ret != LSW_OK)
         return ret;
     AclEntryPlace place;

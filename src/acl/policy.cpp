@@ -67,7 +67,7 @@ LswmAclRule ruleOf(const Policy &policy)
 uint32_t install(uint32_t unit, const Policy &policy)
 {
     LswmAclRule rule = ruleOf(policy);
-    uint32_t logicRuleId;
+    uint32_t logicRuleId = 0;
     if (ZR_ACL_AddLogicEntry(unit, &rule, &logicRuleId) != LSW_OK)
         return LSW_CHIP_FAILED;
     AclLanWanPolicy &list = g_AclLanWanPolicy[unit];
@@ -87,7 +87,7 @@ uint32_t updatePolicies(uint32_t (*change)(uint32_t unit, uint32_t firstChipId, 
 
     const AclLanWanPolicy &list = g_AclLanWanPolicy[unit];
     for (uint32_t i = 0; i < list.ruleNum; ++i) {
-        uint32_t firstChipId;
+        uint32_t firstChipId = 0;
         if (COM_ACL_LogicRuleToChipRule(unit, list.ruleIds[i], &firstChipId) != LSW_OK)
             return LSW_CHIP_FAILED;
         if (change(unit, firstChipId, ports.word) != LSW_OK)

@@ -131,8 +131,8 @@ uint32_t COM_ACL_GetRuleCarMapEntry(uint32_t unit, uint32_t chipRuleId, uint32_t
 
 uint32_t COM_ACL_SetRuleCarMapEntryValid(uint32_t unit, uint32_t chipRuleId, uint32_t valid)
 {
-    uint32_t carId;
-    uint32_t ignored;
+    uint32_t carId = 0;
+    uint32_t ignored = 0;
     if (uint32_t ret = COM_ACL_GetRuleCarMapEntry(unit, chipRuleId, &carId, &ignored); ret != LSW_OK)
         return ret;
     return COM_ACL_SetRuleCarMapEntry(unit, chipRuleId, static_cast<uint8_t>(carId),
