@@ -141,7 +141,7 @@ uint32_t PortCounters::clear(uint32_t port)
 void PortCounters::count(uint32_t port, Direction direction, Kind kind, uint32_t frames, uint32_t bytesPerFrame)
 {
     const TrafficWords &words = direction == Direction::In ? kIn : kOut;
-    records_[port].wide[words.octets / 2] += uint64_t{frames} * bytesPerFrame;
+    records_[port].wide[words.octets / 2] += static_cast<uint64_t>(frames) * bytesPerFrame;
     records_[port].word[words.frames[static_cast<size_t>(kind)]] += frames;
 }
 
