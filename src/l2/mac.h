@@ -83,8 +83,8 @@ ZR_EXPORT uint32_t HAL_MAC_AddMacZr(uint32_t unit, const LswmMacEntry *entry);
 // and nothing added when the unit has none; LSW_INVALID_ARGUMENT for unit > 2; else as AddMac.
 ZR_EXPORT uint32_t ZR_MAC_SyncMacInsert(uint32_t unit, LswmMacEntry *entry);
 
-// 1 when the chip finds entry->mac, asked for with `vlan` but without VLAN key; else 0 (traced, detail).
-// 0 for a null entry. Not a status.
+// 1 when the chip finds entry->mac, asked for with `vlan` but without VLAN key; else 0 (traced, detail,
+// as the VLAN module). 0 for a null entry. Not a status.
 ZR_EXPORT uint32_t HAL_MAC_HasExistedMacTabZr(uint32_t unit, const LswmMacEntry *entry, uint32_t vlan);
 
 // Deletes entry->mac in entry->vlan. An address that is not there counts as deleted. Failures are

@@ -5,7 +5,8 @@
 //
 // Group 0 takes chip ports 0 to 3, group 1 chip ports from 4 on (to 35, the last with a bit in the
 // word); a port's bit counts from the group's first chip port. Failures of the SDK are printed with the
-// SDK's status (module 12) and answered with 4; the messages carry the manager's port number.
+// SDK's status (module 12) and answered with 4; the messages carry the manager's port number. The module
+// operations on members print a line of their own on any nonzero status.
 #pragma once
 
 #include "platform/abi.h"
@@ -15,7 +16,7 @@ ZR_EXTERN_C_BEGIN
 // ---- members: `trunk` is the chip trunk group -------------------------------------------------
 
 // Adds a port to a group. 1 without a message or a further chip call when the group does not take the
-// chip port. The module operation prints its own line on any nonzero status.
+// chip port.
 ZR_EXPORT uint32_t ZR_TRUNK_AddMember(uint32_t unit, uint32_t port, uint32_t trunk);
 ZR_EXPORT uint32_t HAL_TRUNK_AddMemberZr(uint32_t unit, uint32_t trunk, uint32_t port);
 

@@ -7,7 +7,8 @@
 //
 // Port masks are one word: bit (port mod 32). Units, ports and VLAN ids are not judged, they go to the
 // chip SDK as they come. Every failure of the SDK is printed with the SDK's status (module 4) and
-// answered with 4 where nothing else is said.
+// answered with 4 where nothing else is said; ZR_ operations that change members also trace (detail)
+// the step that failed.
 #pragma once
 
 #include "platform/abi.h"
@@ -16,9 +17,10 @@ ZR_EXTERN_C_BEGIN
 
 // ---- life of a VLAN ---------------------------------------------------------------------------
 
-// Starts the unit's VLAN function: takes the reserved port out of VLAN 1 and turns ingress filtering
-// off on it, turns it on for every other valid port. Stops at the first failure and prints it; a port
-// whose filter cannot be set does not count as one. 1 for a unit without record, before any chip call.
+// Starts the unit's VLAN function: untagged frames take their priority from the DSCP, the reserved port
+// leaves VLAN 1 and has ingress filtering off, every other valid port has it on. Stops at the first
+// failure and prints it; a port whose filter cannot be set does not count as one. 1 for a unit without
+// record, before any chip call.
 ZR_EXPORT uint32_t ZR_VLAN_Init(uint32_t unit);
 ZR_EXPORT uint32_t HAL_VLAN_InitZr(uint32_t unit);
 
@@ -51,7 +53,8 @@ enum {
 
 // Adds a port to the VLAN table, then to the VLAN's member configuration. `untag` nonzero: the port
 // leaves the VLAN untagged; 0 leaves a port that is untagged already as it is. When the member
-// configuration fails (4, also when its table is full), the port stays in the VLAN table.
+// configuration fails (4, also when its table is full), the port stays in the VLAN table. One that
+// cannot be read is not a failure: it starts empty, unprinted.
 ZR_EXPORT uint32_t ZR_VLAN_AddMember(uint32_t unit, uint32_t port, uint32_t vlan, uint32_t untag);
 ZR_EXPORT uint32_t HAL_VLAN_AddMemberZr(uint32_t unit, uint32_t port, uint32_t vlan, uint32_t untag);
 ZR_EXPORT uint32_t HAL_VLAN_AddMbrTabZr(uint32_t unit, uint32_t port, uint32_t vlan);
