@@ -199,6 +199,7 @@ TEST_F(MeterRecordsTest, CountsBeyond16BitsAndMemoryNeverReachPastTheArray)
         EXPECT_EQ(hsec.setMeterEntry(1, 0, id, id), 0U);
     EXPECT_EQ(hsec.setMeterEntry(1, 0, 3, 3), 7U);
     EXPECT_EQ(init(1, 0, 8, 1), 6U);
+    EXPECT_EQ(init(1, 0, 129, 1), 6U) << "more than bitmaps hold, but initialised before";
     EXPECT_EQ(info(1, 0).logicCount, 0x10003U);
 }
 

@@ -34,10 +34,12 @@ HsecMeterInfo *COM_HSEC_GetMeterInfo(uint32_t unit, uint32_t type)
 uint32_t COM_HSEC_MeterInfoInit(uint32_t unit, uint32_t type, uint32_t base, uint32_t count, uint8_t bitmapMode)
 {
     HsecMeterInfo *info = COM_HSEC_GetMeterInfo(unit, type);
-    if (info == nullptr || (bitmapMode != 0 && count > HSEC_BITMAP_IDS))
+    if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
     if (info->entries != nullptr)
         return LSW_IN_USE;
+    if (bitmapMode != 0 && count > HSEC_BITMAP_IDS)
+        return LSW_INVALID_ARGUMENT;
     info->entries = zr::allocIdMap<HsecMeterEntry>(count);
     if (info->entries == nullptr)
         return LSW_NULL_POINTER;

@@ -56,9 +56,9 @@ ZR_EXPORT extern HsecMeterInfo g_HsecMeterInfo[HSEC_UNITS][HSEC_METER_TYPES];
 ZR_EXPORT HsecMeterInfo *COM_HSEC_GetMeterInfo(uint32_t unit, uint32_t type);
 
 // Initialises a type once for the life of the process: `count` logic meters, map entries and chip meters.
-// entryCount keeps the low 16 bits of `count`; with bitmaps `count` is at most 128 (else
-// LSW_INVALID_ARGUMENT). LSW_IN_USE when already initialised, LSW_NULL_POINTER without memory: in both
-// cases nothing changes.
+// entryCount keeps the low 16 bits of `count`. LSW_IN_USE when already initialised, whatever else is asked;
+// LSW_INVALID_ARGUMENT for a `count` above 128 with bitmaps; LSW_NULL_POINTER without memory. On any of them
+// nothing changes.
 ZR_EXPORT uint32_t COM_HSEC_MeterInfoInit(uint32_t unit, uint32_t type, uint32_t base, uint32_t count,
                                           uint8_t bitmapMode);
 
