@@ -13,7 +13,7 @@ uint32_t VESPER_ADPAPI_ResetChip(uint32_t scope, uint32_t chip, uint32_t phase);
 void PAL_TaskDelay(uint32_t duration);
 
 // One SMI (MDIO) write or read: `one` is always 1, `address` the 5-bit device address, `reg` the
-// 5-bit register. 0 on success; a failed read leaves `*value` as it was.
+// 5-bit register. 0 on success; what a failed read leaves in `*value` is open.
 uint32_t HAL_PORT_SmiWrite(uint32_t one, uint32_t address, uint32_t reg, uint16_t value);
 uint32_t HAL_PORT_SmiRead(uint32_t one, uint32_t address, uint32_t reg, uint16_t *value);
 

@@ -4,7 +4,8 @@
 //
 // The status operations take the unit (0 to 2) and the statistics type (0 to 7) first and answer
 // LSW_INVALID_ARGUMENT when there is no such record, then LSW_NULL_POINTER for a null output. On any
-// status but LSW_OK outputs stay unwritten. Changes and hits are traced at LSW_TRACE_DETAIL, module 5.
+// status but LSW_OK outputs stay unwritten. Changes, and hits by logic identifier, are traced at
+// LSW_TRACE_DETAIL, module 5.
 //
 // A type without entries (not initialised, or initialised with none) passes identifiers through unchanged.
 #pragma once
