@@ -239,10 +239,29 @@ TEST_F(AclEntry, ARuleThatFindsNoRunIsRefused)
     EXPECT_EQ(program(rule, place), 1U);
     EXPECT_THAT(dev.takeFailures(), ElementsAre("6/1 Chip 8 Alloc Entry unit:1 cnt:2"));
     EXPECT_EQ(made("l2sw_filter_igrAcl_cfg_add"), 0U);
+}
 
-    dev.forget();
+TEST_F(AclEntry, AUnitWithoutRecordsIsSizedByTheChipAndFindsNoRun)
+{
+    LswmAclRule rule = oneEntryRule(1);
+    rule.action.flags |= LSWM_ACTION_COUNT;
+    AclEntryPlace place{};
+    EXPECT_EQ(acl().addEntry(3, &rule, &place), 4U);
+    EXPECT_THAT(dev.takeFailures(),
+                ElementsAre("6/4 Chip 8 Add Assign unit:3", "6/65537 ConvertEthType acl field add type",
+                            "6/4 Chip 8 Get Entry Cnt unit:3"));
+    EXPECT_EQ(rule.action.flags, static_cast<uint32_t>(LSWM_ACTION_FORWARD_A));
+
+    // With a chip that knows the unit.
+    answerLengths(2, 2);
+    dev.script("l2sw_filter_igrAcl_field_add", [](const zrsim::Call &call) {
+        call.pointer<FilterCfg>(1)->head = call.pointer<FilterField>(2);
+        return 0;
+    });
     EXPECT_EQ(acl().addEntry(3, &rule, &place), 1U);
-    EXPECT_THAT(dev.calls(), IsEmpty());
+    EXPECT_THAT(dev.takeFailures(), ElementsAre("6/1 Chip 8 Alloc Entry unit:3 cnt:2"));
+    EXPECT_EQ(made("l2sw_filter_igrAcl_cfg_add"), 0U);
+    EXPECT_EQ(zrsim::memory().liveBlocks(), 3U);
 }
 
 TEST_F(AclEntry, AddingAndRecordingInOneCallStopsWhereItFails)

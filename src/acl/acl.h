@@ -28,13 +28,14 @@ ZR_EXTERN_C_BEGIN
 // of the rule's number, writes the entries, books meter and counter. When no counter is free the rule is
 // programmed without: the line is printed and the count flag cleared in `rule`; a drawn counter's number
 // is written into `rule`. `place` holds the length that the SDK wrote, cut to 8 bits, and is handed back as
-// soon as the entries are written. 1 for a bad unit before any chip call, or for a partition above 3; 7 when
-// there is no run of the length, or the counter cannot be booked; 4 when the chip refuses; a conversion's
-// status (acl/convert.h).
+// soon as the entries are written. 4 when the chip refuses, or a conversion's status (acl/convert.h); 1 for a
+// partition above 3 or a unit above 2, found once the SDK has sized the rule; 7 when there is no run of the
+// length, or, not printed, the counter cannot be booked.
 ZR_EXPORT uint32_t ZR_ACL_AddEntry(uint32_t unit, LswmAclRule *rule, AclEntryPlace *place);
 
 // Draws a logic rule id, programs the rule and records it. The partition number selects the logic and the
-// chip partition; 4 when it is above 3. When recording fails the rule stays on the chip.
+// chip partition; 4 when it is above 3, 1 or 7 when no id is drawn, all silently. When recording fails the rule
+// stays on the chip.
 ZR_EXPORT uint32_t ZR_ACL_AddLogicEntry(uint32_t unit, LswmAclRule *rule, uint32_t *logicRuleId);
 
 // The steps of adding. Recording and drawing are those of records/acl_records.h.
@@ -73,8 +74,8 @@ ZR_EXPORT uint32_t HAL_ACL_GetEntryZr(uint32_t unit, uint32_t chipRuleId, LswmAc
 
 // Clears every entry of the rule and unbooks meter and counter; the record stays for
 // COM_ACL_ReleseRuleRecord. An entry that the chip does not clear is printed, with the sum of the statuses
-// so far, and is no failure: the status is that of the unbooking. 4 when no rule is recorded there
-// (silently).
+// so far, and is no failure: the status is that of the unbooking, printed for the meter only. 4 when no rule
+// is recorded there (silently).
 ZR_EXPORT uint32_t ZR_ACL_DelEntry(uint32_t unit, uint32_t firstChipId);
 ZR_EXPORT uint32_t HAL_ACL_DelEntryZr(uint32_t unit, uint32_t chipRuleId); // one entry; 4 silently
 

@@ -92,8 +92,6 @@ uint32_t ZR_ACL_AddEntry(uint32_t unit, LswmAclRule *rule, AclEntryPlace *place)
 {
     if (rule == nullptr || place == nullptr)
         return LSW_NULL_POINTER;
-    if (unit >= LSWM_UNITS)
-        return LSW_INVALID_ARGUMENT;
 
     LswmAclAction *action = &rule->action;
     if (uint32_t ret = ZR_ACL_AssignCounterId(unit, action); ret != LSW_OK) {
