@@ -229,7 +229,8 @@ TEST_F(AclRecords, AreTakenFromTheManagerOnceAndInOrder)
         EXPECT_EQ(count, 96U);
     }
     ASSERT_EQ(record(7, 3, 2), kOk);
-    EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 96), kInUse);
+    for (uint32_t count : {96U, 257U})
+        EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, count), kInUse);
     EXPECT_TRUE(taken(7));
     EXPECT_EQ(zrsim::memory().liveBlocks(), 3U);
     EXPECT_EQ(ZR_OP(COM_ACL_GetRuleInfo)(0)->logicRuleNum, 0U);
@@ -445,6 +446,15 @@ TEST_F(AclRecordsReady, AReleasedCounterIsNotReleasedAgainThroughItsOldEntry)
     EXPECT_EQ(used(), 1U);
     EXPECT_EQ(counterOf(kUnit, 21), (Answer{kOk, 3}));
     EXPECT_EQ(counterOf(kUnit, 20), failed(kUnknown));
+
+    // Nor through an entry that has released it by being written again.
+    ASSERT_EQ(ZR_OP(COM_ACL_SetRuleCounterMapEntry)(kUnit, 21, 3, 0), kOk);
+    EXPECT_EQ(used(), 0U);
+    ASSERT_EQ(ZR_OP(COM_ACL_SetRuleCounterMapEntry)(kUnit, 22, 3, 1), kOk);
+    EXPECT_EQ(ZR_OP(COM_ACL_SetRuleCounterMapEntryValid)(kUnit, 21, 0), kOk);
+    EXPECT_EQ(used(), 1U);
+    EXPECT_EQ(allocCounter(kUnit), (Answer{kOk, 0}));
+    EXPECT_EQ(ZR_OP(COM_ACL_GetCounterInfo)(kUnit)->inUse[0], 1U << 3);
 }
 
 TEST_F(AclRecordsReady, CountersAreMarkedWhateverTheyWereBefore)

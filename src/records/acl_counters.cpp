@@ -84,14 +84,19 @@ uint32_t COM_ACL_SetRuleCounterMapEntryValid(uint32_t unit, uint32_t chipRuleId,
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
     AclRuleCounterMapEntry &entry = info->counterMap[chipRuleId];
-    const uint32_t counterId = entry.counterId;
-    if (counterId == ACL_NO_COUNTER)
+    const AclRuleCounterMapEntry bound = entry;
+    if (bound.counterId == ACL_NO_COUNTER)
         return LSW_OK;
-    entry.valid = valid == 1;
-    // A later rule without counter at the same chip rule id must not release this one again.
-    if (valid != 1)
-        entry.counterId = ACL_NO_COUNTER;
-    return COM_ACL_SetCounterInfoEntry(unit, counterId, valid);
+    if (valid == 1) {
+        entry.valid = 1;
+        return COM_ACL_SetCounterInfoEntry(unit, bound.counterId, 1);
+    }
+    // A later rule without counter at the same chip rule id must not release this one again, and a counter
+    // that does not count here may be another rule's by now.
+    entry = {ACL_NO_COUNTER, 0};
+    if (bound.valid != 1)
+        return LSW_OK;
+    return COM_ACL_SetCounterInfoEntry(unit, bound.counterId, valid);
 }
 
 uint32_t COM_ACL_GetCounterIdFromChipRuleId(uint32_t unit, uint32_t chipRuleId, uint32_t *counterId)

@@ -149,15 +149,15 @@ ZR_EXPORT uint32_t COM_ACL_AllocChipCounter(uint32_t unit, uint32_t *counterId);
 // 1, whatever the mark was before; the number never falls below 0. 7 for a counter that the unit does not have.
 ZR_EXPORT uint32_t COM_ACL_SetCounterInfoEntry(uint32_t unit, uint32_t counterId, uint32_t flag);
 
-// Binds a counter to the rule at `chipRuleId` and marks it (valid 1) or marks it free (any other valid); the
+// Binds a counter to the rule at `chipRuleId` and marks it taken (valid 1) or free (any other, kept as 0); the
 // status is that of the marking. The binding stays written when the marking fails; a counter id above 255,
 // which it cannot hold, gives 7 and leaves it as it was.
 ZR_EXPORT uint32_t COM_ACL_SetRuleCounterMapEntry(uint32_t unit, uint32_t chipRuleId, uint32_t counterId,
                                                   uint32_t valid);
 
-// Takes (valid 1) or releases (any other) the counter bound at `chipRuleId`; 0 when there is none. A
-// released binding is dissolved, so that no counter is released a second time through it. 7 for a bound counter
-// that the unit does not have.
+// Takes (valid 1) or releases (any other) the counter bound at `chipRuleId`; 0 when there is none. The
+// release dissolves the binding, and leaves the counter alone when the binding is not valid: no counter is
+// released a second time through it. 7 for a counter to take or release that the unit does not have.
 ZR_EXPORT uint32_t COM_ACL_SetRuleCounterMapEntryValid(uint32_t unit, uint32_t chipRuleId, uint32_t valid);
 
 // 5 when no counter counts for the chip rule id.

@@ -85,10 +85,12 @@ template <typename T> static T *allocArray(uint32_t count)
 uint32_t COM_ACL_RuleInfoInit(uint32_t unit, uint32_t count)
 {
     AclRuleInfo *info = COM_ACL_GetRuleInfo(unit);
-    if (info == nullptr || count > ACL_MAX_RULES)
+    if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
     if (info->ruleRecords != nullptr || info->counterMap != nullptr || info->carMap != nullptr)
         return LSW_IN_USE;
+    if (count > ACL_MAX_RULES)
+        return LSW_INVALID_ARGUMENT;
 
     auto *records = allocArray<AclRuleRecord>(count);
     if (records == nullptr)
