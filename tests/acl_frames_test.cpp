@@ -1,11 +1,14 @@
-// Frames of a packet library through the virtual chip's ingress ACL: the default policies and hand-set rules
-// catch what they name and nothing else.
+// Frames of a packet library (tests/frames) through the virtual chip's ingress ACL: the default policies and
+// hand-set rules catch what they name and nothing else.
 #include <gmock/gmock.h>
-#include <tins/tins.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
+#include <functional>
+#include <map>
+#include <stdexcept>
 
 #include "platform/chip_sdk.h"
 #include "sim/board/command.h"
@@ -22,73 +25,38 @@ using Bytes = std::vector<uint8_t>;
 constexpr uint32_t kUnit = 1;
 constexpr uint32_t kWan = 3;
 constexpr uint32_t kLan = 2;
-const Tins::HWAddress<6> kHost("02:00:00:00:00:0a");
-const Tins::HWAddress<6> kGateway("02:00:00:00:00:01");
-const Tins::HWAddress<6> kBroadcast("ff:ff:ff:ff:ff:ff");
 
-template <class Pdu> Bytes bytes(Pdu pdu)
+// The frames made from tests/frames/frames.txt, by the line that describes each.
+std::map<std::string, Bytes> readFrames()
 {
-    return pdu.serialize();
+    std::ifstream in(ZRLSW_FRAMES);
+    if (!in)
+        throw std::runtime_error("no frames in " ZRLSW_FRAMES);
+    std::map<std::string, Bytes> frames;
+    for (std::string line; std::getline(in, line);) {
+        const size_t end = line.rfind(": ");
+        Bytes &frame = frames[line.substr(0, end)];
+        for (size_t i = end + 2; i + 1 < line.size(); i += 2)
+            frame.push_back(static_cast<uint8_t>(std::stoul(line.substr(i, 2), nullptr, 16)));
+    }
+    return frames;
 }
 
-Tins::EthernetII ethernet()
+const Bytes &frameNamed(const std::string &name)
 {
-    return {kGateway, kHost};
-}
-
-Tins::IP ip()
-{
-    return {"192.0.2.1", "198.51.100.7"}; // destination, source
-}
-
-Bytes udp(uint16_t dport, uint16_t sport, const Bytes &payload = Bytes(32))
-{
-    return bytes(ethernet() / ip() / Tins::UDP(dport, sport) / Tins::RawPDU(payload));
-}
-
-Bytes tcp(uint16_t dport, uint16_t sport)
-{
-    return bytes(ethernet() / ip() / Tins::TCP(dport, sport));
-}
-
-Bytes arp(Tins::ARP::Flags operation)
-{
-    Tins::ARP body("192.0.2.1", "192.0.2.9", kGateway, kHost);
-    body.opcode(operation);
-    return bytes(Tins::EthernetII(kBroadcast, kHost) / body);
-}
-
-Bytes dhcp(uint16_t dport, uint16_t sport, Tins::DHCP::Flags type)
-{
-    Tins::DHCP body;
-    body.type(type);
-    body.chaddr(kHost);
-    body.end();
-    return bytes(Tins::EthernetII(kBroadcast, kHost) / Tins::IP("255.255.255.255", "0.0.0.0") /
-                 Tins::UDP(dport, sport) / body);
-}
-
-Bytes tagged(uint16_t vlan, uint8_t priority, Tins::EthernetII outer)
-{
-    Tins::Dot1Q tag(vlan);
-    tag.priority(priority);
-    return bytes(std::move(outer) / tag / ip() / Tins::UDP(123, 123) / Tins::RawPDU(Bytes(48)));
-}
-
-Bytes fragment(uint16_t eighths, Tins::IP packet = ip())
-{
-    packet.fragment_offset(eighths);
-    packet.flags(Tins::IP::MORE_FRAGMENTS);
-    packet.protocol(17);
-    return bytes(ethernet() / packet / Tins::RawPDU(bytes(Tins::UDP(67, 68) / Tins::RawPDU(Bytes(32)))));
+    static const std::map<std::string, Bytes> frames = readFrames();
+    const auto found = frames.find(name);
+    if (found == frames.end())
+        throw std::runtime_error("tests/frames/frames.txt has no frame '" + name + "'");
+    return found->second;
 }
 
 class AclFramesTest : public RunningDeviceTest
 {
 protected:
-    std::optional<zrsim::AclHit> run(uint32_t port, const Bytes &frame)
+    std::optional<zrsim::AclHit> run(uint32_t port, const std::string &frame)
     {
-        return dev.chip(kUnit).acl.run(port, frame);
+        return dev.chip(kUnit).acl.run(port, frameNamed(frame));
     }
     uint32_t counter(uint32_t id)
     {
@@ -120,30 +88,29 @@ TEST_F(AclFramesTest, DefaultPoliciesCatchTheirProtocolOnWanPortsAndCountIt)
     const struct {
         const char *what;
         uint32_t policy;
-        Bytes frame;
+        std::string frame;
     } cases[] = {
-        {"ARP request", 0, arp(Tins::ARP::REQUEST)},
-        {"ARP reply", 0, arp(Tins::ARP::REPLY)},
-        {"NTP answer", 1, udp(40000, 123, Bytes(48))},
-        {"NTP between servers", 1, udp(123, 123, Bytes(48))},
-        {"NTP in a VLAN", 1, tagged(100, 5, ethernet())},
-        {"DHCP discover", 2, dhcp(67, 68, Tins::DHCP::DISCOVER)},
-        {"DHCP request", 2, dhcp(67, 68, Tins::DHCP::REQUEST)},
-        {"first fragment of a DHCP request", 2, fragment(0)},
-        {"DHCP offer", 3, dhcp(68, 67, Tins::DHCP::OFFER)},
-        {"DHCP acknowledgement", 3, dhcp(68, 67, Tins::DHCP::ACK)},
-        {"CoAP request", 4, udp(5683, 40000)},
-        {"CoAP answer from the well-known port to another", kNone, udp(40000, 5683)},
-        {"NTP request of a client", kNone, udp(123, 40000, Bytes(48))},
-        {"later fragment whose data looks like a DHCP request", kNone, fragment(64)},
-        {"another UDP port", kNone, udp(69, 68)},
-        {"TCP to the DHCP server's port", kNone, tcp(67, 68)},
-        {"TCP from the NTP port", kNone, tcp(40000, 123)},
-        {"TCP to the CoAP port", kNone, tcp(5683, 40000)},
-        {"ping", kNone, bytes(ethernet() / ip() / Tins::ICMP())},
-        {"IPv6 to the DHCP server's port", kNone,
-         bytes(ethernet() / Tins::IPv6("2001:db8::1", "2001:db8::2") / Tins::UDP(67, 68))},
-        {"spanning tree", kNone, bytes(Tins::Dot3(kBroadcast, kHost) / Tins::LLC() / Tins::STP())},
+        {"ARP request", 0, "arp request"},
+        {"ARP reply", 0, "arp reply"},
+        {"NTP answer", 1, "udp 123>40000 bytes=48"},
+        {"NTP between servers", 1, "udp 123>123 bytes=48"},
+        {"NTP in a VLAN", 1, "tagged 100 5"},
+        {"DHCP discover", 2, "dhcp 68>67 discover"},
+        {"DHCP request", 2, "dhcp 68>67 request"},
+        {"first fragment of a DHCP request", 2, "fragment 0"},
+        {"DHCP offer", 3, "dhcp 67>68 offer"},
+        {"DHCP acknowledgement", 3, "dhcp 67>68 ack"},
+        {"CoAP request", 4, "udp 40000>5683"},
+        {"CoAP answer from the well-known port to another", kNone, "udp 5683>40000"},
+        {"NTP request of a client", kNone, "udp 40000>123 bytes=48"},
+        {"later fragment whose data looks like a DHCP request", kNone, "fragment 64"},
+        {"another UDP port", kNone, "udp 68>69"},
+        {"TCP to the DHCP server's port", kNone, "tcp 68>67"},
+        {"TCP from the NTP port", kNone, "tcp 123>40000"},
+        {"TCP to the CoAP port", kNone, "tcp 40000>5683"},
+        {"ping", kNone, "ping"},
+        {"IPv6 to the DHCP server's port", kNone, "udp6 68>67"},
+        {"spanning tree", kNone, "stp"},
     };
 
     for (const auto &row : cases)
@@ -173,69 +140,67 @@ TEST_F(AclFramesTest, DefaultPoliciesCatchTheirProtocolOnWanPortsAndCountIt)
 TEST_F(AclFramesTest, EveryMatchFieldMeansWhatItSays)
 {
     ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
-    const Bytes keepAlive = udp(5247, 40000, {0x00, 0x10, 0x02, 0x00, 0x55});
     const struct {
         const char *what;
         std::function<void(LswmAclMatch &)> set;
-        std::vector<Bytes> hits;
-        std::vector<Bytes> misses;
+        std::vector<std::string> hits;
+        std::vector<std::string> misses;
     } cases[] = {
         {"destination MAC, the multicast bit",
          [](LswmAclMatch &m) {
              m.flags = LSWM_MATCH_DST_MAC;
              m.dstMac[0] = m.dstMacMask[0] = 1;
          },
-         {arp(Tins::ARP::REQUEST)},
-         {udp(1, 1)}},
+         {"arp request"},
+         {"udp 1>1"}},
         {"source MAC, the last byte",
          [](LswmAclMatch &m) {
              m.flags = LSWM_MATCH_SRC_MAC;
              m.srcMac[5] = 0x0A;
              m.srcMacMask[5] = 0xFF;
          },
-         {udp(1, 1)},
-         {bytes(Tins::EthernetII(kGateway, kGateway) / ip())}},
+         {"udp 1>1"},
+         {"udp 1>1 srcmac=02:00:00:00:00:01"}},
         {"EtherType behind the tags",
          [](LswmAclMatch &m) {
              m.flags = LSWM_MATCH_ETHER_TYPE;
              m.etherType = 0x0800;
              m.etherTypeMask = 0xFFFF;
          },
-         {udp(1, 1), tagged(7, 0, ethernet())},
-         {arp(Tins::ARP::REQUEST)}},
+         {"udp 1>1", "tagged 7 0"},
+         {"arp request"}},
         {"VLAN with any priority",
          [](LswmAclMatch &m) {
              m.flags = LSWM_MATCH_OUTER_VLAN;
              m.outerVlan = 100;
              m.outerVlanMask = 0xFFF;
          },
-         {tagged(100, 0, ethernet()), tagged(100, 7, ethernet())},
-         {tagged(101, 0, ethernet()), udp(1, 1)}},
+         {"tagged 100 0", "tagged 100 7"},
+         {"tagged 101 0", "udp 1>1"}},
         {"priority in any VLAN",
          [](LswmAclMatch &m) {
              m.flags = LSWM_MATCH_OUTER_PRIORITY;
              m.outerPriority = 5;
              m.outerPriorityMask = 7;
          },
-         {tagged(1, 5, ethernet()), tagged(4094, 5, ethernet())},
-         {tagged(1, 4, ethernet()), udp(1, 1)}},
+         {"tagged 1 5", "tagged 4094 5"},
+         {"tagged 1 4", "udp 1>1"}},
         {"source network",
          [](LswmAclMatch &m) {
              m.flags = LSWM_MATCH_SRC_IP;
              m.srcIp = 0xC6336400;
              m.srcIpMask = 0xFFFFFF00;
          },
-         {udp(1, 1)},
-         {bytes(ethernet() / Tins::IP("198.51.100.7", "192.0.2.1") / Tins::UDP(1, 1)),
-          arp(Tins::ARP::REQUEST)}},
+         {"udp 1>1"},
+         {"udp 1>1 srcip=192.0.2.1 dstip=198.51.100.7", "arp request"}},
         {"destination address",
          [](LswmAclMatch &m) {
              m.flags = LSWM_MATCH_DST_IP;
              m.dstIp = 0xC0000201;
              m.dstIpMask = 0xFFFFFFFF;
          },
-         {udp(1, 1), tcp(1, 1)},
-         {bytes(ethernet() / Tins::IP("192.0.2.2", "192.0.2.1") / Tins::UDP(1, 1))}},
+         {"udp 1>1", "tcp 1>1"},
+         {"udp 1>1 srcip=192.0.2.1 dstip=192.0.2.2"}},
         {"TCP from a port",
          [](LswmAclMatch &m) {
              m.flags = LSWM_MATCH_IP_PROTOCOL | LSWM_MATCH_L4_SRC_PORT;
@@ -244,15 +209,15 @@ TEST_F(AclFramesTest, EveryMatchFieldMeansWhatItSays)
              m.l4SrcPort = 80;
              m.l4SrcPortMask = 0xFFFF;
          },
-         {tcp(40000, 80)},
-         {udp(40000, 80), tcp(80, 40000)}},
+         {"tcp 80>40000"},
+         {"udp 80>40000", "tcp 40000>80"}},
         {"a port without protocol is a UDP port",
          [](LswmAclMatch &m) {
              m.flags = LSWM_MATCH_L4_DST_PORT;
              m.l4DstPort = 53;
          },
-         {udp(53, 40000)},
-         {tcp(53, 40000), udp(40000, 53)}},
+         {"udp 40000>53"},
+         {"tcp 40000>53", "udp 53>40000"}},
         {"CAPWAP words behind the UDP header",
          [](LswmAclMatch &m) {
              m.flags = LSWM_MATCH_CAPWAP;
@@ -260,9 +225,8 @@ TEST_F(AclFramesTest, EveryMatchFieldMeansWhatItSays)
              std::memcpy(m.capwap, words, sizeof words);
              m.capwapMask = 0xFFFF;
          },
-         {keepAlive},
-         {udp(5247, 40000, {0x00, 0x10, 0x03, 0x00, 0x55}), udp(5247, 40000, {0x00, 0x11, 0x02, 0x00, 0x55}),
-          arp(Tins::ARP::REQUEST)}},
+         {"udp 40000>5247 data=0010020055"},
+         {"udp 40000>5247 data=0010030055", "udp 40000>5247 data=0011020055", "arp request"}},
         {"user-defined word at byte 20: an ARP reply's operation",
          [](LswmAclMatch &m) {
              m.flags = LSWM_MATCH_UDF | LSWM_MATCH_ETHER_TYPE;
@@ -271,23 +235,26 @@ TEST_F(AclFramesTest, EveryMatchFieldMeansWhatItSays)
              m.udf = 2;
              m.udfMask = 0xFFFF;
          },
-         {arp(Tins::ARP::REPLY)},
-         {arp(Tins::ARP::REQUEST)}},
-        {"nothing: every frame", [](LswmAclMatch &) {}, {udp(1, 1), arp(Tins::ARP::REPLY), keepAlive}, {}},
+         {"arp reply"},
+         {"arp request"}},
+        {"nothing: every frame",
+         [](LswmAclMatch &) {},
+         {"udp 1>1", "arp reply", "udp 40000>5247 data=0010020055"},
+         {}},
     };
     for (const auto &row : cases) {
         SCOPED_TRACE(row.what);
         LswmAclMatch match{};
         row.set(match);
         const uint32_t id = add(match);
-        for (const Bytes &frame : row.hits) {
+        for (const std::string &frame : row.hits) {
             EXPECT_TRUE(run(kWan, frame));
             EXPECT_FALSE(run(kLan, frame)) << "on a port that the rule does not name";
         }
-        for (const Bytes &frame : row.misses)
+        for (const std::string &frame : row.misses)
             EXPECT_FALSE(run(kWan, frame));
         EXPECT_EQ(dev.ops().acl.delEntry(kUnit, id), 0U);
-        for (const Bytes &frame : row.hits)
+        for (const std::string &frame : row.hits)
             EXPECT_FALSE(run(kWan, frame)) << "the rule was deleted";
     }
 }
@@ -300,9 +267,9 @@ TEST_F(AclFramesTest, SelectorWordsNeedTheirSelectors)
     match.udfMask = 0xFFFF;
     ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
     add(match);
-    EXPECT_TRUE(run(kWan, arp(Tins::ARP::REPLY)));
+    EXPECT_TRUE(run(kWan, "arp reply"));
     EXPECT_EQ(l2sw_filter_igrAcl_field_sel_set(kUnit, 15, 1, 12), 0U);
-    EXPECT_FALSE(run(kWan, arp(Tins::ARP::REPLY))) << "the selector points elsewhere now";
+    EXPECT_FALSE(run(kWan, "arp reply")) << "the selector points elsewhere now";
 }
 
 TEST_F(AclFramesTest, ALongRuleNeedsAllItsEntriesAndTheLowestRuleWins)
@@ -317,13 +284,13 @@ TEST_F(AclFramesTest, ALongRuleNeedsAllItsEntriesAndTheLowestRuleWins)
     const uint32_t everyFrame = add({}, 0x30);
     ASSERT_EQ(everyFrame, longRule + 2);
 
-    EXPECT_EQ(run(kWan, udp(1, 1))->entry, longRule);
-    EXPECT_EQ(run(kWan, tcp(1, 1))->entry, everyFrame);
+    EXPECT_EQ(run(kWan, "udp 1>1")->entry, longRule);
+    EXPECT_EQ(run(kWan, "tcp 1>1")->entry, everyFrame);
     EXPECT_EQ(counter(5), 1U);
     EXPECT_EQ(counter(6), 1U);
 
     EXPECT_EQ(l2sw_filter_igrAcl_cfg_del(kUnit, longRule + 1), 0U);
-    EXPECT_EQ(run(kWan, udp(1, 1))->entry, everyFrame) << "half a rule matched";
+    EXPECT_EQ(run(kWan, "udp 1>1")->entry, everyFrame) << "half a rule matched";
 }
 
 TEST_F(AclFramesTest, AMeterJudgesTheFramesOfItsRules)
@@ -341,7 +308,7 @@ TEST_F(AclFramesTest, AMeterJudgesTheFramesOfItsRules)
         asked.emplace_back(meter, length);
         return asked.size() == 1;
     });
-    const Bytes frame = udp(1, 1, Bytes(100));
+    const std::string frame = "udp 1>1 bytes=100";
     EXPECT_TRUE(run(kWan, frame)->conforms);
     EXPECT_FALSE(run(kWan, frame)->conforms);
     EXPECT_EQ(asked, (decltype(asked)(2, {9, 142})));
@@ -357,12 +324,7 @@ protected:
         ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
         ASSERT_EQ(dev.ops().acl.updateLanWanPolicy(kUnit, kWan, 1), 0U);
         path = ::testing::TempDir() + "/zr_frames_" + std::to_string(getpid()) + ".pcap";
-        Tins::PacketWriter writer(path, Tins::DataLinkType<Tins::EthernetII>());
-        for (const Bytes &frame :
-             {arp(Tins::ARP::REQUEST), dhcp(67, 68, Tins::DHCP::DISCOVER), tcp(80, 40000)}) {
-            Tins::EthernetII parsed(frame.data(), static_cast<uint32_t>(frame.size()));
-            writer.write(parsed);
-        }
+        std::ofstream(path, std::ios::binary) << std::ifstream(ZRLSW_CAPTURE, std::ios::binary).rdbuf();
     }
     void TearDown() override
     {
@@ -401,7 +363,7 @@ protected:
 
 TEST_F(MatchCommandTest, TakesAFrameInHexadecimal)
 {
-    const Bytes frame = udp(5683, 40000, Bytes(18));
+    const Bytes &frame = frameNamed("udp 40000>5683 bytes=18");
     EXPECT_EQ(command("match 3 " + hex(frame, "")),
               "port 3, 60 bytes: entry 4, switch 14, switch 16 value 3, counter 4 = 1\n");
     EXPECT_EQ(command("match 3 " + hex(frame, ":")),
