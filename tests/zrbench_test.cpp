@@ -88,7 +88,7 @@ protected:
         return shellCommand(fmt::format("{} shell {} < {}", program_, options, file("typed", typed)));
     }
 
-    // What a person at a terminal sees who types a line at every prompt, and then ends the input.
+    // What a person at a terminal sees who types a line at every prompt, and then quits.
     Ended terminal(const std::vector<std::string> &lines) const
     {
         Ended ended{};
@@ -111,7 +111,7 @@ protected:
             if (unanswered != "zrbench> " && !unanswered.ends_with("\nzrbench> "))
                 continue;
             unanswered.clear();
-            const std::string line = typed < lines.size() ? lines[typed++] + "\n" : "\004";
+            const std::string line = typed < lines.size() ? lines[typed++] + "\n" : "quit\n";
             EXPECT_EQ(write(terminal, line.data(), line.size()), static_cast<ssize_t>(line.size()));
         }
         int status = 0;
@@ -169,6 +169,8 @@ TEST_F(ZrbenchTest, WhatIsNotAsExpectedIsNamedAndEndsWithOne)
         {R"("chip init 1", {"do": "reg read 1 0x1300", "out": {"value": 3}})", "expected value=3"},
         {R"("chip init 1", {"do": "reg read 1 0x1300", "out": {"other": 3}})", "there is no output other"},
         {R"("chip init 1", {"do": "drop capture 1 3", "holds": 1})", "keeps 0 memory blocks, expected 1"},
+        {R"("board 1 revison 3")", "the board refuses this"},
+        {R"({"do": "board 1 revison 3", "shows": ["known command"]}, "chip init 3")", "expected status 0"},
         {R"({"do": "unit show 1", "shows": ["frame size 9"]})", "\"frame size 9\" is not shown"},
         {R"("chip init 0", {"do": "reg write 0 $r 1", "each": {"r": "4096,4099"}},
             {"do": "reg read 0 $r", "each": {"r": "4095-4099"}, "out": {"value": 1}})",
@@ -235,6 +237,8 @@ TEST_F(ZrbenchTest, ABadFileIsRefusedWithItsPlaceBeforeAnyStepIsMade)
          "/units/0/ports/1/flags: expected a number up to 255"},
         {R"({"units": [{"unit": 1, "ports": {"1": {"speed": 1}}}]})",
          "/units/0/ports/1/speed: expected flags or kind"},
+        {R"({"units": [{"unit": 1, "board": ["revision 3", "revison 3"]}]})",
+         "/units/0/board/1: the board refuses this: unknown command 'revison'"},
         {R"({"steps": [3]})", "/steps/0: expected a command line or an object, found 3"},
         {R"({"steps": [{}]})", "/steps/0: expected an object with \"do\" or \"say\""},
         {R"({"steps": [{"say": "a", "do": "ops"}]})", "/steps/0/do: not known here"},

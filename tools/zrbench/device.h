@@ -12,12 +12,13 @@
 //               {"do": "vlan create 1 5000", "expect": 4, "lines": ["a failure line", ...]},
 //               {"do": "reg read", "unit": 1, "register": 4871, "out": {"value": "0x988"}},
 //               {"do": "acl init 1", "holds": 3, "note": "blocks of memory that the step keeps"},
-//               {"do": "mac show 1", "shows": ["a piece of the listing", ...]},
+//               {"do": "mac list 1", "shows": ["a piece of the text", ...]},
 //               {"do": "vlan create 1 $v", "each": {"v": "100-163"}}]
 //   }
 //
 // In a step with "each" the texts "$v" and "${v}" stand for the value in turn; "${v+1}" (also - * / %)
-// calculates, "${v/256:02x}" formats.
+// calculates, "${v/256:02x}" formats. A step that the board's interpreter refuses is not as expected unless
+// it says what is shown then.
 #pragma once
 
 #include <cstdint>

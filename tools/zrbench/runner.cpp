@@ -108,6 +108,9 @@ std::vector<std::string> deviations(const Result &result, const Expectation &exp
         found.push_back(fmt::format("expected status {}", expected.status));
     if (linesSeen)
         compareLines(result.lines, expected.lines, found);
+    // A refusal that the step means to show is told by what it shows.
+    if (result.boardRefused && expected.shows.empty())
+        found.push_back("the board refuses this");
     compareOutputs(result.outcome, expected.outputs, found);
     if (linesSeen)
         compareText(result, expected.shows, found);
@@ -124,8 +127,12 @@ void runDevice(Session &session, const Device &device, Report &report)
         } catch (const ArgumentError &error) {
             throw UsageError{fmt::format("{}: {}{}: {}", device.file, unit.place, error.argument, error.text)};
         }
-        for (const std::string &line : unit.board)
-            session.board(unit.unit, line);
+        for (size_t i = 0; i < unit.board.size(); ++i) {
+            const std::string answer = session.board(unit.unit, unit.board[i]);
+            if (session.boardRefused())
+                throw UsageError{fmt::format("{}: {}/board/{}: the board refuses this: {}", device.file,
+                                             unit.place, i, answer.substr(0, answer.find('\n')))};
+        }
     }
     if (!device.about.empty())
         report.heading(device.about);

@@ -121,6 +121,10 @@ Session::~Session()
 void Session::callMade(const char *text, unsigned depth, void *session)
 {
     auto &self = *static_cast<Session *>(session);
+    // The slot that leads to the board's interpreter hides what the interpreter answers.
+    const std::string_view call = text;
+    if (self.watchingBoard_ && call.starts_with("excute_command(") && !call.ends_with(" = 0"))
+        self.boardRefused_ = true;
     if (self.trace_ != nullptr)
         fmt::print(self.trace_, "{:{}}{}\n", "", 2 * depth, text);
     if (self.shownCalls_ == ShownCalls::All ||
@@ -131,7 +135,9 @@ void Session::callMade(const char *text, unsigned depth, void *session)
 // A watched platform records every call; one that nobody watches is left alone.
 void Session::watchCalls()
 {
-    const bool watched = trace_ != nullptr || shownCalls_ != ShownCalls::None;
+    const bool watched = trace_ != nullptr || shownCalls_ != ShownCalls::None || watchingBoard_;
+    if (inspection_.onCall == nullptr)
+        return;
     inspection_.onCall(watched ? callMade : nullptr, watched ? this : nullptr);
 }
 
@@ -156,15 +162,22 @@ void *Session::operation(std::string_view name) const
 std::string Session::board(uint32_t unit, const std::string &line)
 {
     const auto cliCmdPrase = need(tables_.common->cliCmdPrase, "COMMON 3");
-    const size_t before = lines_.size();
+    std::vector<Line> kept = std::exchange(lines_, {});
+    boardRefused_ = false;
+    watchingBoard_ = true;
+    watchCalls();
     cliCmdPrase(unit, line.c_str());
+    watchingBoard_ = false;
+    watchCalls();
+
     std::string answer;
-    std::erase_if(lines_, [&, i = size_t{0}](const Line &printed) mutable {
-        if (i++ < before || printed.kind != ZRSIM_LINE_CLI)
-            return false;
-        answer += printed.text;
-        return true;
-    });
+    for (Line &printed : std::exchange(lines_, {})) {
+        if (printed.kind == ZRSIM_LINE_CLI)
+            answer += printed.text;
+        else
+            kept.push_back(std::move(printed));
+    }
+    lines_ = std::move(kept);
     return answer;
 }
 
@@ -184,8 +197,9 @@ Result Session::invoke(const Invocation &invocation)
         fmt::print(trace_, "# {}\n", invocation.text);
     lines_.clear();
     calls_.clear();
+    boardRefused_ = false;
     Outcome outcome = command.run(*this, invocation.arguments);
-    return {std::move(outcome), std::exchange(lines_, {}), std::exchange(calls_, {})};
+    return {std::move(outcome), std::exchange(lines_, {}), std::exchange(calls_, {}), boardRefused_};
 }
 
 void Session::fail(const Failure &failure)

@@ -24,6 +24,7 @@ struct Result {
     Outcome outcome;
     std::vector<Line> lines;
     std::vector<std::string> calls; // platform calls, while they are shown; indented by their depth
+    bool boardRefused = false;      // the board's interpreter could not do what it was told
 };
 
 // Library: the library's own calls of the chip SDK and the board. All: every call, also those underneath.
@@ -62,6 +63,8 @@ public:
     void *operation(std::string_view name) const override;
     std::string board(uint32_t unit, const std::string &line) override;
     void release(void *block) override;
+    // Whether the last board() was refused; its answer tells why. Unknown, and false, without inspection.
+    bool boardRefused() const { return boardRefused_; }
 
     // Throws UsageError when the library lacks the command's operation or the command refuses.
     Result invoke(const Invocation &invocation);
@@ -100,6 +103,8 @@ private:
     std::vector<Line> lines_;
     std::vector<std::string> calls_;
     ShownCalls shownCalls_ = ShownCalls::None;
+    bool watchingBoard_ = false;
+    bool boardRefused_ = false;
     std::FILE *trace_ = nullptr;
     std::string dumpFile_;
     bool quit_ = false;
