@@ -198,8 +198,13 @@ Result Session::invoke(const Invocation &invocation)
     lines_.clear();
     calls_.clear();
     boardRefused_ = false;
-    Outcome outcome = command.run(*this, invocation.arguments);
-    return {std::move(outcome), std::exchange(lines_, {}), std::exchange(calls_, {}), boardRefused_};
+    try {
+        Outcome outcome = command.run(*this, invocation.arguments);
+        return {std::move(outcome), std::exchange(lines_, {}), std::exchange(calls_, {}), boardRefused_};
+    } catch (const nlohmann::json::exception &error) {
+        // A JSON argument of another shape than the command reads.
+        throw UsageError{error.what()};
+    }
 }
 
 void Session::fail(const Failure &failure)

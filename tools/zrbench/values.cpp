@@ -139,7 +139,8 @@ std::optional<std::vector<uint32_t>> parseList(std::string_view text, uint32_t m
 
 std::string shown(const json &value)
 {
-    std::string text = value.dump();
+    // Files and terminals may hold what is not UTF-8.
+    std::string text = value.dump(-1, ' ', false, json::error_handler_t::replace);
     constexpr size_t kMost = 60;
     return text.size() <= kMost ? text : text.substr(0, kMost - 3) + "...";
 }
