@@ -19,7 +19,7 @@ check() {
     else
         failed=$((failed + 1))
         echo "FAILED  $name"
-        head -n 40 "$work/log"
+        tail -n 40 "$work/log"
     fi
 }
 
