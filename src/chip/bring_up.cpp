@@ -14,6 +14,15 @@ namespace
 constexpr uint32_t kResetOneChip = 0xFFFFFFFF;
 constexpr uint32_t kTicksAfterReset = 20;
 
+constexpr SdkServices kServices = {
+    .regRead = L2sw_SmiRead,
+    .regWrite = L2sw_SmiWrite,
+    .semCreate = LSWM_SemMCreate,
+    .semTake = LSWM_SemTake,
+    .semGive = LSWM_SemGive,
+    .print = LSWM_CmdCliPrint,
+};
+
 constexpr uint32_t kLedGroups = 3;
 constexpr uint32_t kLedMode = 2;
 constexpr uint32_t kLedBlinkRate = 5;
@@ -38,16 +47,7 @@ uint32_t HAL_CHIP_InitQ9(uint32_t unit)
     }
     PAL_TaskDelay(kTicksAfterReset);
 
-    const SdkServices services = {
-        .regRead = L2sw_SmiRead,
-        .regWrite = L2sw_SmiWrite,
-        .semCreate = LSWM_SemMCreate,
-        .semTake = LSWM_SemTake,
-        .semGive = LSWM_SemGive,
-        .print = LSWM_CmdCliPrint,
-    };
-    l2sw_fun_regist(&services);
-
+    l2sw_fun_regist(&kServices);
     if (ret = l2sw_switch_init(unit); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_CHIP, 0, ret, "Chip Q9 Init");
         return LSW_CHIP_FAILED;

@@ -25,40 +25,43 @@ public:
         set_ = info != nullptr && info->portMap != nullptr ? &info->portMap[set] : nullptr;
     }
 
+    struct End {
+    };
+
     class Iterator
     {
     public:
-        Iterator(const LswmPortSet *set, uint32_t port) : set_(set), port_(port) { skipAbsent(); }
+        explicit Iterator(const LswmPortSet *set) : set_(set), port_(firstFrom(set, 0)) {}
         uint32_t operator*() const { return port_; }
         Iterator &operator++()
         {
-            ++port_;
-            skipAbsent();
+            port_ = firstFrom(set_, port_ + 1);
             return *this;
         }
-        bool operator!=(const Iterator &other) const { return port_ != other.port_; }
+        bool operator!=(End) const { return port_ != LSWM_PORTS; }
 
     private:
-        // Whole words without a port are skipped at once.
-        void skipAbsent()
-        {
-            while (port_ < LSWM_PORTS) {
-                const uint32_t rest = set_->word[port_ / 32] >> (port_ % 32);
-                if (rest != 0) {
-                    port_ += static_cast<uint32_t>(std::countr_zero(rest));
-                    return;
-                }
-                port_ = (port_ / 32 + 1) * 32;
-            }
-        }
         const LswmPortSet *set_;
         uint32_t port_;
     };
 
-    Iterator begin() const { return {set_, set_ != nullptr ? 0U : static_cast<uint32_t>(LSWM_PORTS)}; }
-    Iterator end() const { return {set_, LSWM_PORTS}; }
+    Iterator begin() const { return Iterator(set_); }
+    End end() const { return {}; }
 
 private:
+    // The lowest port from `port` on, or LSWM_PORTS. Whole words without a port are skipped at once.
+    static uint32_t firstFrom(const LswmPortSet *set, uint32_t port)
+    {
+        if (set == nullptr)
+            return LSWM_PORTS;
+        for (; port < LSWM_PORTS; port = (port / 32 + 1) * 32) {
+            const uint32_t rest = set->word[port / 32] >> (port % 32);
+            if (rest != 0)
+                return port + static_cast<uint32_t>(std::countr_zero(rest));
+        }
+        return LSWM_PORTS;
+    }
+
     const LswmPortSet *set_;
 };
 

@@ -9,35 +9,43 @@ namespace
 {
 
 // A text that grows inside a caller's buffer by `text.take(sprintf_s(text.end(), text.room(), ...))`. A
-// piece that does not fit leaves it full: it ends there, and later pieces, shorter ones too, go into a sink
-// that nothing fits into. That keeps a buffer of size 0 out of the bounded print's reach.
+// piece that does not fit ends it: later pieces, shorter ones too, go into a sink that nothing fits into.
+// That keeps a buffer of size 0 out of the bounded print's reach.
 class Text
 {
 public:
-    Text(char *buffer, uint32_t size) : next_(buffer), left_(size) {}
+    Text(char *buffer, uint32_t size) : end_(buffer), room_(size)
+    {
+        if (size == 0)
+            close();
+    }
+    Text(const Text &) = delete;
+    Text &operator=(const Text &) = delete;
 
-    char *end() { return full() ? &sink_ : next_; }
-    size_t room() const { return full() ? sizeof sink_ : left_; }
+    char *end() const { return end_; }
+    size_t room() const { return room_; }
     uint32_t length() const { return length_; }
 
     void take(int written)
     {
-        if (full())
-            return;
         if (written < 0) {
-            left_ = 0;
+            close();
             return;
         }
-        next_ += written;
-        left_ -= static_cast<uint32_t>(written);
+        end_ += written;
+        room_ -= static_cast<uint32_t>(written);
         length_ += static_cast<uint32_t>(written);
     }
 
 private:
-    bool full() const { return left_ == 0; }
+    void close()
+    {
+        end_ = &sink_;
+        room_ = sizeof(sink_);
+    }
 
-    char *next_;
-    uint32_t left_; // characters up to the buffer's end, the terminator's among them; 0: full
+    char *end_;
+    size_t room_; // characters up to the buffer's end, the terminator's among them
     uint32_t length_ = 0;
     char sink_ = 0;
 };
@@ -141,7 +149,8 @@ uint32_t HAL_PORT_GetLinkDownPhyRegZr(uint32_t unit, uint32_t port, char *buffer
 {
     if (buffer == nullptr)
         return LSW_NULL_POINTER;
-    Text text = offset < size ? Text(buffer + offset, size - offset) : Text(buffer, 0);
+    const uint32_t start = offset < size ? offset : size;
+    Text text(buffer + start, size - start);
     text.take(sprintf_s(text.end(), text.room(), "PhyReg 1-10: "));
     for (uint32_t reg = 0; reg <= 10; ++reg) {
         uint16_t value = 0;
