@@ -1,3 +1,4 @@
+// Actions between manager and chip, both ways.
 #include "acl/convert.h"
 
 namespace

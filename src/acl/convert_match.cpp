@@ -1,5 +1,7 @@
+// Match fields, manager to chip.
 #include "acl/convert.h"
 
+#include "frame/memory.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
@@ -11,12 +13,11 @@ namespace
 class FieldNode
 {
 public:
-    explicit FieldNode(uint32_t type) : field_(static_cast<FilterField *>(LSWM_MemAlloc(sizeof(FilterField))))
+    explicit FieldNode(uint32_t type)
+        : field_(static_cast<FilterField *>(zr::allocCleared(sizeof(FilterField))))
     {
-        if (field_ == nullptr)
-            return;
-        memset_s(field_, sizeof(FilterField), 0, sizeof(FilterField));
-        field_->type = type;
+        if (field_ != nullptr)
+            field_->type = type;
     }
     ~FieldNode()
     {
@@ -33,7 +34,7 @@ public:
     // The SDK's status; 0 gives the node away.
     uint32_t chain(uint32_t unit, FilterCfg *cfg)
     {
-        uint32_t ret = l2sw_filter_igrAcl_field_add(unit, cfg, field_);
+        const uint32_t ret = l2sw_filter_igrAcl_field_add(unit, cfg, field_);
         if (ret == 0)
             field_ = nullptr;
         return ret;
@@ -253,7 +254,7 @@ uint32_t HAL_ACL_EmptyMatchHandle(uint32_t unit, FilterCfg *cfg)
 {
     if (cfg->head != nullptr)
         return LSW_OK;
-    constexpr uint8_t kAnyMac[6] = {};
+    static constexpr uint8_t kAnyMac[6] = {};
     return HAL_ACL_ConvertDMacZr(unit, kAnyMac, kAnyMac, cfg);
 }
 

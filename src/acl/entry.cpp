@@ -1,11 +1,11 @@
+// Rules on the chip: adding, reading back, removing.
 #include "acl/acl.h"
+
 #include "acl/convert.h"
 #include "acl/field_chain.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "records/acl_records.h"
-
-// ---- sizing and writing -------------------------------------------------------------------------
 
 namespace
 {
@@ -27,6 +27,8 @@ struct ChipRule {
 
 } // namespace
 
+// ---- adding -------------------------------------------------------------------------------------
+
 uint32_t HAL_ACL_GetEntryCntZr(uint32_t unit, const LswmAclMatch *match, const LswmAclAction *action,
                                uint32_t *count)
 {
@@ -36,7 +38,7 @@ uint32_t HAL_ACL_GetEntryCntZr(uint32_t unit, const LswmAclMatch *match, const L
     if (uint32_t ret = rule.convert(unit, match, action); ret != LSW_OK)
         return ret;
     uint32_t needed = 0;
-    uint32_t ret = l2swFilterIgrAclRuleNumGet(unit, &rule.cfg, &rule.act, &needed);
+    const uint32_t ret = l2swFilterIgrAclRuleNumGet(unit, &rule.cfg, &rule.act, &needed);
     *count = needed;
     return ret != 0 ? LSW_CHIP_FAILED : LSW_OK;
 }

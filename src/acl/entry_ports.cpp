@@ -1,12 +1,17 @@
+// Changing the ports of a rule on the chip.
 #include "acl/acl.h"
+
 #include "acl/convert.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "records/acl_records.h"
 
+namespace
+{
+
 // Gives the ports to every entry of the rule, up to the first that the chip refuses; its status.
-static uint32_t changeEntries(uint32_t (*change)(uint8_t unit, uint32_t id, uint32_t mask), uint32_t unit,
-                              const AclRuleInfoView &rule, uint32_t ports)
+uint32_t changeEntries(uint32_t (*change)(uint8_t unit, uint32_t id, uint32_t mask), uint32_t unit,
+                       const AclRuleInfoView &rule, uint32_t ports)
 {
     const uint32_t mask = ports & ZR_ACL_CHIP_PORTS;
     for (uint32_t i = 0; i < rule.count; ++i)
@@ -14,6 +19,8 @@ static uint32_t changeEntries(uint32_t (*change)(uint8_t unit, uint32_t id, uint
             return ret;
     return LSW_OK;
 }
+
+} // namespace
 
 uint32_t HAL_ACL_ModifyEntryBitmapZr(uint32_t unit, uint32_t firstChipId, const uint32_t *ports)
 {
@@ -24,7 +31,7 @@ uint32_t HAL_ACL_ModifyEntryBitmapZr(uint32_t unit, uint32_t firstChipId, const 
         LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR GetRuleInfoFromChipId failed");
         return ret;
     }
-    uint32_t ret = changeEntries(l2sw_filter_igrAcl_entry_modifybitmap, unit, rule, ports[0]);
+    const uint32_t ret = changeEntries(l2sw_filter_igrAcl_entry_modifybitmap, unit, rule, ports[0]);
     if (ret != 0)
         LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR modify entry portmap failed");
     return ret;
@@ -39,7 +46,7 @@ uint32_t HAL_ACL_AddEntryBitmapZr(uint32_t unit, uint32_t firstChipId, const uin
         LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR add entry get entryCount failed");
         return ret;
     }
-    uint32_t ret = changeEntries(l2sw_filter_igrAcl_entry_addbitmap, unit, rule, ports[0]);
+    const uint32_t ret = changeEntries(l2sw_filter_igrAcl_entry_addbitmap, unit, rule, ports[0]);
     if (ret != 0)
         LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR add entry portmap failed");
     return ret;
@@ -54,7 +61,7 @@ uint32_t HAL_ACL_RemoveEntryBitmapZr(uint32_t unit, uint32_t firstChipId, const 
         LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR remove entry get entryCount failed");
         return ret;
     }
-    uint32_t ret = changeEntries(l2sw_filter_igrAcl_entry_removebitmap, unit, rule, ports[0]);
+    const uint32_t ret = changeEntries(l2sw_filter_igrAcl_entry_removebitmap, unit, rule, ports[0]);
     if (ret != 0)
         LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR remove entry portmap failed");
     return ret;

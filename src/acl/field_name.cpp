@@ -1,3 +1,4 @@
+// Names of the raw fields.
 #include "acl/convert.h"
 
 #include "platform/bounded.h"
@@ -7,7 +8,7 @@ namespace
 {
 
 constexpr struct {
-    uint32_t rawId;
+    uint8_t rawId;
     char name[20];
 } kFieldNames[] = {
     {1, "DMAC(15-0)"},

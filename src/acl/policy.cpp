@@ -1,4 +1,7 @@
+// Default policies of LAN and WAN ports.
 #include "acl/acl.h"
+
+#include "frame/port_set.h"
 #include "platform/manager.h"
 #include "records/acl_records.h"
 
@@ -25,7 +28,7 @@ struct Policy {
 constexpr uint32_t kFromUdpPort = LSWM_MATCH_IP_PROTOCOL | LSWM_MATCH_L4_SRC_PORT;
 constexpr uint32_t kToUdpPort = LSWM_MATCH_IP_PROTOCOL | LSWM_MATCH_L4_DST_PORT;
 
-enum { POLICY_ARP, POLICY_NTP, POLICY_DHCP_REQ, POLICY_DHCP_REP, POLICY_COAP };
+enum { kArp, kNtp, kDhcpRequest, kDhcpReply, kCoap };
 constexpr Policy kPolicies[] = {
     {LSWM_MATCH_ETHER_TYPE, 0x0806, 0, 0, 3}, // ARP
     {kFromUdpPort, 0, 123, 0, 5},             // NTP answers
@@ -83,7 +86,7 @@ uint32_t updatePolicies(uint32_t (*change)(uint32_t unit, uint32_t firstChipId, 
     if (unit >= LSWM_UNITS || port >= LSWM_PORTS)
         return LSW_INVALID_ARGUMENT;
     LswmPortSet ports{};
-    ports.word[port / 32] = uint32_t{1} << (port % 32);
+    ports.word[port / 32] = zr::portBit(port);
 
     const AclLanWanPolicy &list = g_AclLanWanPolicy[unit];
     for (uint32_t i = 0; i < list.ruleNum; ++i) {
@@ -100,27 +103,27 @@ uint32_t updatePolicies(uint32_t (*change)(uint32_t unit, uint32_t firstChipId, 
 
 uint32_t ZR_ACL_InitLanWanARPPolicy(uint32_t unit)
 {
-    return install(unit, kPolicies[POLICY_ARP]);
+    return install(unit, kPolicies[kArp]);
 }
 
 uint32_t ZR_ACL_InitLanWanNtpPolicy(uint32_t unit)
 {
-    return install(unit, kPolicies[POLICY_NTP]);
+    return install(unit, kPolicies[kNtp]);
 }
 
 uint32_t ZR_ACL_InitLanWanDhcpReqPolicy(uint32_t unit)
 {
-    return install(unit, kPolicies[POLICY_DHCP_REQ]);
+    return install(unit, kPolicies[kDhcpRequest]);
 }
 
 uint32_t ZR_ACL_InitLanWanDhcpRepPolicy(uint32_t unit)
 {
-    return install(unit, kPolicies[POLICY_DHCP_REP]);
+    return install(unit, kPolicies[kDhcpReply]);
 }
 
 uint32_t ZR_ACL_InitLanWanCoapPolicy(uint32_t unit)
 {
-    return install(unit, kPolicies[POLICY_COAP]);
+    return install(unit, kPolicies[kCoap]);
 }
 
 uint32_t ZR_ACL_InitLanWanDefualtPolicy(uint32_t unit)

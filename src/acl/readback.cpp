@@ -1,3 +1,4 @@
+// Match fields, chip to manager.
 #include "acl/convert.h"
 
 namespace

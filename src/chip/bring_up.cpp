@@ -1,3 +1,4 @@
+// Bringing a unit into service.
 #include "chip/chip.h"
 
 #include "chip/rgmii.h"

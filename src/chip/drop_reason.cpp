@@ -1,5 +1,6 @@
 #include "chip/chip.h"
 
+#include "frame/memory.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
@@ -20,10 +21,7 @@ constexpr uint32_t kTextSize = 256;
 
 char *allocText()
 {
-    void *block = LSWM_MemAlloc(kTextSize);
-    if (block != nullptr)
-        memset_s(block, kTextSize, 0, kTextSize);
-    return static_cast<char *>(block);
+    return static_cast<char *>(zr::allocCleared(kTextSize));
 }
 
 } // namespace

@@ -48,7 +48,7 @@ struct Speed {
 // One delay at the chip's speed. Slower silicon rounds up.
 uint32_t scaledDelay(uint32_t baseDelay, const Speed &speed, int32_t divisor)
 {
-    const int32_t delay = static_cast<int32_t>(baseDelay);
+    const auto delay = static_cast<int32_t>(baseDelay);
     const int32_t roundUp = speed.level > kNormalLevel ? divisor - 1 : 0;
     const int32_t scaled = (delay * static_cast<int32_t>(speed.multiplier) + roundUp) / divisor;
     return static_cast<uint32_t>(scaled + kCorrection[speed.level][Trans2ParamPath(delay)]);
@@ -103,7 +103,7 @@ uint32_t L2sw_RGMIIParamInit(uint32_t unit)
             rgmii1);
     }
 
-    const uint8_t sdkUnit = static_cast<uint8_t>(unit);
+    const auto sdkUnit = static_cast<uint8_t>(unit);
     l2sw_setAsicReg(sdkUnit, zr::kRegRgmii1Param, rgmii1);
     l2sw_setAsicReg(sdkUnit, zr::kRegRgmii2Param, rgmii2);
     l2sw_setAsicReg(sdkUnit, kRegUnitSetting, kUnitSettings[unit].reg3EE0);

@@ -14,6 +14,13 @@ inline const LswmUnitInfo *unitInfo(uint32_t unit)
     return unit < LSWM_UNITS ? &g_lswmInfo[unit] : nullptr;
 }
 
+// A port's bit in a one-word map, or in its word of a set. A map has no bits of its own for ports 32 and
+// above, which no chip of the family has: they share those of ports 0 to 31.
+constexpr uint32_t portBit(uint32_t port)
+{
+    return 1U << (port % 32);
+}
+
 // The ports of a set in ascending order, 0 to 127: `for (uint32_t port : PortSet(unit, LSWM_SET_VALID))`.
 // A unit without record or port map has no ports.
 class PortSet

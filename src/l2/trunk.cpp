@@ -51,7 +51,7 @@ uint32_t HAL_TRUNK_AddMemberZr(uint32_t unit, uint32_t trunk, uint32_t port)
 uint32_t ZR_TRUNK_AddMember(uint32_t unit, uint32_t port, uint32_t trunk)
 {
     const uint32_t ret = HAL_TRUNK_AddMemberZr(unit, trunk, port);
-    if (ret != 0)
+    if (ret != LSW_OK)
         LSWM_ConfigFailPrint(LSW_MODULE_TRUNK, 0, ret,
                              "HAL TRUNK AddMember Zr ret = %u, unitId = %u, portId = %u, trunkId = %u", ret,
                              unit, port, trunk);
@@ -87,7 +87,7 @@ uint32_t HAL_TRUNK_DelMemberZr(uint32_t unit, uint32_t trunk, uint32_t port)
 uint32_t ZR_TRUNK_DelMember(uint32_t unit, uint32_t port, uint32_t trunk)
 {
     const uint32_t ret = HAL_TRUNK_DelMemberZr(unit, trunk, port);
-    if (ret != 0)
+    if (ret != LSW_OK)
         LSWM_ConfigFailPrint(LSW_MODULE_TRUNK, 0, ret,
                              "HAL TRUNK DelMember Zr ret = %u, unitId = %u, portId = %u, trunkId = %u", ret,
                              unit, port, trunk);
@@ -112,7 +112,7 @@ uint32_t HAL_TRUNK_GetMemberZr(uint32_t unit, uint32_t trunk, uint32_t *memberMa
 uint32_t ZR_TRUNK_GetMember(uint32_t unit, uint32_t logicTrunkId, uint32_t *memberMask)
 {
     uint32_t trunk = 0;
-    if (uint32_t ret = COM_TRUNK_LogicidToChipid(unit, logicTrunkId, &trunk); ret != 0) {
+    if (uint32_t ret = COM_TRUNK_LogicidToChipid(unit, logicTrunkId, &trunk); ret != LSW_OK) {
         LSWM_ConfigFailPrint(
             LSW_MODULE_TRUNK, 0, ret,
             "ZR get member (logicTrunkId to trunkId failed)ret = %d unit =%u logicTrunkId =%u.",
@@ -120,7 +120,7 @@ uint32_t ZR_TRUNK_GetMember(uint32_t unit, uint32_t logicTrunkId, uint32_t *memb
         return LSW_CHIP_FAILED;
     }
     const uint32_t ret = HAL_TRUNK_GetMemberZr(unit, trunk, memberMask);
-    if (ret != 0)
+    if (ret != LSW_OK)
         LSWM_ConfigFailPrint(LSW_MODULE_TRUNK, 0, ret,
                              "HAL TRUNK GetMember Zr ret = %u, unitId = %u, trunkId = %u", ret, unit,
                              logicTrunkId);
@@ -130,7 +130,7 @@ uint32_t ZR_TRUNK_GetMember(uint32_t unit, uint32_t logicTrunkId, uint32_t *memb
 uint32_t ZR_TRUNK_Create(uint32_t unit, uint32_t logicTrunkId)
 {
     const uint32_t ret = COM_TRUNK_SetMeterInfo(unit, logicTrunkId, 0);
-    if (ret != 0)
+    if (ret != LSW_OK)
         LSWM_ConfigFailPrint(LSW_MODULE_TRUNK, 0, ret,
                              "TRUNK ZR create fail ret = %u, unitId = %u, trunkId = %u", ret, unit,
                              logicTrunkId);
@@ -143,7 +143,7 @@ uint32_t ZR_TRUNK_Delete(uint32_t unit, uint32_t logicTrunkId)
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
     uint32_t trunk = 0;
-    if (uint32_t ret = COM_TRUNK_LogicidToChipid(unit, logicTrunkId, &trunk); ret != 0) {
+    if (uint32_t ret = COM_TRUNK_LogicidToChipid(unit, logicTrunkId, &trunk); ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_TRUNK, 0, ret, "TRUNK ZR del fail ret = %u, unitId = %u, trunkId = %u",
                              ret, unit, logicTrunkId);
         return ret;
@@ -186,12 +186,12 @@ uint32_t HAL_TRUNK_InitHashSelectZr(uint32_t unit)
 
 uint32_t ZR_TRUNK_InitMode(uint32_t unit)
 {
-    if (uint32_t ret = HAL_TRUNK_InitHashModeZr(unit); ret != 0) {
+    if (uint32_t ret = HAL_TRUNK_InitHashModeZr(unit); ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "HAL TRUNK InitHashMode Zr ret = %u, unitId = %u", ret,
                              unit);
         return ret;
     }
-    if (uint32_t ret = HAL_TRUNK_InitHashSelectZr(unit); ret != 0) {
+    if (uint32_t ret = HAL_TRUNK_InitHashSelectZr(unit); ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "HAL TRUNK InitHashSelect Zr ret = %u, unitId = %u", ret,
                              unit);
         return ret;

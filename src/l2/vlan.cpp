@@ -32,11 +32,11 @@ uint32_t ZR_VLAN_Init(uint32_t unit)
     const LswmUnitInfo *info = zr::unitInfo(unit);
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
-    if (uint32_t ret = HAL_VLAN_InitZr(unit); ret != 0) {
+    if (uint32_t ret = HAL_VLAN_InitZr(unit); ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "HAL VLAN InitZr unitId = %u", unit);
         return ret;
     }
-    if (uint32_t ret = HAL_VLAN_UntagDscpPriorityEnableZr(unit, 1); ret != 0)
+    if (uint32_t ret = HAL_VLAN_UntagDscpPriorityEnableZr(unit, 1); ret != LSW_OK)
         return ret;
 
     for (uint32_t port : zr::PortSet(unit, LSWM_SET_VALID)) {
@@ -45,7 +45,7 @@ uint32_t ZR_VLAN_Init(uint32_t unit)
             continue;
         }
         // The chip comes up with every port in its default VLAN.
-        if (uint32_t ret = ZR_VLAN_DelMember(unit, port, 1); ret != 0) {
+        if (uint32_t ret = ZR_VLAN_DelMember(unit, port, 1); ret != LSW_OK) {
             LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "Zr vlan init del mrt failed.=(unit:%u, port:%u).",
                                  unit, port);
             return ret;
@@ -58,7 +58,7 @@ uint32_t ZR_VLAN_Init(uint32_t unit)
 uint32_t HAL_VLAN_CreateZr(uint32_t unit, uint32_t vlan)
 {
     VlanCfg cfg;
-    memset_s(&cfg, sizeof cfg, 0, sizeof cfg);
+    memset_s(&cfg, sizeof(cfg), 0, sizeof(cfg));
     cfg.independentLearning = 1;
     if (uint32_t ret = l2sw_vlan_set(unit, vlan, &cfg); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "Zr vlan create failed (unit:%u, vlan:%u, retVal:0x%x).",
@@ -72,12 +72,12 @@ uint32_t ZR_VLAN_Create(uint32_t unit, uint32_t vlan)
 {
     if (zr::unitInfo(unit) == nullptr)
         return LSW_INVALID_ARGUMENT;
-    if (uint32_t ret = HAL_VLAN_CreateZr(unit, vlan); ret != 0) {
+    if (uint32_t ret = HAL_VLAN_CreateZr(unit, vlan); ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "Zr vlan create failed.(unit:%u, vlan:%u).", unit, vlan);
         return ret;
     }
     for (uint32_t port : zr::PortSet(unit, LSWM_SET_CASCADE)) {
-        if (uint32_t ret = ZR_VLAN_AddMember(unit, port, vlan, 0); ret != 0) {
+        if (uint32_t ret = ZR_VLAN_AddMember(unit, port, vlan, 0); ret != LSW_OK) {
             LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret,
                                  "Zr vlan add cascade port failed. (unit:%u, port:%u, vlanId:%u)", unit, port,
                                  vlan);
@@ -103,14 +103,14 @@ uint32_t ZR_VLAN_Delete(uint32_t unit, uint32_t vlan)
     if (zr::unitInfo(unit) == nullptr)
         return LSW_INVALID_ARGUMENT;
     for (uint32_t port : zr::PortSet(unit, LSWM_SET_CASCADE)) {
-        if (uint32_t ret = ZR_VLAN_DelMember(unit, port, vlan); ret != 0) {
+        if (uint32_t ret = ZR_VLAN_DelMember(unit, port, vlan); ret != LSW_OK) {
             LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret,
                                  "Zr vlan del cascade port failed. (unit:%u, port:%u, vlanId:%u)", unit, port,
                                  vlan);
             return ret;
         }
     }
-    if (uint32_t ret = HAL_VLAN_DestroyZr(unit, vlan); ret != 0) {
+    if (uint32_t ret = HAL_VLAN_DestroyZr(unit, vlan); ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "Zr vlan destroy failed.(unit:%u, vlan:%u).", unit, vlan);
         return ret;
     }

@@ -1,33 +1,25 @@
 // Members of a VLAN: the VLAN table and the member-configuration table, kept in step.
-#include "frame/trace.h"
 #include "l2/vlan.h"
+
+#include "frame/port_set.h"
+#include "frame/trace.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
-namespace
-{
-
-constexpr uint32_t portBit(uint32_t port)
-{
-    return 1U << (port % 32);
-}
-
-} // namespace
-
 uint32_t HAL_VLAN_AddMemberZr(uint32_t unit, uint32_t port, uint32_t vlan, uint32_t untag)
 {
     VlanCfg cfg;
-    memset_s(&cfg, sizeof cfg, 0, sizeof cfg);
+    memset_s(&cfg, sizeof(cfg), 0, sizeof(cfg));
     if (uint32_t ret = l2sw_vlan_get(unit, vlan, &cfg); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret,
                              "Zr add vlan member failed (unit:%u, port:%u, vlan:%u, retVal:0x%x).", unit, port,
                              vlan, ret);
         return LSW_CHIP_FAILED;
     }
-    cfg.memberMask |= portBit(port);
+    cfg.memberMask |= zr::portBit(port);
     if (untag != 0)
-        cfg.untagMask |= portBit(port);
+        cfg.untagMask |= zr::portBit(port);
     if (uint32_t ret = l2sw_vlan_set(unit, vlan, &cfg); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret,
                              "Zr mbr create failed (unit:%u, port:%u, vlan:%u, retVal:0x%x).", unit, port, vlan,
@@ -57,14 +49,14 @@ uint32_t HAL_VLAN_CreateMbrIdxZr(uint32_t unit, uint32_t vlan, uint32_t *index)
 uint32_t HAL_VLAN_AddMbrTabZr(uint32_t unit, uint32_t port, uint32_t vlan)
 {
     VlanMbrCfg cfg;
-    memset_s(&cfg, sizeof cfg, 0, sizeof cfg);
+    memset_s(&cfg, sizeof(cfg), 0, sizeof(cfg));
     uint32_t index = 0;
-    if (HAL_VLAN_CreateMbrIdxZr(unit, vlan, &index) != 0)
+    if (HAL_VLAN_CreateMbrIdxZr(unit, vlan, &index) != LSW_OK)
         return LSW_CHIP_FAILED;
     // An index that was just taken may have nothing to read: the configuration then starts empty.
     l2sw_vlan_mbrCfg_get(unit, index, &cfg);
     cfg.vlan = static_cast<uint16_t>(vlan);
-    cfg.memberMask |= portBit(port);
+    cfg.memberMask |= zr::portBit(port);
     if (uint32_t ret = l2sw_vlan_mbrCfg_set(unit, index, &cfg); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret,
                              "Zr mbr create failed (unit:%u, port:%u, vlan:%u, retVal:0x%x).", unit, port, vlan,
@@ -76,14 +68,14 @@ uint32_t HAL_VLAN_AddMbrTabZr(uint32_t unit, uint32_t port, uint32_t vlan)
 
 uint32_t ZR_VLAN_AddMember(uint32_t unit, uint32_t port, uint32_t vlan, uint32_t untag)
 {
-    if (uint32_t ret = HAL_VLAN_AddMemberZr(unit, port, vlan, untag); ret != 0) {
+    if (uint32_t ret = HAL_VLAN_AddMemberZr(unit, port, vlan, untag); ret != LSW_OK) {
         if (zr::traceOn(LSW_TRACE_DETAIL))
             LSWM_DebugInfoPrint(LSW_MODULE_VLAN, 0,
                                 "Zr add vlan member failed(unit:%u, port:%u, vlan:%u, untag:%u)", unit, port,
                                 vlan, untag);
         return ret;
     }
-    if (uint32_t ret = HAL_VLAN_AddMbrTabZr(unit, port, vlan); ret != 0) {
+    if (uint32_t ret = HAL_VLAN_AddMbrTabZr(unit, port, vlan); ret != LSW_OK) {
         if (zr::traceOn(LSW_TRACE_DETAIL))
             LSWM_DebugInfoPrint(LSW_MODULE_VLAN, 0, "Zr add vlan mbr failed(unit:%u, port:%u, vlan:%u)", unit,
                                 port, vlan);
@@ -97,7 +89,7 @@ uint32_t ZR_VLAN_AddMultiMember(uint32_t unit, uint32_t vlan, const uint32_t *po
     if (ports == nullptr || untags == nullptr)
         return LSW_NULL_POINTER;
     for (uint32_t i = 0; i < ZR_VLAN_LIST_PORTS && ports[i] != ZR_VLAN_LIST_END; ++i) {
-        if (uint32_t ret = ZR_VLAN_AddMember(unit, ports[i], vlan, untags[i]); ret != 0) {
+        if (uint32_t ret = ZR_VLAN_AddMember(unit, ports[i], vlan, untags[i]); ret != LSW_OK) {
             if (zr::traceOn(LSW_TRACE_DETAIL))
                 LSWM_DebugInfoPrint(LSW_MODULE_VLAN, 0,
                                     "Zr add multi member failed.(unit:%u, vlan:%u, port:%u)", unit, vlan,
@@ -122,7 +114,7 @@ uint32_t HAL_VLAN_DelMbrTabZr(uint32_t unit, uint32_t port, uint32_t vlan)
                              unit, index, ret);
         return LSW_CHIP_FAILED;
     }
-    cfg.memberMask &= ~portBit(port);
+    cfg.memberMask &= ~zr::portBit(port);
     if (uint32_t ret = l2sw_vlan_mbrCfg_set(unit, index, &cfg); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret,
                              "Zr del mbr member failed (unit:%u, vlan:%u, retVal:0x%x).", unit, vlan, ret);
@@ -134,15 +126,15 @@ uint32_t HAL_VLAN_DelMbrTabZr(uint32_t unit, uint32_t port, uint32_t vlan)
 uint32_t HAL_VLAN_DelMemberZr(uint32_t unit, uint32_t port, uint32_t vlan)
 {
     VlanCfg cfg;
-    memset_s(&cfg, sizeof cfg, 0, sizeof cfg);
+    memset_s(&cfg, sizeof(cfg), 0, sizeof(cfg));
     if (uint32_t ret = l2sw_vlan_get(unit, vlan, &cfg); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret,
                              "Zr del vlan member failed (unit:%u, port:%u, vlan:%u, retVal:0x%x).", unit, port,
                              vlan, ret);
         return LSW_CHIP_FAILED;
     }
-    cfg.memberMask &= ~portBit(port);
-    cfg.untagMask &= ~portBit(port);
+    cfg.memberMask &= ~zr::portBit(port);
+    cfg.untagMask &= ~zr::portBit(port);
     if (uint32_t ret = l2sw_vlan_set(unit, vlan, &cfg); ret != 0) {
         LSWM_ConfigFailPrint(
             LSW_MODULE_VLAN, 0, ret,
@@ -156,10 +148,10 @@ uint32_t HAL_VLAN_DelMemberZr(uint32_t unit, uint32_t port, uint32_t vlan)
 uint32_t ZR_VLAN_DelMember(uint32_t unit, uint32_t port, uint32_t vlan)
 {
     // A VLAN that never had a member has no member configuration; its VLAN table entry counts.
-    if (HAL_VLAN_DelMbrTabZr(unit, port, vlan) != 0 && zr::traceOn(LSW_TRACE_DETAIL))
+    if (HAL_VLAN_DelMbrTabZr(unit, port, vlan) != LSW_OK && zr::traceOn(LSW_TRACE_DETAIL))
         LSWM_DebugInfoPrint(LSW_MODULE_VLAN, 0, "Zr vlan del mrt table failed(unit:%u, port:%u, vlan:%u).",
                             unit, port, vlan);
-    if (uint32_t ret = HAL_VLAN_DelMemberZr(unit, port, vlan); ret != 0) {
+    if (uint32_t ret = HAL_VLAN_DelMemberZr(unit, port, vlan); ret != LSW_OK) {
         if (zr::traceOn(LSW_TRACE_DETAIL))
             LSWM_DebugInfoPrint(LSW_MODULE_VLAN, 0, "Zr vlan del member failed (unit:%u, port:%u, vlan:%u).",
                                 unit, port, vlan);

@@ -1,5 +1,6 @@
 // VLAN settings of a port: PVID, ingress filter, egress tag mode.
 #include "l2/vlan.h"
+
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 

@@ -1,8 +1,11 @@
+// State and registers of a port, and what the chip tells of itself.
+#include "port/port_diag.h"
+
 #include "frame/port_set.h"
 #include "platform/chip_sdk.h"
+#include "platform/manager.h"
 #include "port/phy.h"
 #include "port/port.h"
-#include "port/port_diag.h"
 
 namespace
 {
@@ -47,8 +50,8 @@ uint32_t HAL_PORT_PortDebugInfoGetZr(uint32_t unit, uint32_t port, PortDebugInfo
     markUnreadable(HAL_PHY_GetDuplexZr(unit, port, &info->duplex), info->duplex);
     markUnreadable(HAL_PORT_GetMdixModeZr(unit, port, &info->mdixCfg), info->mdixCfg);
     markUnreadable(HAL_PHY_GetAutonegEnableZr(unit, port, &info->autoneg), info->autoneg);
-    (void)HAL_PORT_GetAutonegAbilityZr(unit, port, &info->localAbility);
-    (void)HAL_PORT_GetAutonegRemoteAbilityZr(unit, port, &info->remoteAbility);
+    HAL_PORT_GetAutonegAbilityZr(unit, port, &info->localAbility);
+    HAL_PORT_GetAutonegRemoteAbilityZr(unit, port, &info->remoteAbility);
     return LSW_OK;
 }
 

@@ -1,9 +1,11 @@
+// Diagnostic texts.
+#include "port/port_diag.h"
+
 #include "chip/fs_level.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "port/port.h"
-#include "port/port_diag.h"
 
 namespace
 {
@@ -58,7 +60,7 @@ void dumpRegisters(uint32_t unit, uint32_t port, Text &text)
     for (uint32_t reg = 0; reg < 32; reg += 4) {
         uint32_t row[4];
         for (uint32_t i = 0; i < 4; ++i) {
-            (void)l2sw_port_phyReg_get(unit, port, reg + i, &value);
+            l2sw_port_phyReg_get(unit, port, reg + i, &value);
             row[i] = value;
         }
         text.take(sprintf_s(text.end(), text.room(),
@@ -86,7 +88,7 @@ uint32_t dumpState(uint32_t unit, uint32_t port, Text &text)
         return ret;
     }
     uint32_t fsData = 0;
-    (void)l2sw_switch_ahb_read(unit, zr::kFsDataAddress, &fsData);
+    l2sw_switch_ahb_read(unit, zr::kFsDataAddress, &fsData);
 
     text.take(sprintf_s(text.end(), text.room(), "\r\n-----------debug info unit %u port %u--------------\r\n",
                         unit, port));
@@ -140,7 +142,7 @@ uint32_t HAL_PORT_GetDebugInfoZr(uint32_t unit, uint32_t port, char *buffer, uin
         return LSW_NULL_POINTER;
     Text text(buffer, size);
     dumpRegisters(unit, port, text);
-    (void)dumpState(unit, port, text);
+    dumpState(unit, port, text);
     return LSW_OK;
 }
 
@@ -154,7 +156,7 @@ uint32_t HAL_PORT_GetLinkDownPhyRegZr(uint32_t unit, uint32_t port, char *buffer
     text.take(sprintf_s(text.end(), text.room(), "PhyReg 1-10: "));
     for (uint32_t reg = 0; reg <= 10; ++reg) {
         uint16_t value = 0;
-        if (uint32_t ret = HAL_PORT_RegReadZr(unit, port, reg, &value); ret != 0)
+        if (uint32_t ret = HAL_PORT_RegReadZr(unit, port, reg, &value); ret != LSW_OK)
             return ret;
         text.take(sprintf_s(text.end(), text.room(), "0x%02x:0x%04x ", reg, value));
     }

@@ -2,18 +2,8 @@
 
 #include "frame/port_set.h"
 #include "platform/chip_sdk.h"
+#include "platform/manager.h"
 #include "port/port.h"
-
-namespace
-{
-
-// Maps are one word: ports 32 and above, which this chip does not have, share the bits of ports 0 to 31.
-uint32_t portBit(uint32_t port)
-{
-    return 1U << (port % 32);
-}
-
-} // namespace
 
 uint32_t HAL_PORT_GetIsolateMapZr(uint32_t unit, uint32_t port, uint32_t *permitMap)
 {
@@ -49,10 +39,10 @@ uint32_t ZR_PORT_GetIsolateMap(uint32_t unit, uint32_t port, uint32_t *isolateMa
     if (isolateMap == nullptr)
         return LSW_NULL_POINTER;
     uint32_t permitMap = 0;
-    if (uint32_t ret = HAL_PORT_GetIsolateMapZr(unit, port, &permitMap); ret != 0)
+    if (uint32_t ret = HAL_PORT_GetIsolateMapZr(unit, port, &permitMap); ret != LSW_OK)
         return ret;
     uint32_t validMap = 0;
-    if (uint32_t ret = HAL_PORT_GetValidPortMapZr(unit, &validMap); ret != 0)
+    if (uint32_t ret = HAL_PORT_GetValidPortMapZr(unit, &validMap); ret != LSW_OK)
         return ret;
     *isolateMap = validMap & ~permitMap;
     return LSW_OK;
@@ -63,11 +53,11 @@ uint32_t ZR_PORT_SetIsolate(uint32_t unit, uint32_t port, const uint32_t *portMa
     if (portMap == nullptr)
         return LSW_NULL_POINTER;
     uint32_t permitMap = 0;
-    if (uint32_t ret = HAL_PORT_GetIsolateMapZr(unit, port, &permitMap); ret != 0)
+    if (uint32_t ret = HAL_PORT_GetIsolateMapZr(unit, port, &permitMap); ret != LSW_OK)
         return ret;
     if (isolate == 1) {
         uint32_t validMap = 0;
-        if (uint32_t ret = HAL_PORT_GetValidPortMapZr(unit, &validMap); ret != 0)
+        if (uint32_t ret = HAL_PORT_GetValidPortMapZr(unit, &validMap); ret != LSW_OK)
             return ret;
         permitMap &= validMap & ~*portMap;
     } else {
@@ -82,15 +72,15 @@ uint32_t ZR_PORT_SetAllIsolate(uint32_t unit, uint32_t isolate)
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
     uint32_t validMap = 0;
-    if (uint32_t ret = HAL_PORT_GetValidPortMapZr(unit, &validMap); ret != 0)
+    if (uint32_t ret = HAL_PORT_GetValidPortMapZr(unit, &validMap); ret != LSW_OK)
         return ret;
     // A port never loses the way to itself and to the reserved port.
-    const uint32_t othersMap = validMap & ~portBit(info->reservedPort);
+    const uint32_t othersMap = validMap & ~zr::portBit(info->reservedPort);
     for (uint32_t port : zr::PortSet(unit, LSWM_SET_VALID)) {
         if (port == info->reservedPort)
             continue;
-        const uint32_t portMap = othersMap & ~portBit(port);
-        if (uint32_t ret = ZR_PORT_SetIsolate(unit, port, &portMap, isolate); ret != 0) {
+        const uint32_t portMap = othersMap & ~zr::portBit(port);
+        if (uint32_t ret = ZR_PORT_SetIsolate(unit, port, &portMap, isolate); ret != LSW_OK) {
             LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
                                  "ZR port set isolate failed, ret = %u, unit = %u, portId = %u", ret, unit,
                                  port);

@@ -1,7 +1,8 @@
 // Loopback of a port: inside the MAC, inside the PHY (PCS), or back to the link partner (remote).
+#include "port/port.h"
+
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
-#include "port/port.h"
 
 namespace
 {

@@ -1,5 +1,6 @@
 // Speed, duplex and auto-negotiation of a port.
 #include "port/phy.h"
+
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "port/port.h"

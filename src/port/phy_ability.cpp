@@ -1,8 +1,9 @@
 // Link abilities: what a port advertises and what its link partner advertised.
+#include "port/port.h"
+
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
-#include "port/port.h"
 
 namespace
 {
@@ -53,7 +54,7 @@ uint32_t HAL_PORT_GetAutonegAbilityZr(uint32_t unit, uint32_t port, LswmPortAbil
                              port);
         return LSW_NULL_POINTER;
     }
-    memset_s(ability, sizeof *ability, 0, sizeof *ability);
+    memset_s(ability, sizeof(*ability), 0, sizeof(*ability));
     SdkPortAbility advertised{};
     if (uint32_t ret = l2sw_port_phyAutoNegoAbility_get(unit, port, &advertised); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "get auto neg ability failed (unit = %u, port = %u).",
@@ -94,7 +95,7 @@ uint32_t HAL_PORT_GetAutonegRemoteAbilityZr(uint32_t unit, uint32_t port, LswmPo
                              port);
         return LSW_NULL_POINTER;
     }
-    memset_s(ability, sizeof *ability, 0, sizeof *ability);
+    memset_s(ability, sizeof(*ability), 0, sizeof(*ability));
     uint32_t value[kPartnerRegs] = {};
     for (uint32_t reg = 0; reg < kPartnerRegs; ++reg) {
         if (uint32_t ret = l2sw_port_phyReg_get(unit, port, kPartnerReg[reg], &value[reg]); ret != 0) {

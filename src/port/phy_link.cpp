@@ -1,7 +1,8 @@
 // Link state of a port.
+#include "port/phy.h"
+
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
-#include "port/phy.h"
 #include "port/port.h"
 
 namespace
@@ -14,7 +15,7 @@ constexpr uint32_t kPhyStatusLinkBit = 2;
 
 uint32_t ZR_PORT_GetLinkStatus(uint32_t unit, uint32_t port, uint32_t *link)
 {
-    uint32_t ret = HAL_PHY_GetLinkstatusZr(unit, port, link);
+    const uint32_t ret = HAL_PHY_GetLinkstatusZr(unit, port, link);
     if (ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
                              "ZR PHY GetLinkstatusZr ret = %u, unitId = %u, portId = %u", ret, unit, port);

@@ -1,9 +1,10 @@
 // Port start-up, frame size, CPU port, port map and port enable.
+#include "port/port.h"
+
 #include "frame/port_set.h"
 #include "l2/trunk.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
-#include "port/port.h"
 
 namespace
 {
@@ -58,7 +59,7 @@ uint32_t HAL_PORT_KhInitZr(uint32_t unit)
 
 uint32_t ZR_PORT_SetMaxFrame(uint32_t unit, uint32_t maxFrameSize)
 {
-    uint32_t ret = HAL_PORT_SetMaxFrameZr(unit, maxFrameSize);
+    const uint32_t ret = HAL_PORT_SetMaxFrameZr(unit, maxFrameSize);
     if (ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
                              "HAL PORT SetMaxFrame Zr unitId = %u, ret = %u, maxFrameSize = %u", unit, ret,
@@ -78,7 +79,7 @@ uint32_t HAL_PORT_SetMaxFrameZr(uint32_t unit, uint32_t maxFrameSize)
 
 uint32_t ZR_PORT_GetMaxFrame(uint32_t unit, uint32_t *maxFrameSize)
 {
-    uint32_t ret = HAL_PORT_GetMaxFrameZr(unit, maxFrameSize);
+    const uint32_t ret = HAL_PORT_GetMaxFrameZr(unit, maxFrameSize);
     if (ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "HAL PORT GetMaxFrame Zr unitId = %u, ret = %u", unit,
                              ret);

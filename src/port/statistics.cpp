@@ -1,7 +1,9 @@
+// Traffic counters and the accumulated odrop count.
+#include "port/port_stat.h"
+
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "port/port.h"
-#include "port/port_stat.h"
 
 namespace
 {

@@ -5,6 +5,18 @@
 #include "records/acl_records.h"
 #include "records/meter_records.h"
 
+namespace
+{
+
+// 2.4 times, in integers: 12/5 in 64 bits loses nothing of a 32-bit bucket.
+uint32_t chipBucketOf(uint32_t managerBucket)
+{
+    const uint64_t chipBucket = static_cast<uint64_t>(managerBucket) * 12 / 5;
+    return chipBucket < HSEC_BUCKET_MAX ? static_cast<uint32_t>(chipBucket) : uint32_t{HSEC_BUCKET_MAX};
+}
+
+} // namespace
+
 uint32_t ZR_HSEC_Init(uint32_t unit)
 {
     return COM_HSEC_MeterInfoInit(unit, HSEC_CAR_METER_TYPE, 0, HSEC_CAR_METERS, 1) == LSW_OK ? LSW_OK
@@ -34,14 +46,6 @@ uint32_t ZR_HSEC_GetStat(uint32_t unit, uint32_t chipRuleId, LswmCounter *counte
     if (COM_ACL_GetCounterIdFromChipRuleId(unit, chipRuleId, &counterId) != LSW_OK)
         return LSW_CHIP_FAILED;
     return HAL_HSEC_GetCntZr(unit, counterId, counter);
-}
-
-// 2.4 times, in integers: 12/5 in 64 bits loses nothing of a 32-bit bucket.
-static uint32_t chipBucketOf(uint32_t managerBucket)
-{
-    const uint64_t chipBucket = static_cast<uint64_t>(managerBucket) * 12 / 5;
-    return chipBucket < HSEC_BUCKET_MAX ? static_cast<uint32_t>(chipBucket)
-                                        : static_cast<uint32_t>(HSEC_BUCKET_MAX);
 }
 
 uint32_t HAL_HSEC_ConfigCarZr(uint8_t unit, uint32_t chipMeter, const LswmCar *car)

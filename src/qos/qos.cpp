@@ -27,7 +27,7 @@ uint32_t ZR_QOS_Init(uint32_t unit)
 
 uint32_t ZR_QOS_ChipInit(uint32_t unit)
 {
-    uint32_t ret = HAL_QOS_ChipInitZr(unit);
+    const uint32_t ret = HAL_QOS_ChipInitZr(unit);
     if (ret != LSW_OK)
         LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "HAL QOS chip init failed Zr unitId = %u, ret = %u", unit,
                              ret);
@@ -36,7 +36,7 @@ uint32_t ZR_QOS_ChipInit(uint32_t unit)
 
 uint32_t ZR_QOS_MmuBuffInit(uint32_t unit)
 {
-    uint32_t ret = HAL_QOS_SetSysBasedFCThreshZr(unit, QOS_PAUSE_THRESHOLD);
+    const uint32_t ret = HAL_QOS_SetSysBasedFCThreshZr(unit, QOS_PAUSE_THRESHOLD);
     if (ret != LSW_OK)
         LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "Set SysBasedFCThresh Zr unitId = %u, ret = %u", unit,
                              ret);
@@ -69,7 +69,7 @@ uint32_t ZR_QOS_EgrInit(uint32_t unit)
 uint32_t ZR_QOS_PriSelInit(uint32_t unit)
 {
     static constexpr uint32_t kPriSel[QOS_PRISEL_VALUES] = {1, 5, 7, 6, 0};
-    uint32_t ret = HAL_QOS_SetPriSelZr(unit, QOS_PRISEL_INDEX, kPriSel);
+    const uint32_t ret = HAL_QOS_SetPriSelZr(unit, QOS_PRISEL_INDEX, kPriSel);
     if (ret != LSW_OK)
         LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "HAL QOS Set PriSel Zr unitId = %u, ret = %u", unit, ret);
     return ret;
@@ -114,7 +114,7 @@ uint32_t ZR_QOS_PriMapInit(uint32_t unit)
 {
     static constexpr uint32_t kQueueOfPriority[QOS_QUEUES] = {0, 1, 2, 3, 4, 5, 6, 7};
     // The chip has a map per number of queues: the selector is that number.
-    uint32_t ret = HAL_QOS_SetPriMapZr(unit, QOS_QUEUES, kQueueOfPriority, QOS_QUEUES);
+    const uint32_t ret = HAL_QOS_SetPriMapZr(unit, QOS_QUEUES, kQueueOfPriority, QOS_QUEUES);
     if (ret != LSW_OK)
         LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "HAL QOS Set PriMap Zr unitId = %u, ret = %u", unit, ret);
     return ret;
@@ -213,5 +213,5 @@ uint32_t HAL_QOS_SetPortcheduleWeightZr(uint32_t unit, uint32_t port, const uint
     for (uint32_t queue = 0; queue < QOS_QUEUES; ++queue)
         record.word[queue] = weights[queue];
     const uint32_t ret = l2sw_qos_schedulingQueue_set(unit, port, &record);
-    return static_cast<int32_t>(ret) < 0 ? static_cast<uint32_t>(LSW_CHIP_FAILED) : ret;
+    return static_cast<int32_t>(ret) < 0 ? uint32_t{LSW_CHIP_FAILED} : ret;
 }

@@ -26,7 +26,7 @@ uint32_t HAL_RMA_InitZr(uint32_t unit)
 void HAL_RMA_RmaTypeToZrType(uint32_t type, uint32_t *chipType)
 {
     if (chipType != nullptr)
-        *chipType = type < RMA_TYPES ? g_rmaAddrTypeMap[type] : static_cast<uint32_t>(RMA_TYPE_INVALID);
+        *chipType = type < RMA_TYPES ? g_rmaAddrTypeMap[type] : uint32_t{RMA_TYPE_INVALID};
 }
 
 uint32_t HAL_RMA_ActionSet(uint32_t unit, uint32_t type, uint32_t action)

@@ -4,11 +4,16 @@
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
-static constexpr uint32_t kGlobalPort = 0xFFFFFFFF;
+namespace
+{
+
+constexpr uint32_t kGlobalPort = 0xFFFFFFFF;
 
 // Chip storm type of each packet type; the chip's type 2 is not used.
-static constexpr uint32_t kChipStormTypes[] = {0, 1, 3};
-static constexpr uint32_t kPacketTypes = sizeof(kChipStormTypes) / sizeof(kChipStormTypes[0]);
+constexpr uint32_t kChipStormTypes[] = {0, 1, 3};
+constexpr uint32_t kPacketTypes = sizeof(kChipStormTypes) / sizeof(kChipStormTypes[0]);
+
+} // namespace
 
 uint32_t ZR_STORMCTL_Init(uint32_t)
 {
@@ -40,23 +45,23 @@ uint32_t HAL_STORMCTL_SetZr(uint32_t unit, uint32_t port, const LswmStormControl
         return LSW_CHIP_FAILED;
     }
     const uint32_t chipType = kChipStormTypes[control->packetType];
-    const auto chipUnit = static_cast<uint8_t>(unit);
+    const auto sdkUnit = static_cast<uint8_t>(unit);
 
     if (uint32_t ret = HAL_STORMCTL_AdaptBucketSizeZr(unit, control->meter); ret != LSW_OK) {
         LSWM_ConfigFailPrint(LSW_MODULE_STORMCTL, 0, ret, "Zr stormctl adapt bucket size failed");
         return LSW_CHIP_FAILED;
     }
-    if (uint32_t ret = l2sw_rate_stormControlEnable_set(chipUnit, 1); ret != 0) {
+    if (uint32_t ret = l2sw_rate_stormControlEnable_set(sdkUnit, 1); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_STORMCTL, 0, ret,
                              "Zr set stormControl enable failed, error type is 0x%x", ret);
         return LSW_CHIP_FAILED;
     }
-    if (uint32_t ret = l2sw_rate_stormControlMeterIdx_set(chipUnit, port, chipType, control->meter); ret != 0) {
+    if (uint32_t ret = l2sw_rate_stormControlMeterIdx_set(sdkUnit, port, chipType, control->meter); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_STORMCTL, 0, ret,
                              "Zr set stormControl meter index failed, error type is 0x%x", ret);
         return LSW_CHIP_FAILED;
     }
-    if (uint32_t ret = l2sw_rate_stormControlPortEnable_set(chipUnit, port, chipType, control->enable);
+    if (uint32_t ret = l2sw_rate_stormControlPortEnable_set(sdkUnit, port, chipType, control->enable);
         ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_STORMCTL, 0, ret,
                              "Zr set storm control port enable failed, error type is 0x%x", ret);
@@ -67,11 +72,11 @@ uint32_t HAL_STORMCTL_SetZr(uint32_t unit, uint32_t port, const LswmStormControl
 
 uint32_t HAL_STORMCTL_AdaptBucketSizeZr(uint32_t unit, uint32_t meter)
 {
-    const auto chipUnit = static_cast<uint8_t>(unit);
+    const auto sdkUnit = static_cast<uint8_t>(unit);
     uint32_t chipMode = 0;
     uint32_t chipRate = 0;
     uint32_t unused = 0;
-    if (uint32_t ret = l2sw_rate_shareMeter_get(chipUnit, meter, &chipMode, &chipRate, &unused); ret != 0) {
+    if (uint32_t ret = l2sw_rate_shareMeter_get(sdkUnit, meter, &chipMode, &chipRate, &unused); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_STORMCTL, 0, ret, "Zr get share meter failed, error type is 0x%x", ret);
         return LSW_CHIP_FAILED;
     }
@@ -80,7 +85,7 @@ uint32_t HAL_STORMCTL_AdaptBucketSizeZr(uint32_t unit, uint32_t meter)
         chipBucket = STORMCTL_BUCKET_MIN;
     if (chipBucket > STORMCTL_BUCKET_MAX)
         chipBucket = STORMCTL_BUCKET_MAX;
-    if (uint32_t ret = l2sw_rate_shareMeterBucket_set(chipUnit, meter, chipBucket); ret != 0) {
+    if (uint32_t ret = l2sw_rate_shareMeterBucket_set(sdkUnit, meter, chipBucket); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_STORMCTL, 0, ret,
                              "Zr set share meter bucket failed, error type is 0x%x", ret);
         return LSW_CHIP_FAILED;

@@ -1,8 +1,22 @@
-#include "platform/manager.h"
+// Counters, and the maps of rule to counter and meter.
 #include "records/acl_records.h"
+
+#include "platform/manager.h"
 #include "records/bitmap.h"
 
-static AclCounterInfo g_AclCounterInfo[LSWM_UNITS];
+namespace
+{
+
+AclCounterInfo g_AclCounterInfo[LSWM_UNITS];
+
+// The unit's record when it has maps that reach to `chipRuleId`, else null.
+AclRuleInfo *infoWithMaps(uint32_t unit, uint32_t chipRuleId)
+{
+    AclRuleInfo *info = COM_ACL_GetRuleInfo(unit);
+    return info != nullptr && chipRuleId < info->chipRuleNum ? info : nullptr;
+}
+
+} // namespace
 
 AclCounterInfo *COM_ACL_GetCounterInfo(uint32_t unit)
 {
@@ -58,13 +72,6 @@ uint32_t COM_ACL_SetCounterInfoEntry(uint32_t unit, uint32_t counterId, uint32_t
 }
 
 // ---- maps by chip rule id -----------------------------------------------------------------------
-
-// The unit's record when it has maps that reach to `chipRuleId`, else null.
-static AclRuleInfo *infoWithMaps(uint32_t unit, uint32_t chipRuleId)
-{
-    AclRuleInfo *info = COM_ACL_GetRuleInfo(unit);
-    return info != nullptr && chipRuleId < info->chipRuleNum ? info : nullptr;
-}
 
 uint32_t COM_ACL_SetRuleCounterMapEntry(uint32_t unit, uint32_t chipRuleId, uint32_t counterId, uint32_t valid)
 {

@@ -1,9 +1,66 @@
-#include "platform/bounded.h"
-#include "platform/manager.h"
+// Rules: partitions, the choice of ids, the records.
 #include "records/acl_records.h"
+
+#include "frame/memory.h"
+#include "platform/manager.h"
 #include "records/bitmap.h"
 
-static AclRuleInfo g_AclRuleInfo[LSWM_UNITS];
+namespace
+{
+
+AclRuleInfo g_AclRuleInfo[LSWM_UNITS];
+
+uint32_t readRange(const AclRulePartInfo *part, uint32_t *firstId, uint32_t *count)
+{
+    if (firstId == nullptr || count == nullptr)
+        return LSW_NULL_POINTER;
+    if (part == nullptr)
+        return LSW_INVALID_ARGUMENT;
+    *firstId = part->firstId;
+    *count = part->count;
+    return LSW_OK;
+}
+
+uint32_t cutRange(AclRulePartInfo *part, uint32_t idNum, uint32_t firstId, uint32_t count)
+{
+    if (firstId > idNum || count > idNum - firstId)
+        return LSW_INVALID_ARGUMENT;
+    part->firstId = firstId;
+    part->count = static_cast<uint16_t>(count);
+    return LSW_OK;
+}
+
+// A cleared array of `count` elements, or null.
+template <typename T> T *allocArray(uint32_t count)
+{
+    return static_cast<T *>(zr::allocCleared(static_cast<uint32_t>(count * sizeof(T))));
+}
+
+AclRuleRecord *findByLogicId(const AclRuleInfo &info, uint32_t logicRuleId)
+{
+    for (uint32_t i = 0; i < info.logicRuleNum; ++i)
+        if (AclRuleRecord &record = info.ruleRecords[i]; record.valid == 1 && record.logicRuleId == logicRuleId)
+            return &record;
+    return nullptr;
+}
+
+AclRuleRecord *findFree(const AclRuleInfo &info)
+{
+    for (uint32_t i = 0; i < info.logicRuleNum; ++i)
+        if (info.ruleRecords[i].valid == 0)
+            return &info.ruleRecords[i];
+    return nullptr;
+}
+
+// The last id of the run decides, in 32-bit arithmetic: a run of 0 ids at id 0 has none. Neither a first
+// id nor a length beyond the tables may slip through where that sum wraps around.
+bool runFits(const AclRuleInfo &info, uint32_t firstChipId, uint32_t count)
+{
+    return firstChipId + count - 1 < info.chipRuleNum && firstChipId <= info.chipRuleNum &&
+           count <= ACL_MAX_RULE_ENTRIES;
+}
+
+} // namespace
 
 AclRuleInfo *COM_ACL_GetRuleInfo(uint32_t unit)
 {
@@ -23,26 +80,6 @@ AclRulePartInfo *COM_ACL_GetChipRulePartInfo(uint32_t unit, uint32_t partition)
 }
 
 // ---- partitions ---------------------------------------------------------------------------------
-
-static uint32_t readRange(const AclRulePartInfo *part, uint32_t *firstId, uint32_t *count)
-{
-    if (firstId == nullptr || count == nullptr)
-        return LSW_NULL_POINTER;
-    if (part == nullptr)
-        return LSW_INVALID_ARGUMENT;
-    *firstId = part->firstId;
-    *count = part->count;
-    return LSW_OK;
-}
-
-static uint32_t cutRange(AclRulePartInfo *part, uint32_t idNum, uint32_t firstId, uint32_t count)
-{
-    if (firstId > idNum || count > idNum - firstId)
-        return LSW_INVALID_ARGUMENT;
-    part->firstId = firstId;
-    part->count = static_cast<uint16_t>(count);
-    return LSW_OK;
-}
 
 uint32_t COM_ACL_GetLogicRulePartRange(uint32_t unit, uint32_t partition, uint32_t *firstId, uint32_t *count)
 {
@@ -71,16 +108,6 @@ uint32_t COM_ACL_ChipRulePartInit(uint32_t unit, uint32_t partition, uint32_t fi
 }
 
 // ---- initialisation -----------------------------------------------------------------------------
-
-// A cleared array of `count` elements, or null.
-template <typename T> static T *allocArray(uint32_t count)
-{
-    const auto bytes = static_cast<uint32_t>(count * sizeof(T));
-    void *block = LSWM_MemAlloc(bytes);
-    if (block != nullptr)
-        memset_s(block, bytes, 0, bytes);
-    return static_cast<T *>(block);
-}
 
 uint32_t COM_ACL_RuleInfoInit(uint32_t unit, uint32_t count)
 {
@@ -172,30 +199,6 @@ uint32_t COM_ACL_AllocChipRuleId(uint32_t unit, uint32_t partition, uint32_t cou
 }
 
 // ---- rule records -------------------------------------------------------------------------------
-
-static AclRuleRecord *findByLogicId(const AclRuleInfo &info, uint32_t logicRuleId)
-{
-    for (uint32_t i = 0; i < info.logicRuleNum; ++i)
-        if (AclRuleRecord &record = info.ruleRecords[i]; record.valid == 1 && record.logicRuleId == logicRuleId)
-            return &record;
-    return nullptr;
-}
-
-static AclRuleRecord *findFree(const AclRuleInfo &info)
-{
-    for (uint32_t i = 0; i < info.logicRuleNum; ++i)
-        if (info.ruleRecords[i].valid == 0)
-            return &info.ruleRecords[i];
-    return nullptr;
-}
-
-// The last id of the run decides, in 32-bit arithmetic: a run of 0 ids at id 0 has none. Neither a first
-// id nor a length beyond the tables may slip through where that sum wraps around.
-static bool runFits(const AclRuleInfo &info, uint32_t firstChipId, uint32_t count)
-{
-    return firstChipId + count - 1 < info.chipRuleNum && firstChipId <= info.chipRuleNum &&
-           count <= ACL_MAX_RULE_ENTRIES;
-}
 
 uint32_t COM_ACL_SetRuleRecord(uint32_t unit, uint32_t logicRuleId, uint32_t firstChipId, uint32_t count)
 {

@@ -2,8 +2,7 @@
 // {logicId, chipId, valid} entries in which the entry of lowest index wins.
 #pragma once
 
-#include "platform/bounded.h"
-#include "platform/manager.h"
+#include "frame/memory.h"
 
 namespace zr
 {
@@ -58,10 +57,7 @@ template <typename Entry> Entry *allocIdMap(uint32_t count)
     const uint64_t bytes = static_cast<uint64_t>(count) * sizeof(Entry);
     if (bytes > UINT32_MAX)
         return nullptr;
-    auto *entries = static_cast<Entry *>(LSWM_MemAlloc(static_cast<uint32_t>(bytes)));
-    if (entries != nullptr)
-        memset_s(entries, bytes, 0, bytes);
-    return entries;
+    return static_cast<Entry *>(allocCleared(static_cast<uint32_t>(bytes)));
 }
 
 } // namespace zr

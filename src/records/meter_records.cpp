@@ -6,18 +6,21 @@
 
 HsecMeterInfo g_HsecMeterInfo[HSEC_UNITS][HSEC_METER_TYPES];
 
-static zr::IdMap<HsecMeterEntry> mapOf(const HsecMeterInfo &info)
+namespace
+{
+
+zr::IdMap<HsecMeterEntry> mapOf(const HsecMeterInfo &info)
 {
     return {info.entries, info.entryCount};
 }
 
 // Whether a bitmap would have to hold an identifier that it has no bit for.
-static bool beyondBitmap(const HsecMeterInfo &info, uint32_t id)
+bool beyondBitmap(const HsecMeterInfo &info, uint32_t id)
 {
     return info.bitmapMode != 0 && id >= HSEC_BITMAP_IDS;
 }
 
-static uint32_t allocLowest(zr::Bitmap<uint32_t, HSEC_BITMAP_IDS / 32> inUse, uint32_t count, uint32_t *id)
+uint32_t allocLowest(zr::Bitmap<uint32_t, HSEC_BITMAP_IDS / 32> inUse, uint32_t count, uint32_t *id)
 {
     const uint32_t lowest = inUse.firstClear(count);
     if (lowest >= count)
@@ -25,6 +28,8 @@ static uint32_t allocLowest(zr::Bitmap<uint32_t, HSEC_BITMAP_IDS / 32> inUse, ui
     *id = lowest;
     return LSW_OK;
 }
+
+} // namespace
 
 HsecMeterInfo *COM_HSEC_GetMeterInfo(uint32_t unit, uint32_t type)
 {

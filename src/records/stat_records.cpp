@@ -4,10 +4,10 @@
 #include "platform/manager.h"
 #include "records/id_map.h"
 
-static QosStatInfo g_QosStatInfo[QOS_STAT_UNITS];
-
 namespace
 {
+
+QosStatInfo g_QosStatInfo[QOS_STAT_UNITS];
 
 using StatMap = zr::IdMap<QosStatEntry>;
 

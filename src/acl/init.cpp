@@ -1,4 +1,6 @@
+// ACL start-up: records, chip partitions, field selectors.
 #include "acl/acl.h"
+
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "records/acl_records.h"
