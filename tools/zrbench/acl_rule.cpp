@@ -285,6 +285,17 @@ bool parseMatch(LswmAclMatch &match, const std::string &name, const json &value)
     return true;
 }
 
+std::string ruleNames()
+{
+    std::string names = "partition, ports, l3";
+    for (const Field &field : kFields)
+        names += fmt::format(", {}", field.name);
+    names += ", forward, count, car, toPort";
+    for (const Flag &value : kValues)
+        names += fmt::format(", {}", value.name);
+    return names;
+}
+
 } // namespace
 
 LswmAclRule parseRule(const json &rule)
@@ -296,7 +307,7 @@ LswmAclRule parseRule(const json &rule)
         if (name == "partition")
             record.partition = number(name, value, 0xFFFFFFFF);
         else if (!parseMatch(record.match, name, value) && !parseAction(record.action, name, value))
-            throw UsageError{fmt::format("a rule has no \"{}\"", name)};
+            throw UsageError{fmt::format("a rule has no \"{}\"; it has {}", name, ruleNames())};
     }
     return record;
 }
@@ -334,8 +345,7 @@ std::string briefRule(const nlohmann::ordered_json &rule)
 {
     std::string text;
     for (const auto &[name, value] : rule.items())
-        text += fmt::format("{}{}={}", text.empty() ? "" : " ", name,
-                            value.is_string() ? value.get<std::string>() : value.dump());
+        text += fmt::format("{}{}={}", text.empty() ? "" : " ", name, plainText(value));
     return text;
 }
 

@@ -102,7 +102,8 @@ const Command &scanCommand(Scanner &scanner)
     }
     if (alike.empty())
         throw UsageError{fmt::format("no command \"{}\"; help lists them", first)};
-    throw UsageError{fmt::format("no command \"{}\"; there is {}", name, fmt::join(alike, ", "))};
+    throw UsageError{fmt::format("no command \"{}\"; there is {}", name.ends_with(' ') ? first : name,
+                                 fmt::join(alike, ", "))};
 }
 
 json scanArgument(Scanner &scanner, const Argument &argument)
@@ -130,15 +131,13 @@ std::string upperCase(std::string_view text)
 // A value given by name as the shell takes it.
 std::string shellText(const Argument &argument, const json &value)
 {
-    if (value.is_string())
-        return value.get<std::string>();
     if (argument.type == Type::Ports && value.is_array()) {
         std::string text;
         for (const json &port : value)
             text += (text.empty() ? "" : ",") + shellText({}, port);
         return text.empty() ? "-" : text;
     }
-    return value.dump();
+    return plainText(value);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "tools/zrbench/device.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
 
@@ -22,7 +23,7 @@ struct Node {
 
     [[noreturn]] void refuse(const std::string &why) const
     {
-        throw UsageError{fmt::format("{}: {}", place, why)};
+        throw UsageError{place.empty() ? why : fmt::format("{}: {}", place, why)};
     }
     [[noreturn]] void expected(std::string_view what) const
     {
@@ -192,7 +193,7 @@ DeviceUnit readUnit(const Node &node)
 json parseFile(const std::string &file)
 {
     std::ifstream in(file);
-    if (!in)
+    if (!in || std::filesystem::is_directory(file))
         throw UsageError{fmt::format("{}: cannot be read", file)};
     try {
         return json::parse(in);
@@ -221,8 +222,11 @@ Device loadDevice(const std::string &file)
             device.about = root["about"].text();
         if (root.has("environment")) {
             const Node environment = root["environment"];
-            for (const auto &[name, unused] : environment.object().items())
+            for (const auto &[name, unused] : environment.object().items()) {
+                if (name.empty() || name.find('=') != std::string::npos)
+                    environment[name].refuse("no name of an environment variable");
                 device.environment.emplace_back(name, environment[name].text());
+            }
         }
         if (root.has("units")) {
             for (const Node &unit : root["units"].elements())

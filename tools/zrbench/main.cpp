@@ -1,6 +1,9 @@
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fmt/format.h>
+#include <memory>
 #include <unistd.h>
 
 #include "tools/zrbench/ops.h"
@@ -24,6 +27,17 @@ struct Options {
     Report report() const
     {
         return {colour == "always" || (colour == "auto" && isatty(STDOUT_FILENO) != 0), quiet};
+    }
+};
+
+// A flag with an optional value reads as other programs show it.
+class HelpFormatter final : public CLI::Formatter
+{
+public:
+    std::string make_option_name(const CLI::Option *option, bool positional) const override
+    {
+        return option->check_lname("color") ? "--color[=WHEN]"
+                                            : CLI::Formatter::make_option_name(option, positional);
     }
 };
 
@@ -58,10 +72,19 @@ int main(int argc, char **argv)
 {
     Options options;
     CLI::App app("Drives libzrlsw.so through the switch manager's operation tables.", "zrbench");
+    app.formatter(std::make_shared<HelpFormatter>());
     app.require_subcommand(1);
+    app.failure_message([](const CLI::App *failed, const CLI::Error &error) {
+        const std::vector<std::string> unknown = failed->remaining();
+        return fmt::format("zrbench: {}{}; see --help\n", error.what(),
+                           unknown.empty() ? "" : fmt::format(", found {}", unknown[0]));
+    });
+    app.footer("Exit status: 0 all as expected, 1 a step was not as expected, 2 bad use, file or platform.\n"
+               "Device files: docs/device-files.md");
     app.fallthrough();
-    app.add_option("--lib", options.session.library, "The library")->capture_default_str();
+    app.add_option("--lib", options.session.library, "The library")->type_name("FILE")->capture_default_str();
     app.add_option("--platform", options.session.platform, "The platform that it runs on")
+        ->type_name("FILE")
         ->capture_default_str();
     app.add_option("--trace", options.session.traceFile,
                    "Write every platform call to FILE, - for standard output")
@@ -75,11 +98,12 @@ int main(int argc, char **argv)
         ->expected(1)
         ->take_all();
     app.add_option("--level", options.session.traceLevel,
-                   "Switch traces up to this level on: 2 events, 3 details");
+                   "Switch the library's traces up to this level on: 2 events, 3 details")
+        ->type_name("LEVEL");
     app.add_flag("--quiet", options.quiet, "Show only what is not as expected, and the summary");
     app.add_flag("--color{always}", options.colour,
-                 "Use colours: always (also when nothing is said), never, auto")
-        ->check(CLI::IsMember({"auto", "always", "never"}));
+                 "Use colours, WHEN: auto (on a terminal), always (or no WHEN), never")
+        ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
 
     int result = kAsExpected;
     CLI::App *command = app.add_subcommand("run", "Carry out a device file")->fallthrough();
@@ -91,21 +115,32 @@ int main(int argc, char **argv)
     command->callback([&] { result = shell(options); });
 
     command = app.add_subcommand("ops", "Show the operation tables slot by slot")->fallthrough();
-    command->callback([&] { fmt::print("{}", showOperations(Session(options.session).tables())); });
+    command->callback([&] {
+        Session session(options.session);
+        fmt::print("{}", showOperations(session.tables()));
+        session.finish();
+    });
 
     command =
         app.add_subcommand("commands", "List the commands of device files and of the shell")->fallthrough();
     command->add_option("topic", options.topic, "Only those that start with this");
     command->callback([&] { fmt::print("{}", help(options.topic)); });
 
+    auto refuse = [](std::string_view text) {
+        std::fflush(stdout);
+        fmt::print(stderr, "zrbench: {}\n", text);
+        return kUsage;
+    };
     try {
         app.parse(argc, argv);
+        if (std::fflush(stdout) != 0)
+            throw UsageError{fmt::format("cannot write standard output: {}", std::strerror(errno))};
     } catch (const CLI::ParseError &error) {
         return app.exit(error) == 0 ? kAsExpected : kUsage;
     } catch (const UsageError &error) {
-        std::fflush(stdout);
-        fmt::print(stderr, "zrbench: {}\n", error.text);
-        return kUsage;
+        return refuse(error.text);
+    } catch (const std::exception &error) {
+        return refuse(error.what());
     }
     return result;
 }

@@ -6,6 +6,7 @@
 #include <dlfcn.h>
 #include <filesystem>
 #include <fmt/format.h>
+#include <utility>
 
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/slots.h"
@@ -38,7 +39,18 @@ std::FILE *openForWriting(const std::string &path)
     return file;
 }
 
-void closeUnlessStdout(std::FILE *file)
+// Full disks show only now.
+void closeWritten(std::FILE *&file, const std::string &path)
+{
+    std::FILE *written = std::exchange(file, nullptr);
+    if (written == nullptr || written == stdout)
+        return;
+    const bool failed = std::ferror(written) != 0;
+    if (std::fclose(written) != 0 || failed)
+        throw UsageError{fmt::format("cannot write {}: {}", path, std::strerror(errno))};
+}
+
+void closeAfterFailure(std::FILE *file)
 {
     if (file != nullptr && file != stdout)
         std::fclose(file);
@@ -90,7 +102,7 @@ Failure parseFailure(const std::string &text)
 Session::Session(const SessionOptions &options)
     : platform_(located(options.platform), RTLD_NOW | RTLD_GLOBAL), inspection_(platform_),
       library_(located(options.library), RTLD_NOW), unitInfo_(platform_.need<LswmUnitInfo>("g_lswmInfo")),
-      dumpFile_(options.dumpFile)
+      traceFile_(options.traceFile), dumpFile_(options.dumpFile)
 {
     if (!dumpFile_.empty())
         needInspection(reinterpret_cast<void *>(inspection_.dump), "--dump");
@@ -102,8 +114,10 @@ Session::Session(const SessionOptions &options)
         setTraceLevel(options.traceLevel);
     if (inspection_.onLine != nullptr)
         inspection_.onLine(keepLine, &lines_);
-    if (!options.traceFile.empty()) {
-        trace_ = openForWriting(options.traceFile);
+    if (!dumpFile_.empty())
+        dump_ = openForWriting(dumpFile_);
+    if (!traceFile_.empty()) {
+        trace_ = openForWriting(traceFile_);
         watchCalls();
     }
     tables_ = takeIntoUse(platform_, library_);
@@ -115,7 +129,8 @@ Session::~Session()
         inspection_.onLine(nullptr, nullptr);
     if (inspection_.onCall != nullptr)
         inspection_.onCall(nullptr, nullptr);
-    closeUnlessStdout(trace_);
+    closeAfterFailure(trace_);
+    closeAfterFailure(dump_);
 }
 
 void Session::callMade(const char *text, unsigned depth, void *session)
@@ -126,7 +141,7 @@ void Session::callMade(const char *text, unsigned depth, void *session)
     if (self.watchingBoard_ && call.starts_with("excute_command(") && !call.ends_with(" = 0"))
         self.boardRefused_ = true;
     if (self.trace_ != nullptr)
-        fmt::print(self.trace_, "{:{}}{}\n", "", 2 * depth, text);
+        std::fputs(fmt::format("{:{}}{}\n", "", 2 * depth, text).c_str(), self.trace_);
     if (self.shownCalls_ == ShownCalls::All ||
         (self.shownCalls_ == ShownCalls::Library && depth == 0 && reachesHardware(text)))
         self.calls_.push_back(fmt::format("{:{}}{}", "", 2 * depth, text));
@@ -194,7 +209,7 @@ Result Session::invoke(const Invocation &invocation)
             throw UsageError{fmt::format("the library does not fill {}", slot.label())};
     }
     if (trace_ != nullptr)
-        fmt::print(trace_, "# {}\n", invocation.text);
+        std::fputs(fmt::format("# {}\n", invocation.text).c_str(), trace_);
     lines_.clear();
     calls_.clear();
     boardRefused_ = false;
@@ -231,11 +246,10 @@ std::string Session::dump() const
 
 void Session::finish()
 {
-    if (dumpFile_.empty())
-        return;
-    std::FILE *file = openForWriting(dumpFile_);
-    fmt::print(file, "{}\n", dump());
-    closeUnlessStdout(file);
+    if (dump_ != nullptr)
+        std::fputs((dump() + "\n").c_str(), dump_);
+    closeWritten(dump_, dumpFile_);
+    closeWritten(trace_, traceFile_);
 }
 
 } // namespace zrbench

@@ -83,7 +83,7 @@ public:
     void setUnitInfo(uint32_t unit, const nlohmann::json &info);
     std::string showUnitInfo(uint32_t unit) const;
 
-    // Writes what was asked to be written at the end. Throws UsageError.
+    // Writes what was asked to be written at the end, and ends the trace. Throws UsageError.
     void finish();
 
     void quit() { quit_ = true; }
@@ -105,8 +105,10 @@ private:
     ShownCalls shownCalls_ = ShownCalls::None;
     bool watchingBoard_ = false;
     bool boardRefused_ = false;
+    std::string traceFile_;
     std::FILE *trace_ = nullptr;
     std::string dumpFile_;
+    std::FILE *dump_ = nullptr;
     bool quit_ = false;
 };
 

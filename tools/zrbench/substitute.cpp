@@ -45,6 +45,9 @@ std::string calculated(std::string_view rest, uint32_t number)
             throw malformed;
         }
     }
+    // A character could be half of one.
+    if (format.ends_with('c'))
+        throw malformed;
     try {
         return fmt::format(fmt::runtime(fmt::format("{{:{}}}", format)), number);
     } catch (const fmt::format_error &) {

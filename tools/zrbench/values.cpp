@@ -57,6 +57,12 @@ std::optional<std::vector<uint32_t>> asPorts(const json &value)
     return ports;
 }
 
+// Files, terminals and chips may hold what is not UTF-8.
+std::string dumped(const json &value)
+{
+    return value.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
 std::optional<json> valueOf(const Argument &argument, const json &value)
 {
     switch (argument.type) {
@@ -137,10 +143,14 @@ std::optional<std::vector<uint32_t>> parseList(std::string_view text, uint32_t m
     return numbers;
 }
 
+std::string plainText(const json &value)
+{
+    return value.is_string() ? value.get<std::string>() : dumped(value);
+}
+
 std::string shown(const json &value)
 {
-    // Files and terminals may hold what is not UTF-8.
-    std::string text = value.dump(-1, ' ', false, json::error_handler_t::replace);
+    std::string text = dumped(value);
     constexpr size_t kMost = 60;
     return text.size() <= kMost ? text : text.substr(0, kMost - 3) + "...";
 }

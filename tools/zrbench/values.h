@@ -24,6 +24,8 @@ std::optional<std::vector<uint32_t>> parseList(std::string_view text, uint32_t m
 
 // A JSON value as an error message shows it.
 std::string shown(const nlohmann::json &value);
+// A text as it is, anything else as JSON. Bytes that are not UTF-8 are replaced.
+std::string plainText(const nlohmann::json &value);
 
 // What went wrong with one argument.
 struct ArgumentError : UsageError {
