@@ -107,7 +107,7 @@ Outcome getEntry(Bench &bench, const Arguments &a)
 // The manager has no other way to list a table than to read every index; an empty one answers 4.
 Outcome list(Bench &bench, const Arguments &a)
 {
-    TextTable table({"index", "address", "VLAN", "port", "type"});
+    TextTable table({"INDEX", "ADDRESS", "VLAN", "PORT", "TYPE"});
     uint32_t found = 0;
     for (uint32_t index = 0; index < ZR_MAC_CAPACITY; ++index) {
         LswmMacEntry entry{};

@@ -4,6 +4,8 @@
 #include <fmt/format.h>
 #include <map>
 
+#include "tools/zrbench/values.h"
+
 namespace zrbench
 {
 
@@ -60,7 +62,7 @@ void printIndented(std::string_view text)
         const size_t end = std::min(text.find('\n'), text.size());
         std::string_view line = text.substr(0, end);
         line.remove_suffix(line.ends_with('\r') ? 1 : 0);
-        fmt::print("       {}\n", line);
+        fmt::print("{}{}\n", line.empty() ? "" : "       ", line);
         text.remove_prefix(std::min(end + 1, text.size()));
     }
 }
@@ -69,7 +71,7 @@ std::string outputsText(const Outcome &outcome)
 {
     std::string text;
     for (const auto &[name, value] : outcome.outputs)
-        text += fmt::format("  {}={}", name, value.is_string() ? value.get<std::string>() : value.dump());
+        text += fmt::format("{}{}={}", text.empty() ? "" : "  ", name, plainText(value));
     return text;
 }
 
@@ -100,10 +102,11 @@ std::string Report::verdict(const std::vector<Judged> &runs) const
 {
     if (runs.size() == 1) {
         const Outcome &outcome = runs[0].result.outcome;
+        const std::string outputs = outputsText(outcome);
         if (!outcome.hasStatus)
-            return outputsText(outcome);
+            return outputs;
         return painted(isRefused(runs[0]) ? kRefused : kGood, statusText(outcome.status)) +
-               outputsText(outcome);
+               (outputs.empty() ? "" : "  ") + outputs;
     }
     std::map<uint32_t, size_t> tally;
     for (const Judged &run : runs)
@@ -111,8 +114,8 @@ std::string Report::verdict(const std::vector<Judged> &runs) const
     std::string text;
     for (const auto &[status, count] : tally) {
         text += text.empty() ? "" : ", ";
-        text +=
-            painted(status == LSW_OK ? kGood : kRefused, fmt::format("{} times {}", count, statusText(status)));
+        const std::string times = count == 1 ? "once" : fmt::format("{} times", count);
+        text += painted(status == LSW_OK ? kGood : kRefused, fmt::format("{} {}", times, statusText(status)));
     }
     return text;
 }
@@ -148,7 +151,10 @@ void Report::step(const std::string &text, const std::string &note, const std::v
         return;
 
     const std::string told = verdict(runs);
-    fmt::print("{:>4}  {:<{}}{}\n", number_, text, told.empty() ? 0 : kTextWidth + 2, told);
+    if (told.empty())
+        fmt::print("{:>4}  {}\n", number_, text);
+    else
+        fmt::print("{:>4}  {:<{}}  {}\n", number_, text, kTextWidth, told);
     if (!note.empty())
         printIndented(painted(kQuietly, note));
     if (runs.size() == 1) {
