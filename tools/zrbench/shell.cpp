@@ -1,5 +1,6 @@
 #include "tools/zrbench/shell.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <fmt/format.h>
 #include <iostream>
@@ -63,6 +64,8 @@ char **complete(const char *text, int, int)
     return rl_completion_matches(text, nextCompletion);
 }
 
+volatile std::sig_atomic_t interrupted;
+
 class EditedLines final : public LineSource
 {
 public:
@@ -86,10 +89,18 @@ public:
 
     std::optional<std::string> next() override
     {
+        // Ctrl-C at the prompt drops the line, not the session with the chips' state.
+        using SignalAction = struct sigaction;
+        SignalAction drop{};
+        SignalAction usual{};
+        drop.sa_handler = [](int) { interrupted = 1; };
+        interrupted = 0;
+        sigaction(SIGINT, &drop, &usual);
         char *typed = readline("zrbench> ");
+        sigaction(SIGINT, &usual, nullptr);
         if (typed == nullptr) {
-            std::cout << '\n';
-            return std::nullopt;
+            std::cout << '\n' << std::flush;
+            return interrupted != 0 ? std::optional<std::string>("") : std::nullopt;
         }
         std::string line = typed;
         std::free(typed);

@@ -148,6 +148,14 @@ std::string Session::showUnitInfo(uint32_t unit) const
             text += fmt::format("set {} {}\n", named != kSetNames.end() ? named->first : std::to_string(set),
                                 ports);
     }
+    std::map<std::pair<uint8_t, uint8_t>, LswmPortSet> alike;
+    for (uint32_t port = 0; port < LSWM_PORTS; ++port)
+        alike[{info.port[port].flags, info.port[port].kind}].word[port / 32] |= 1U << (port % 32);
+    for (const auto &[fields, ports] : alike) {
+        const auto [flags, kind] = fields;
+        if (flags != 0 || kind != 0)
+            text += fmt::format("ports {} flags {:#x} kind {}\n", showSet(ports), flags, kind);
+    }
     return text;
 }
 
