@@ -133,7 +133,7 @@ uint32_t ZR_ACL_AddLogicEntry(uint32_t unit, LswmAclRule *rule, uint32_t *logicR
 {
     if (rule == nullptr || logicRuleId == nullptr)
         return LSW_NULL_POINTER;
-    if (rule->partition >= ACL_PARTITIONS)
+    if (rule->partition >= ZR_ACL_PARTITIONS)
         return LSW_CHIP_FAILED;
     uint32_t freeLogicId = 0;
     if (uint32_t ret = COM_ACL_AllocLogicRuleId(unit, rule->partition, &freeLogicId); ret != LSW_OK)

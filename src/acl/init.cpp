@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr AclRulePartInfo kChipPartitions[ACL_PARTITIONS] = {{0, 16}, {16, 58}, {74, 6}, {80, 16}};
+constexpr AclRulePartInfo kChipPartitions[ZR_ACL_PARTITIONS] = {{0, 16}, {16, 58}, {74, 6}, {80, 16}};
 
 // A packet word that rules can match: the SDK's format code and the offset within that format.
 struct FieldSelector {
@@ -45,7 +45,7 @@ uint32_t HAL_ACL_InitFieldSelectorZr(uint32_t unit)
 uint32_t ZR_ACL_InitPartInfo(uint32_t unit)
 {
     uint32_t total = 0;
-    for (uint32_t partition = 0; partition < ACL_PARTITIONS; ++partition) {
+    for (uint32_t partition = 0; partition < ZR_ACL_PARTITIONS; ++partition) {
         const AclRulePartInfo &range = kChipPartitions[partition];
         total += COM_ACL_ChipRulePartInit(unit, partition, range.firstId, range.count);
     }

@@ -7,7 +7,7 @@
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
-const uint32_t g_vesperUnitMap[3] = {0x00000000, 0x00B00000, 0x00B00001};
+const uint32_t g_vesperUnitMap[LSWM_UNITS] = {0x00000000, 0x00B00000, 0x00B00001};
 
 namespace
 {

@@ -1,14 +1,14 @@
 // The chip as a whole: bring-up, register access, drop-reason capture, chip command line.
 #pragma once
 
-#include "platform/abi.h"
+#include "platform/manager.h"
 
 ZR_EXTERN_C_BEGIN
 
-// ---- Bring-up -------------------------------------------------------------------------------
+// ---- bring-up -------------------------------------------------------------------------------
 
 // The identifier by which the board's reset service knows each unit's chip.
-ZR_EXPORT extern const uint32_t g_vesperUnitMap[3];
+ZR_EXPORT extern const uint32_t g_vesperUnitMap[LSWM_UNITS];
 
 // Brings a unit (0 to 2) into service: reset through the board, a pause of 20 ticks, registration of
 // the SDK's services (SMI transport, mutexes, text output), SDK initialisation, RGMII, LEDs; ends with a
@@ -22,7 +22,7 @@ ZR_EXPORT uint32_t HAL_CHIP_InitQ9(uint32_t unit);
 // of the four calls; all are made.
 ZR_EXPORT uint32_t HAL_CHIP_LEDInitZr(uint8_t unit);
 
-// ---- Register access ------------------------------------------------------------------------
+// ---- register access ------------------------------------------------------------------------
 
 // One chip register, 16-bit address, by the SDK's own access: its status comes back unchanged and
 // nothing is printed. The SDK takes the low 8 bits of `unit`.
@@ -31,7 +31,7 @@ ZR_EXPORT uint32_t ZR_COMMON_ChipRegWrite(uint32_t unit, uint32_t reg, uint32_t 
 ZR_EXPORT uint32_t HAL_CHIP_RegReadQ9(uint32_t unit, uint32_t reg, uint32_t *value);
 ZR_EXPORT uint32_t HAL_CHIP_RegWriteQ9(uint32_t unit, uint32_t reg, uint32_t value);
 
-// ---- Why a port drops frames ----------------------------------------------------------------
+// ---- why a port drops frames ----------------------------------------------------------------
 
 // Answers are texts in 256-byte blocks of the manager's memory: the caller releases them with
 // LSWM_MemFree. Null: there was no memory (the chip is not touched, nothing is printed) or the text did
@@ -45,7 +45,7 @@ ZR_EXPORT char *HAL_CHIP_DropReasonEnableQ9(uint32_t unit, uint32_t port);
 ZR_EXPORT char *ZR_COMMON_ChipGetDropReason(uint32_t unit, uint32_t port);
 ZR_EXPORT char *HAL_CHIP_GetDropReasonQ9(uint32_t unit, uint32_t port);
 
-// ---- Chip command line ----------------------------------------------------------------------
+// ---- chip command line ----------------------------------------------------------------------
 
 // Runs one command line: one that starts with "compare rgmii param" compares the RGMII parameters, any
 // other goes whole to the board's interpreter. 0 whatever came of it; 2 for a null command.

@@ -4,7 +4,7 @@
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
-const uint32_t phyAddr[3] = {0, 0, 29};
+const uint32_t phyAddr[LSWM_UNITS] = {0, 0, 29};
 
 namespace
 {

@@ -5,12 +5,12 @@
 // On chip revision 3 each of these writes is confirmed by reading it back.
 #pragma once
 
-#include "platform/abi.h"
+#include "platform/manager.h"
 
 ZR_EXTERN_C_BEGIN
 
 // SMI address of each unit's indirect-access registers.
-ZR_EXPORT extern const uint32_t phyAddr[3];
+ZR_EXPORT extern const uint32_t phyAddr[LSWM_UNITS];
 
 // Writes SMI register `reg` of a unit and reads it back, up to six times, until it holds `value`; only a
 // read that succeeded confirms. Returns the status sum of the confirmed attempt's two transfers; 4 when

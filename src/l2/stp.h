@@ -14,7 +14,7 @@ ZR_EXTERN_C_BEGIN
 enum { ZR_STP_FORWARDING = 0, ZR_STP_BLOCKING = 1 };
 
 // The spanning-tree group handed out by stgCreate. 0 at load; only the manager writes it.
-extern ZR_EXPORT uint32_t g_stgInstace;
+ZR_EXPORT extern uint32_t g_stgInstace;
 
 // Answers g_stgInstace; no chip call, any unit.
 ZR_EXPORT uint32_t ZR_STP_stgCreate(uint32_t unit, uint32_t *group);

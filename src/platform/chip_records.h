@@ -264,6 +264,8 @@ ZR_ASSERT_SIZE(SdkPortSnr, 32);
 
 // ---- QoS ------------------------------------------------------------------------------------
 
+enum { SDK_BUCKET_MAX = 2097151 }; // of a shared meter's bucket, in the chip's unit: 21 bits
+
 // Eight words: a priority selection, a priority map or scheduling weights.
 typedef struct {
     uint32_t word[8];

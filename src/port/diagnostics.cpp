@@ -33,7 +33,7 @@ PhyReg splitReg(uint32_t reg)
 void markUnreadable(uint32_t ret, uint32_t &value)
 {
     if (ret != 0)
-        value = PORT_DEBUG_UNREADABLE;
+        value = ZR_PORT_DEBUG_UNREADABLE;
 }
 
 } // namespace

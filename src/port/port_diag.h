@@ -14,7 +14,7 @@
 ZR_EXTERN_C_BEGIN
 
 // The state of a port as the debug dump shows it. A value that cannot be read is
-// PORT_DEBUG_UNREADABLE, an ability that cannot be read all zeros.
+// ZR_PORT_DEBUG_UNREADABLE, an ability that cannot be read all zeros.
 typedef struct {
     uint32_t enable;
     uint32_t phyLink;
@@ -35,9 +35,9 @@ ZR_ASSERT_OFFSET(PortDebugInfo, autonegStatus, 9 * 4);
 ZR_ASSERT_OFFSET(PortDebugInfo, localAbility, 40);
 ZR_ASSERT_OFFSET(PortDebugInfo, remoteAbility, 52);
 
-enum { PORT_DEBUG_UNREADABLE = 255 };
+enum { ZR_PORT_DEBUG_UNREADABLE = 255 };
 
-// ---- texts (dump.cpp) -----------------------------------------------------------------------
+// ---- texts ----------------------------------------------------------------------------------
 
 // Both dumps below, one after the other; cut at a line when the buffer is too small. What cannot be read
 // does not fail the dump: LSW_OK.
@@ -57,7 +57,7 @@ ZR_EXPORT uint32_t HAL_PORT_DumpNormalDebugInfoZr(uint32_t unit, uint32_t port, 
 ZR_EXPORT uint32_t HAL_PORT_GetLinkDownPhyRegZr(uint32_t unit, uint32_t port, char *buffer, uint32_t size,
                                                 uint32_t offset);
 
-// ---- state and registers (diagnostics.cpp) --------------------------------------------------
+// ---- state and registers ---------------------------------------------------------------------
 
 // Fills the record. Readers that fail print their own lines; the status is LSW_OK all the same.
 ZR_EXPORT uint32_t HAL_PORT_PortDebugInfoGetZr(uint32_t unit, uint32_t port, PortDebugInfo *info);

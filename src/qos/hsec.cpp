@@ -12,15 +12,16 @@ namespace
 uint32_t chipBucketOf(uint32_t managerBucket)
 {
     const uint64_t chipBucket = static_cast<uint64_t>(managerBucket) * 12 / 5;
-    return chipBucket < HSEC_BUCKET_MAX ? static_cast<uint32_t>(chipBucket) : uint32_t{HSEC_BUCKET_MAX};
+    return chipBucket < SDK_BUCKET_MAX ? static_cast<uint32_t>(chipBucket) : uint32_t{SDK_BUCKET_MAX};
 }
 
 } // namespace
 
 uint32_t ZR_HSEC_Init(uint32_t unit)
 {
-    return COM_HSEC_MeterInfoInit(unit, HSEC_CAR_METER_TYPE, 0, HSEC_CAR_METERS, 1) == LSW_OK ? LSW_OK
-                                                                                              : LSW_CHIP_FAILED;
+    return COM_HSEC_MeterInfoInit(unit, ZR_HSEC_CAR_METER_TYPE, 0, ZR_HSEC_CAR_METERS, 1) == LSW_OK
+               ? LSW_OK
+               : LSW_CHIP_FAILED;
 }
 
 uint32_t ZR_HSEC_ConfigCar(uint8_t unit, uint32_t chipMeter, const LswmCar *car)
@@ -52,7 +53,7 @@ uint32_t HAL_HSEC_ConfigCarZr(uint8_t unit, uint32_t chipMeter, const LswmCar *c
 {
     if (car == nullptr)
         return LSW_NULL_POINTER;
-    const bool raw = car->mode == HSEC_RATE_MODE_RAW;
+    const bool raw = car->mode == ZR_HSEC_RATE_MODE_RAW;
     const uint32_t chipRate = raw ? car->rate : (car->rate + 7) >> 3;
     if (l2sw_rate_shareMeter_set(unit, chipMeter, raw, chipRate, 1) != 0)
         return LSW_CHIP_FAILED;
@@ -70,7 +71,7 @@ uint32_t HAL_HSEC_GetSharedMeterZr(uint32_t unit, uint32_t chipMeter, uint32_t *
     uint32_t unused = 0;
     if (l2sw_rate_shareMeter_get(static_cast<uint8_t>(unit), chipMeter, &chipMode, &chipRate, &unused) != 0)
         return LSW_CHIP_FAILED;
-    const bool raw = chipMode == HSEC_RATE_MODE_RAW;
+    const bool raw = chipMode == ZR_HSEC_RATE_MODE_RAW;
     *mode = raw;
     *rate = raw ? chipRate : chipRate * 8;
     return LSW_OK;

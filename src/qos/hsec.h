@@ -3,19 +3,18 @@
 // Only HAL_HSEC_GetCarZr prints.
 #pragma once
 
-#include "platform/abi.h"
+#include "platform/chip_records.h"
 #include "platform/manager_records.h"
 
 ZR_EXTERN_C_BEGIN
 
 enum {
-    HSEC_CAR_METER_TYPE = 0,  // meter type (records/meter_records.h) of the rate-limit table
-    HSEC_CAR_METERS = 64,     // logic and chip meters per unit
-    HSEC_RATE_MODE_RAW = 1,   // rates pass unconverted; in mode 0 the chip counts 8 manager units as one
-    HSEC_BUCKET_MAX = 2097151 // chip's bucket unit, 21 bits
+    ZR_HSEC_CAR_METER_TYPE = 0, // meter type (records/meter_records.h) of the rate-limit table
+    ZR_HSEC_CAR_METERS = 64,    // logic and chip meters per unit
+    ZR_HSEC_RATE_MODE_RAW = 1   // rates pass unconverted; in mode 0 the chip counts 8 manager units as one
 };
 
-// Rate-limit table.
+// ---- rate-limit table -----------------------------------------------------------------------
 
 // Initialises the meter records of the unit. A second initialisation: LSW_CHIP_FAILED.
 ZR_EXPORT uint32_t ZR_HSEC_Init(uint32_t unit);
@@ -26,11 +25,11 @@ ZR_EXPORT uint32_t ZR_HSEC_DelCar(uint32_t unit, uint32_t chipMeter);
 // chip fails, `counter` stays unwritten.
 ZR_EXPORT uint32_t ZR_HSEC_GetStat(uint32_t unit, uint32_t chipRuleId, LswmCounter *counter);
 
-// Chip operations.
+// ---- chip operations ------------------------------------------------------------------------
 
 // Programs rate and bucket of a meter. Mode 1 passes the rate, any other mode is the chip's mode 0 and
 // rounds the rate up to the chip's unit. The chip's bucket is 2.4 times the manager's, rounded down, at most
-// HSEC_BUCKET_MAX. A failing rate leaves the bucket unprogrammed.
+// SDK_BUCKET_MAX. A failing rate leaves the bucket unprogrammed.
 ZR_EXPORT uint32_t HAL_HSEC_ConfigCarZr(uint8_t unit, uint32_t chipMeter, const LswmCar *car);
 
 // Rate of a meter in the manager's unit (32 bits) and its mode, 0 or 1. On failure both stay unwritten.

@@ -36,7 +36,7 @@ uint32_t ZR_QOS_ChipInit(uint32_t unit)
 
 uint32_t ZR_QOS_MmuBuffInit(uint32_t unit)
 {
-    const uint32_t ret = HAL_QOS_SetSysBasedFCThreshZr(unit, QOS_PAUSE_THRESHOLD);
+    const uint32_t ret = HAL_QOS_SetSysBasedFCThreshZr(unit, ZR_QOS_PAUSE_THRESHOLD);
     if (ret != LSW_OK)
         LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "Set SysBasedFCThresh Zr unitId = %u, ret = %u", unit,
                              ret);
@@ -68,8 +68,8 @@ uint32_t ZR_QOS_EgrInit(uint32_t unit)
 
 uint32_t ZR_QOS_PriSelInit(uint32_t unit)
 {
-    static constexpr uint32_t kPriSel[QOS_PRISEL_VALUES] = {1, 5, 7, 6, 0};
-    const uint32_t ret = HAL_QOS_SetPriSelZr(unit, QOS_PRISEL_INDEX, kPriSel);
+    static constexpr uint32_t kPriSel[ZR_QOS_PRISEL_VALUES] = {1, 5, 7, 6, 0};
+    const uint32_t ret = HAL_QOS_SetPriSelZr(unit, ZR_QOS_PRISEL_INDEX, kPriSel);
     if (ret != LSW_OK)
         LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "HAL QOS Set PriSel Zr unitId = %u, ret = %u", unit, ret);
     return ret;
@@ -82,7 +82,7 @@ uint32_t ZR_QOS_PortPriSelInit(uint32_t unit)
     static constexpr uint32_t kSets[] = {LSWM_SET_PRISEL_A, LSWM_SET_PRISEL_B};
     for (uint32_t set : kSets) {
         for (uint32_t port : zr::PortSet(unit, set)) {
-            if (uint32_t ret = HAL_QOS_SetPortPriSelZr(unit, port, QOS_PRISEL_INDEX); ret != LSW_OK) {
+            if (uint32_t ret = HAL_QOS_SetPortPriSelZr(unit, port, ZR_QOS_PRISEL_INDEX); ret != LSW_OK) {
                 LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret,
                                      "HAL QOS Set PriSel Zr unitId = %u, ret = %u, portId = %u", unit, ret,
                                      port);
@@ -112,9 +112,9 @@ uint32_t ZR_QOS_QueueMapInit(uint32_t unit)
 
 uint32_t ZR_QOS_PriMapInit(uint32_t unit)
 {
-    static constexpr uint32_t kQueueOfPriority[QOS_QUEUES] = {0, 1, 2, 3, 4, 5, 6, 7};
+    static constexpr uint32_t kQueueOfPriority[ZR_QOS_QUEUES] = {0, 1, 2, 3, 4, 5, 6, 7};
     // The chip has a map per number of queues: the selector is that number.
-    const uint32_t ret = HAL_QOS_SetPriMapZr(unit, QOS_QUEUES, kQueueOfPriority, QOS_QUEUES);
+    const uint32_t ret = HAL_QOS_SetPriMapZr(unit, ZR_QOS_QUEUES, kQueueOfPriority, ZR_QOS_QUEUES);
     if (ret != LSW_OK)
         LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "HAL QOS Set PriMap Zr unitId = %u, ret = %u", unit, ret);
     return ret;
@@ -122,7 +122,7 @@ uint32_t ZR_QOS_PriMapInit(uint32_t unit)
 
 uint32_t ZR_QOS_DscpPriMapInit(uint32_t unit)
 {
-    for (uint32_t dscp = 0; dscp < QOS_DSCPS; ++dscp) {
+    for (uint32_t dscp = 0; dscp < ZR_QOS_DSCPS; ++dscp) {
         if (uint32_t ret = HAL_QOS_SetDscpPriMapZr(unit, dscp, dscp >> 3); ret != LSW_OK) {
             LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret,
                                  "HAL QOS Set DscpPriMap Zr unitId = %u, loop = %u, ret = %u", unit, dscp, ret);
@@ -134,7 +134,7 @@ uint32_t ZR_QOS_DscpPriMapInit(uint32_t unit)
 
 uint32_t ZR_QOS_PqPriMapInit(uint32_t unit)
 {
-    for (uint32_t p8021 = 0; p8021 < QOS_QUEUES; ++p8021) {
+    for (uint32_t p8021 = 0; p8021 < ZR_QOS_QUEUES; ++p8021) {
         if (uint32_t ret = HAL_QOS_Set1pPriMapZr(unit, p8021, p8021); ret != LSW_OK) {
             LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret,
                                  "HAL QOS Set 1pPriMap Zr unitId = %u, loop = %u, ret = %u", unit, p8021, ret);
@@ -148,7 +148,7 @@ uint32_t ZR_QOS_QueScheduleInit(uint32_t unit)
 {
     if (zr::unitInfo(unit) == nullptr)
         return LSW_INVALID_ARGUMENT;
-    static constexpr uint32_t kWeights[QOS_QUEUES] = {};
+    static constexpr uint32_t kWeights[ZR_QOS_QUEUES] = {};
     for (uint32_t port : zr::PortSet(unit, LSWM_SET_VALID)) {
         if (uint32_t ret = HAL_QOS_SetPortcheduleWeightZr(unit, port, kWeights); ret != LSW_OK) {
             LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret,
@@ -162,7 +162,7 @@ uint32_t ZR_QOS_QueScheduleInit(uint32_t unit)
 
 uint32_t HAL_QOS_ChipInitZr(uint32_t unit)
 {
-    return l2sw_qos_init(unit, QOS_QUEUES) == 0 ? LSW_OK : LSW_CHIP_FAILED;
+    return l2sw_qos_init(unit, ZR_QOS_QUEUES) == 0 ? LSW_OK : LSW_CHIP_FAILED;
 }
 
 uint32_t HAL_QOS_SetSysBasedFCThreshZr(uint32_t unit, uint32_t threshold)
@@ -175,7 +175,7 @@ uint32_t HAL_QOS_SetPriSelZr(uint32_t unit, uint32_t index, const uint32_t *valu
     if (values == nullptr)
         return LSW_NULL_POINTER;
     SdkQosRecord record{};
-    for (uint32_t i = 0; i < QOS_PRISEL_VALUES; ++i)
+    for (uint32_t i = 0; i < ZR_QOS_PRISEL_VALUES; ++i)
         record.word[i] = values[i];
     return l2sw_qos_priSel_set(unit, index, &record);
 }
@@ -187,7 +187,7 @@ uint32_t HAL_QOS_SetPortPriSelZr(uint32_t unit, uint32_t port, uint32_t index)
 
 uint32_t HAL_QOS_SetPriMapZr(uint32_t unit, uint32_t selector, const uint32_t *map, uint32_t count)
 {
-    if (count > QOS_QUEUES)
+    if (count > ZR_QOS_QUEUES)
         return LSW_INVALID_ARGUMENT;
     SdkQosRecord record{};
     if (memcpy_s(record.word, sizeof(record.word), map, count * sizeof(uint32_t)) != 0)
@@ -210,7 +210,7 @@ uint32_t HAL_QOS_SetPortcheduleWeightZr(uint32_t unit, uint32_t port, const uint
     if (weights == nullptr)
         return LSW_NULL_POINTER;
     SdkQosRecord record;
-    for (uint32_t queue = 0; queue < QOS_QUEUES; ++queue)
+    for (uint32_t queue = 0; queue < ZR_QOS_QUEUES; ++queue)
         record.word[queue] = weights[queue];
     const uint32_t ret = l2sw_qos_schedulingQueue_set(unit, port, &record);
     return static_cast<int32_t>(ret) < 0 ? uint32_t{LSW_CHIP_FAILED} : ret;

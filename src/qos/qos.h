@@ -12,19 +12,21 @@
 ZR_EXTERN_C_BEGIN
 
 enum {
-    QOS_QUEUES = 8,             // queues, and internal priorities 0 to 7
-    QOS_PAUSE_THRESHOLD = 1535, // system-based flow control
-    QOS_PRISEL_INDEX = 0,       // the priority-selection table in use
-    QOS_PRISEL_VALUES = 5,
-    QOS_DSCPS = 64
+    ZR_QOS_QUEUES = 8,             // queues, and internal priorities 0 to 7
+    ZR_QOS_PAUSE_THRESHOLD = 1535, // system-based flow control
+    ZR_QOS_PRISEL_INDEX = 0,       // the priority-selection table in use
+    ZR_QOS_PRISEL_VALUES = 5,
+    ZR_QOS_DSCPS = 64
 };
+
+// ---- start-up -------------------------------------------------------------------------------
 
 // QoS table: the three stages below, in order.
 ZR_EXPORT uint32_t ZR_QOS_Init(uint32_t unit);
 
-// Stage 1: the chip's QoS with QOS_QUEUES queues.
+// Stage 1: the chip's QoS with ZR_QOS_QUEUES queues.
 ZR_EXPORT uint32_t ZR_QOS_ChipInit(uint32_t unit);
-// Stage 2: QOS_PAUSE_THRESHOLD.
+// Stage 2: ZR_QOS_PAUSE_THRESHOLD.
 ZR_EXPORT uint32_t ZR_QOS_MmuBuffInit(uint32_t unit);
 // Stage 3: priority selection, its ports, the maps, the scheduling.
 ZR_EXPORT uint32_t ZR_QOS_EgrInit(uint32_t unit);
@@ -44,13 +46,15 @@ ZR_EXPORT uint32_t ZR_QOS_PqPriMapInit(uint32_t unit);
 // Weight 0 for every queue of every valid port.
 ZR_EXPORT uint32_t ZR_QOS_QueScheduleInit(uint32_t unit);
 
-// Chip operations. They print nothing and hand up the SDK's own status unless said otherwise; a null
+// ---- chip operations ------------------------------------------------------------------------
+
+// They print nothing and hand up the SDK's own status unless said otherwise; a null
 // record is LSW_NULL_POINTER.
 
 // LSW_CHIP_FAILED for every SDK failure.
 ZR_EXPORT uint32_t HAL_QOS_ChipInitZr(uint32_t unit);
 ZR_EXPORT uint32_t HAL_QOS_SetSysBasedFCThreshZr(uint32_t unit, uint32_t threshold);
-// QOS_PRISEL_VALUES values.
+// ZR_QOS_PRISEL_VALUES values.
 ZR_EXPORT uint32_t HAL_QOS_SetPriSelZr(uint32_t unit, uint32_t index, const uint32_t *values);
 ZR_EXPORT uint32_t HAL_QOS_SetPortPriSelZr(uint32_t unit, uint32_t port, uint32_t index);
 // `count` queues for priorities 0 upwards, 0 for the rest. A count above 8: LSW_INVALID_ARGUMENT; a map that
@@ -58,7 +62,7 @@ ZR_EXPORT uint32_t HAL_QOS_SetPortPriSelZr(uint32_t unit, uint32_t port, uint32_
 ZR_EXPORT uint32_t HAL_QOS_SetPriMapZr(uint32_t unit, uint32_t selector, const uint32_t *map, uint32_t count);
 ZR_EXPORT uint32_t HAL_QOS_SetDscpPriMapZr(uint32_t unit, uint32_t dscp, uint32_t priority);
 ZR_EXPORT uint32_t HAL_QOS_Set1pPriMapZr(uint32_t unit, uint32_t p8021, uint32_t priority);
-// QOS_QUEUES weights. An SDK status that is negative in 32 bits becomes LSW_CHIP_FAILED, a positive one is
+// ZR_QOS_QUEUES weights. An SDK status that is negative in 32 bits becomes LSW_CHIP_FAILED, a positive one is
 // handed up.
 ZR_EXPORT uint32_t HAL_QOS_SetPortcheduleWeightZr(uint32_t unit, uint32_t port, const uint32_t *weights);
 

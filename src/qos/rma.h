@@ -7,23 +7,23 @@
 ZR_EXTERN_C_BEGIN
 
 enum {
-    RMA_TYPES = 51,        // the manager's reserved-address types 0 to 50
-    RMA_TYPE_INVALID = 51, // what a type beyond them converts to
-    RMA_ACTIONS = 3,       // the chip's actions 0 to 2
-    RMA_ACTION_INIT = 2    // action of every type after initialisation
+    ZR_RMA_TYPES = 51,        // the manager's reserved-address types 0 to 50
+    ZR_RMA_TYPE_INVALID = 51, // what a type beyond them converts to
+    ZR_RMA_ACTIONS = 3,       // the chip's actions 0 to 2
+    ZR_RMA_ACTION_INIT = 2    // action of every type after initialisation
 };
 
 // Chip type of each manager type. The last entry is not consulted.
-ZR_EXPORT extern const uint32_t g_rmaAddrTypeMap[RMA_TYPES + 1];
+ZR_EXPORT extern const uint32_t g_rmaAddrTypeMap[ZR_RMA_TYPES + 1];
 
 // Multicast table: HAL_RMA_InitZr.
 ZR_EXPORT uint32_t ZR_MC_Init(uint32_t unit);
 
-// Switches LLDP trapping on, then gives every type RMA_ACTION_INIT in ascending order. Stops at the first
+// Switches LLDP trapping on, then gives every type ZR_RMA_ACTION_INIT in ascending order. Stops at the first
 // failure: LSW_CHIP_FAILED, what was set stays set.
 ZR_EXPORT uint32_t HAL_RMA_InitZr(uint32_t unit);
 
-// Writes the chip type of a manager type, RMA_TYPE_INVALID for a type above 50.
+// Writes the chip type of a manager type, ZR_RMA_TYPE_INVALID for a type above 50.
 ZR_EXPORT void HAL_RMA_RmaTypeToZrType(uint32_t type, uint32_t *chipType);
 
 // Sets what the chip does with frames to a reserved address. A type above 50 or an action above 2:

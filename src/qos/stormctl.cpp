@@ -81,10 +81,10 @@ uint32_t HAL_STORMCTL_AdaptBucketSizeZr(uint32_t unit, uint32_t meter)
         return LSW_CHIP_FAILED;
     }
     uint32_t chipBucket = chipRate;
-    if (chipBucket < STORMCTL_BUCKET_MIN)
-        chipBucket = STORMCTL_BUCKET_MIN;
-    if (chipBucket > STORMCTL_BUCKET_MAX)
-        chipBucket = STORMCTL_BUCKET_MAX;
+    if (chipBucket < ZR_STORMCTL_BUCKET_MIN)
+        chipBucket = ZR_STORMCTL_BUCKET_MIN;
+    if (chipBucket > SDK_BUCKET_MAX)
+        chipBucket = SDK_BUCKET_MAX;
     if (uint32_t ret = l2sw_rate_shareMeterBucket_set(sdkUnit, meter, chipBucket); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_STORMCTL, 0, ret,
                              "Zr set share meter bucket failed, error type is 0x%x", ret);

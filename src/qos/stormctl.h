@@ -2,15 +2,12 @@
 // The meter's rate is whatever was programmed into it before (qos/hsec.h).
 #pragma once
 
-#include "platform/abi.h"
+#include "platform/chip_records.h"
 #include "platform/manager_records.h"
 
 ZR_EXTERN_C_BEGIN
 
-enum {
-    STORMCTL_BUCKET_MIN = 1000,   // chip's bucket unit
-    STORMCTL_BUCKET_MAX = 2097151 // 21 bits
-};
+enum { ZR_STORMCTL_BUCKET_MIN = 1000 }; // chip's bucket unit
 
 // Storm control stays off until the first ZR_STORMCTL_Set of a port: touches nothing, returns 0.
 ZR_EXPORT uint32_t ZR_STORMCTL_Init(uint32_t unit);
@@ -25,8 +22,8 @@ ZR_EXPORT uint32_t ZR_STORMCTL_Set(uint32_t unit, uint32_t port, const LswmStorm
 // any chip call; what was done stays done. A null record: LSW_NULL_POINTER, not printed.
 ZR_EXPORT uint32_t HAL_STORMCTL_SetZr(uint32_t unit, uint32_t port, const LswmStormControl *control);
 
-// Sets the meter's bucket to its rate in chip units, within STORMCTL_BUCKET_MIN and _MAX. A failure is printed
-// and answers LSW_CHIP_FAILED.
+// Sets the meter's bucket to its rate in chip units, within ZR_STORMCTL_BUCKET_MIN and SDK_BUCKET_MAX. A
+// failure is printed and answers LSW_CHIP_FAILED.
 ZR_EXPORT uint32_t HAL_STORMCTL_AdaptBucketSizeZr(uint32_t unit, uint32_t meter);
 
 ZR_EXTERN_C_END

@@ -26,7 +26,7 @@ AclCounterInfo *COM_ACL_GetCounterInfo(uint32_t unit)
 uint32_t COM_ACL_CounterInfoInit(uint32_t unit, uint32_t count)
 {
     AclCounterInfo *info = COM_ACL_GetCounterInfo(unit);
-    if (info == nullptr || count > ACL_MAX_COUNTERS)
+    if (info == nullptr || count > ZR_ACL_MAX_COUNTERS)
         return LSW_INVALID_ARGUMENT;
     info->counterNum = count;
     info->usedNum = 0;
@@ -43,7 +43,7 @@ uint32_t COM_ACL_AllocChipCounter(uint32_t unit, uint32_t *counterId)
     if (info->usedNum >= info->counterNum)
         return LSW_NO_RESOURCE;
 
-    const uint32_t end = info->counterNum < ACL_NO_COUNTER ? info->counterNum : uint32_t{ACL_NO_COUNTER};
+    const uint32_t end = info->counterNum < ZR_ACL_NO_COUNTER ? info->counterNum : uint32_t{ZR_ACL_NO_COUNTER};
     const uint32_t id = zr::Bitmap(info->inUse).firstClear(end);
     if (id == end)
         return LSW_NO_RESOURCE;
@@ -92,7 +92,7 @@ uint32_t COM_ACL_SetRuleCounterMapEntryValid(uint32_t unit, uint32_t chipRuleId,
         return LSW_INVALID_ARGUMENT;
     AclRuleCounterMapEntry &entry = info->counterMap[chipRuleId];
     const AclRuleCounterMapEntry bound = entry;
-    if (bound.counterId == ACL_NO_COUNTER)
+    if (bound.counterId == ZR_ACL_NO_COUNTER)
         return LSW_OK;
     if (valid == 1) {
         entry.valid = 1;
@@ -100,7 +100,7 @@ uint32_t COM_ACL_SetRuleCounterMapEntryValid(uint32_t unit, uint32_t chipRuleId,
     }
     // A later rule without counter at the same chip rule id must not release this one again, and a counter
     // that does not count here may be another rule's by now.
-    entry = {ACL_NO_COUNTER, 0};
+    entry = {ZR_ACL_NO_COUNTER, 0};
     if (bound.valid != 1)
         return LSW_OK;
     return COM_ACL_SetCounterInfoEntry(unit, bound.counterId, valid);

@@ -16,11 +16,11 @@
 ZR_EXTERN_C_BEGIN
 
 enum {
-    ACL_PARTITIONS = 4,         // 0 to 3, of logic rule ids and of chip rule ids alike
-    ACL_MAX_RULES = 256,        // capacity of the rule id bitmaps
-    ACL_MAX_COUNTERS = 256,     // capacity of the counter bitmap
-    ACL_MAX_RULE_ENTRIES = 255, // chip entries of one rule: a record counts them in 8 bits
-    ACL_NO_COUNTER = 0xFF       // counter id of a chip rule id without counter
+    ZR_ACL_PARTITIONS = 4,         // 0 to 3, of logic rule ids and of chip rule ids alike
+    ZR_ACL_MAX_RULES = 256,        // capacity of the rule id bitmaps
+    ZR_ACL_MAX_COUNTERS = 256,     // capacity of the counter bitmap
+    ZR_ACL_MAX_RULE_ENTRIES = 255, // chip entries of one rule: a record counts them in 8 bits
+    ZR_ACL_NO_COUNTER = 0xFF       // counter id of a chip rule id without counter
 };
 
 // A partition covers firstId up to, not including, firstId + count.
@@ -37,7 +37,7 @@ typedef struct {
 } AclRuleRecord;
 
 typedef struct {
-    uint8_t counterId; // ACL_NO_COUNTER: none
+    uint8_t counterId; // ZR_ACL_NO_COUNTER: none
     uint8_t valid;     // 1: the counter counts for this rule
 } AclRuleCounterMapEntry;
 
@@ -52,10 +52,10 @@ typedef struct {
     uint32_t logicRuleNum;
     uint32_t chipRuleNum;
     uint32_t ruleRecordNum; // valid records
-    AclRulePartInfo logicParts[ACL_PARTITIONS];
-    AclRulePartInfo chipParts[ACL_PARTITIONS];
-    uint32_t logicInUse[ACL_MAX_RULES / 32];
-    uint32_t chipInUse[ACL_MAX_RULES / 32];
+    AclRulePartInfo logicParts[ZR_ACL_PARTITIONS];
+    AclRulePartInfo chipParts[ZR_ACL_PARTITIONS];
+    uint32_t logicInUse[ZR_ACL_MAX_RULES / 32];
+    uint32_t chipInUse[ZR_ACL_MAX_RULES / 32];
     AclRuleRecord *ruleRecords;         // logicRuleNum
     AclRuleCounterMapEntry *counterMap; // chipRuleNum
     AclRuleCarMapEntry *carMap;         // chipRuleNum
@@ -64,7 +64,7 @@ typedef struct {
 typedef struct {
     uint32_t counterNum;
     uint32_t usedNum; // counters taken and not released
-    uint32_t inUse[ACL_MAX_COUNTERS / 32];
+    uint32_t inUse[ZR_ACL_MAX_COUNTERS / 32];
 } AclCounterInfo;
 
 // A rule found by one of its chip rule ids.

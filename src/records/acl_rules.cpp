@@ -57,7 +57,7 @@ AclRuleRecord *findFree(const AclRuleInfo &info)
 bool runFits(const AclRuleInfo &info, uint32_t firstChipId, uint32_t count)
 {
     return firstChipId + count - 1 < info.chipRuleNum && firstChipId <= info.chipRuleNum &&
-           count <= ACL_MAX_RULE_ENTRIES;
+           count <= ZR_ACL_MAX_RULE_ENTRIES;
 }
 
 } // namespace
@@ -70,13 +70,13 @@ AclRuleInfo *COM_ACL_GetRuleInfo(uint32_t unit)
 AclRulePartInfo *COM_ACL_GetLogicRulePartInfo(uint32_t unit, uint32_t partition)
 {
     AclRuleInfo *info = COM_ACL_GetRuleInfo(unit);
-    return info != nullptr && partition < ACL_PARTITIONS ? &info->logicParts[partition] : nullptr;
+    return info != nullptr && partition < ZR_ACL_PARTITIONS ? &info->logicParts[partition] : nullptr;
 }
 
 AclRulePartInfo *COM_ACL_GetChipRulePartInfo(uint32_t unit, uint32_t partition)
 {
     AclRuleInfo *info = COM_ACL_GetRuleInfo(unit);
-    return info != nullptr && partition < ACL_PARTITIONS ? &info->chipParts[partition] : nullptr;
+    return info != nullptr && partition < ZR_ACL_PARTITIONS ? &info->chipParts[partition] : nullptr;
 }
 
 // ---- partitions ---------------------------------------------------------------------------------
@@ -116,7 +116,7 @@ uint32_t COM_ACL_RuleInfoInit(uint32_t unit, uint32_t count)
         return LSW_INVALID_ARGUMENT;
     if (info->ruleRecords != nullptr || info->counterMap != nullptr || info->carMap != nullptr)
         return LSW_IN_USE;
-    if (count > ACL_MAX_RULES)
+    if (count > ZR_ACL_MAX_RULES)
         return LSW_INVALID_ARGUMENT;
 
     auto *records = allocArray<AclRuleRecord>(count);
@@ -128,7 +128,7 @@ uint32_t COM_ACL_RuleInfoInit(uint32_t unit, uint32_t count)
         return LSW_NULL_POINTER;
     }
     for (uint32_t chipRuleId = 0; chipRuleId < count; ++chipRuleId)
-        counterMap[chipRuleId].counterId = ACL_NO_COUNTER;
+        counterMap[chipRuleId].counterId = ZR_ACL_NO_COUNTER;
     auto *carMap = allocArray<AclRuleCarMapEntry>(count);
     if (carMap == nullptr) {
         LSWM_MemFree(counterMap);
@@ -141,7 +141,7 @@ uint32_t COM_ACL_RuleInfoInit(uint32_t unit, uint32_t count)
     info->carMap = carMap;
     info->logicRuleNum = count;
     info->chipRuleNum = count;
-    for (uint32_t partition = 0; partition < ACL_PARTITIONS; ++partition) {
+    for (uint32_t partition = 0; partition < ZR_ACL_PARTITIONS; ++partition) {
         COM_ACL_ChipRulePartInit(unit, partition, 0, count);
         COM_ACL_LogicRulePartInit(unit, partition, 0, count);
     }

@@ -4,7 +4,7 @@
 #include "records/bitmap.h"
 #include "records/id_map.h"
 
-HsecMeterInfo g_HsecMeterInfo[HSEC_UNITS][HSEC_METER_TYPES];
+HsecMeterInfo g_HsecMeterInfo[LSWM_UNITS][ZR_HSEC_METER_TYPES];
 
 namespace
 {
@@ -17,10 +17,10 @@ zr::IdMap<HsecMeterEntry> mapOf(const HsecMeterInfo &info)
 // Whether a bitmap would have to hold an identifier that it has no bit for.
 bool beyondBitmap(const HsecMeterInfo &info, uint32_t id)
 {
-    return info.bitmapMode != 0 && id >= HSEC_BITMAP_IDS;
+    return info.bitmapMode != 0 && id >= ZR_HSEC_BITMAP_IDS;
 }
 
-uint32_t allocLowest(zr::Bitmap<uint32_t, HSEC_BITMAP_IDS / 32> inUse, uint32_t count, uint32_t *id)
+uint32_t allocLowest(zr::Bitmap<uint32_t, ZR_HSEC_BITMAP_IDS / 32> inUse, uint32_t count, uint32_t *id)
 {
     const uint32_t lowest = inUse.firstClear(count);
     if (lowest >= count)
@@ -33,7 +33,7 @@ uint32_t allocLowest(zr::Bitmap<uint32_t, HSEC_BITMAP_IDS / 32> inUse, uint32_t 
 
 HsecMeterInfo *COM_HSEC_GetMeterInfo(uint32_t unit, uint32_t type)
 {
-    return unit < HSEC_UNITS && type < HSEC_METER_TYPES ? &g_HsecMeterInfo[unit][type] : nullptr;
+    return unit < LSWM_UNITS && type < ZR_HSEC_METER_TYPES ? &g_HsecMeterInfo[unit][type] : nullptr;
 }
 
 uint32_t COM_HSEC_MeterInfoInit(uint32_t unit, uint32_t type, uint32_t base, uint32_t count, uint8_t bitmapMode)
@@ -43,7 +43,7 @@ uint32_t COM_HSEC_MeterInfoInit(uint32_t unit, uint32_t type, uint32_t base, uin
         return LSW_INVALID_ARGUMENT;
     if (info->entries != nullptr)
         return LSW_IN_USE;
-    if (bitmapMode != 0 && count > HSEC_BITMAP_IDS)
+    if (bitmapMode != 0 && count > ZR_HSEC_BITMAP_IDS)
         return LSW_INVALID_ARGUMENT;
     info->entries = zr::allocIdMap<HsecMeterEntry>(count);
     if (info->entries == nullptr)

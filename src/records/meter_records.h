@@ -10,14 +10,13 @@
 // nothing (LSW_CHIP_FAILED), and its entry identifiers are the logic identifiers.
 #pragma once
 
-#include "platform/abi.h"
+#include "platform/manager.h"
 
 ZR_EXTERN_C_BEGIN
 
 enum {
-    HSEC_UNITS = 3,
-    HSEC_METER_TYPES = 6,
-    HSEC_BITMAP_IDS = 128 // identifiers that an in-use bitmap covers
+    ZR_HSEC_METER_TYPES = 6, // meter types of a unit
+    ZR_HSEC_BITMAP_IDS = 128 // identifiers that an in-use bitmap covers
 };
 
 typedef struct {
@@ -37,8 +36,8 @@ typedef struct {
     uint16_t usedCount;  // map entries in use
     uint8_t bitmapMode;  // nonzero: the bitmaps decide what is in use; zero: the map entries do
     uint8_t reserved13[3];
-    uint32_t logicInUse[HSEC_BITMAP_IDS / 32];
-    uint32_t chipInUse[HSEC_BITMAP_IDS / 32];
+    uint32_t logicInUse[ZR_HSEC_BITMAP_IDS / 32];
+    uint32_t chipInUse[ZR_HSEC_BITMAP_IDS / 32];
     HsecMeterEntry *entries; // entryCount entries, never released
 } HsecMeterInfo;
 ZR_ASSERT_OFFSET(HsecMeterInfo, logicCount, 4);
@@ -50,7 +49,7 @@ ZR_ASSERT_OFFSET(HsecMeterInfo, chipInUse, 32);
 ZR_ASSERT_OFFSET(HsecMeterInfo, entries, 48);
 
 // Indexed by unit and meter type; all zero until initialised.
-ZR_EXPORT extern HsecMeterInfo g_HsecMeterInfo[HSEC_UNITS][HSEC_METER_TYPES];
+ZR_EXPORT extern HsecMeterInfo g_HsecMeterInfo[LSWM_UNITS][ZR_HSEC_METER_TYPES];
 
 // The record itself, or null when unit or type is out of range.
 ZR_EXPORT HsecMeterInfo *COM_HSEC_GetMeterInfo(uint32_t unit, uint32_t type);

@@ -7,7 +7,7 @@
 namespace
 {
 
-QosStatInfo g_QosStatInfo[QOS_STAT_UNITS];
+QosStatInfo g_QosStatInfo[LSWM_UNITS];
 
 using StatMap = zr::IdMap<QosStatEntry>;
 
@@ -21,7 +21,7 @@ struct StatType {
 
 StatType statType(uint32_t unit, uint32_t type)
 {
-    if (unit >= QOS_STAT_UNITS || type >= QOS_STAT_TYPES)
+    if (unit >= LSWM_UNITS || type >= ZR_QOS_STAT_TYPES)
         return {};
     return {&g_QosStatInfo[unit].part[type], &g_QosStatInfo[unit].entries[type]};
 }
@@ -30,7 +30,7 @@ StatType statType(uint32_t unit, uint32_t type)
 
 QosStatInfo *COM_QOS_GetStatInfo(uint32_t unit)
 {
-    return unit < QOS_STAT_UNITS ? &g_QosStatInfo[unit] : nullptr;
+    return unit < LSWM_UNITS ? &g_QosStatInfo[unit] : nullptr;
 }
 
 QosStatPartInfo *COM_QOS_GetStatPartInfo(uint32_t unit, uint32_t type)

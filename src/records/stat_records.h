@@ -10,11 +10,11 @@
 // A type without entries (not initialised, or initialised with none) passes identifiers through unchanged.
 #pragma once
 
-#include "platform/abi.h"
+#include "platform/manager.h"
 
 ZR_EXTERN_C_BEGIN
 
-enum { QOS_STAT_UNITS = 3, QOS_STAT_TYPES = 8 };
+enum { ZR_QOS_STAT_TYPES = 8 }; // statistics types of a unit
 
 typedef struct {
     uint16_t entryCount; // map entries of the type
@@ -33,8 +33,8 @@ ZR_ASSERT_OFFSET(QosStatEntry, valid, 8);
 
 // One unit, by statistics type.
 typedef struct {
-    QosStatPartInfo part[QOS_STAT_TYPES];
-    QosStatEntry *entries[QOS_STAT_TYPES]; // null until initialised, never released
+    QosStatPartInfo part[ZR_QOS_STAT_TYPES];
+    QosStatEntry *entries[ZR_QOS_STAT_TYPES]; // null until initialised, never released
 } QosStatInfo;
 ZR_ASSERT_OFFSET(QosStatInfo, entries, 32);
 

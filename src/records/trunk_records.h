@@ -21,7 +21,7 @@ ZR_ASSERT_OFFSET(TrunkMeterInfo, trunkNum, 8);
 ZR_ASSERT_OFFSET(TrunkMeterInfo, unitId, 12);
 
 // One record per unit; zero at load and never cleared.
-extern ZR_EXPORT TrunkMeterInfo g_TrunkMeterInfo[LSWM_UNITS];
+ZR_EXPORT extern TrunkMeterInfo g_TrunkMeterInfo[LSWM_UNITS];
 
 // The unit's record, or null. It stays the table's.
 ZR_EXPORT TrunkMeterInfo *COM_TRUNK_GetMeterInfo(uint32_t unit);

@@ -108,7 +108,7 @@ std::string hitsOf(Bench &bench, uint32_t unit, uint32_t chipRuleId)
 // Every recorded rule by its first chip rule id, in ascending order.
 template <class Visit> void everyRule(Bench &bench, uint32_t unit, Visit visit)
 {
-    for (uint32_t chipRuleId = 0; chipRuleId < ACL_MAX_RULES; ++chipRuleId) {
+    for (uint32_t chipRuleId = 0; chipRuleId < ZR_ACL_MAX_RULES; ++chipRuleId) {
         AclRuleInfoView rule{};
         if (ZR_RECORD_OP(bench, COM_ACL_GetRuleInfoFromChipId)(unit, chipRuleId, &rule) == LSW_OK &&
             rule.firstChipId == chipRuleId)
@@ -149,7 +149,7 @@ std::string ruleTable(Bench &bench, uint32_t unit)
 std::string partitionTable(Bench &bench, uint32_t unit)
 {
     TextTable table({"PARTITION", "CHIP IDS", "USED", "FREE"});
-    for (uint32_t partition = 0; partition < ACL_PARTITIONS; ++partition) {
+    for (uint32_t partition = 0; partition < ZR_ACL_PARTITIONS; ++partition) {
         uint32_t firstId = 0;
         uint32_t count = 0;
         if (ZR_RECORD_OP(bench, COM_ACL_GetChipRulePartRange)(unit, partition, &firstId, &count) != LSW_OK)

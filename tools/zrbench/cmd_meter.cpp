@@ -26,7 +26,7 @@ const ZrHsecOps &hsec(Bench &bench)
 
 uint32_t typeOf(const Arguments &a)
 {
-    return a.number("type", HSEC_CAR_METER_TYPE);
+    return a.number("type", ZR_HSEC_CAR_METER_TYPE);
 }
 
 // Draws identifiers, programs the chip meter and records the pair, as the manager does with several slots.
@@ -81,11 +81,11 @@ Outcome listMeters(Bench &bench, const Arguments &a)
     const auto chipOf = need(hsec(bench).logicMeterToChipMeter, "HSEC 1");
     const auto get = need(hsec(bench).getCar, "HSEC 7");
     TextTable table({"LOGIC", "CHIP", "MODE", "RATE", "CHIP BUCKET"});
-    for (uint32_t logic = 0; logic < HSEC_CAR_METERS; ++logic) {
+    for (uint32_t logic = 0; logic < ZR_HSEC_CAR_METERS; ++logic) {
         uint32_t chip = 0;
         LswmCar car{};
-        if (inUse(unit, HSEC_CAR_METER_TYPE, logic) != 1 ||
-            chipOf(unit, HSEC_CAR_METER_TYPE, logic, &chip) != LSW_OK || get(unit, chip, &car) != LSW_OK)
+        if (inUse(unit, ZR_HSEC_CAR_METER_TYPE, logic) != 1 ||
+            chipOf(unit, ZR_HSEC_CAR_METER_TYPE, logic, &chip) != LSW_OK || get(unit, chip, &car) != LSW_OK)
             continue;
         table.row({fmt::to_string(logic), fmt::to_string(chip), fmt::to_string(car.mode),
                    fmt::to_string(car.rate), fmt::to_string(car.bucket)});

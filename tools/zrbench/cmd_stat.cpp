@@ -21,7 +21,7 @@ constexpr Argument kCount{"count", Type::Number};
 Outcome list(Bench &bench, const Arguments &a)
 {
     TextTable table({"TYPE", "ENTRIES", "USED"});
-    for (uint32_t type = 0; type < QOS_STAT_TYPES; ++type) {
+    for (uint32_t type = 0; type < ZR_QOS_STAT_TYPES; ++type) {
         const QosStatPartInfo *part = ZR_STAT_OP(bench, COM_QOS_GetStatPartInfo)(a.number("unit"), type);
         if (part == nullptr)
             throw UsageError{fmt::format("unit {} has no statistics records", a.number("unit"))};
