@@ -19,11 +19,11 @@ enum { ZR_ACL_CHIP_PORTS = 0x3801F };
 
 // ---- match, manager to chip -----------------------------------------------------------------------
 
-// Converts the whole match part into a configuration that the caller has cleared: layer 2, then IPv4
-// when the layer-3 type is 0, then the ports. A match without fields becomes a destination MAC of mask
-// 0, which every frame matches. Returns 0 or the sum of the fields' statuses (3 and 4) of the layer
-// that failed; the layers after it are then left out and the ports unset, while the nodes chained so
-// far stay in the chain.
+// Converts the whole match part into a configuration that the caller has cleared: layer 2, then IPv4 when
+// the layer-3 type is 0, then the ports. A match without fields becomes a destination MAC of mask 0, which
+// every frame matches. Returns LSW_OK or the sum of the fields' statuses (LSW_NO_MEMORY and
+// LSW_CHIP_FAILED) of the layer that failed; the layers after it are then left out and the ports unset,
+// while the nodes chained so far stay in the chain.
 ZR_EXPORT uint32_t HAL_ACL_ConvertRuleInfoZr(uint32_t unit, const LswmAclMatch *match, FilterCfg *cfg);
 
 // Convert the fields of one layer whose flags are set, each of them even after a failure. Return the
@@ -31,12 +31,12 @@ ZR_EXPORT uint32_t HAL_ACL_ConvertRuleInfoZr(uint32_t unit, const LswmAclMatch *
 ZR_EXPORT uint32_t HAL_ACL_ConvertL2InfoZr(uint32_t unit, const LswmAclMatch *match, FilterCfg *cfg);
 ZR_EXPORT uint32_t HAL_ACL_ConvertIpv4InfoZr(uint32_t unit, const LswmAclMatch *match, FilterCfg *cfg);
 
-// Chains the field that matches every frame into a configuration that has no field: every rule carries
-// at least one. 0, or the status of the field.
+// Chains the field that matches every frame into a configuration that has no field: every rule carries at
+// least one. LSW_OK, or the status of the field.
 ZR_EXPORT uint32_t HAL_ACL_EmptyMatchHandle(uint32_t unit, FilterCfg *cfg);
 
-// One field each. 0; 3 when there is no memory for the node, silently; 4 when the SDK refuses the
-// field: prints "Convert<field> acl field add type" with the SDK's status.
+// One field each. LSW_OK; LSW_NO_MEMORY when there is no memory for the node, silently; LSW_CHIP_FAILED
+// when the SDK refuses the field: prints "Convert<field> acl field add type" with the SDK's status.
 
 // Six bytes of address and of mask, as on the wire.
 ZR_EXPORT uint32_t HAL_ACL_ConvertDMacZr(uint32_t unit, const uint8_t *mac, const uint8_t *mask,
@@ -89,8 +89,8 @@ ZR_EXPORT void HAL_ACL_FilterActToLswmActionZr(LswmAclAction *action, const Filt
 
 // ---- names ----------------------------------------------------------------------------------------
 
-// Copies the printable name of a raw field id. 0; 5 for an id without a name; 4 when `buffer` of `size`
-// bytes is too small.
+// Copies the printable name of a raw field id. LSW_OK; LSW_NOT_FOUND for an id without a name;
+// LSW_CHIP_FAILED when `buffer` of `size` bytes is too small.
 ZR_EXPORT uint32_t HAL_ACL_FieldType2Name(uint32_t id, char *buffer, uint32_t size);
 
 ZR_EXTERN_C_END

@@ -10,11 +10,11 @@ ZR_EXTERN_C_BEGIN
 // The identifier by which the board's reset service knows each unit's chip.
 ZR_EXPORT extern const uint32_t g_vesperUnitMap[LSWM_UNITS];
 
-// Brings a unit (0 to 2) into service: reset through the board, a pause of 20 ticks, registration of
-// the SDK's services (SMI transport, mutexes, text output), SDK initialisation, RGMII, LEDs; ends with a
+// Brings a unit (0 to 2) into service: reset through the board, a pause of 20 ticks, registration of the
+// SDK's services (SMI transport, mutexes, text output), SDK initialisation, RGMII, LEDs; ends with a
 // revision line that is printed whatever the trace level. May be repeated; nothing is remembered.
-// Statuses: 1 = no such unit, nothing is touched; 4 = a reset call or l2sw_switch_init failed (printed),
-// the steps after it are left out. Failing services, RGMII and LEDs are not looked at.
+// LSW_INVALID_ARGUMENT: no such unit, nothing is touched; LSW_CHIP_FAILED: a reset call or l2sw_switch_init
+// failed (printed), the steps after it are left out. Failing services, RGMII and LEDs are not looked at.
 ZR_EXPORT uint32_t ZR_COMMON_InitChip(uint32_t unit);
 ZR_EXPORT uint32_t HAL_CHIP_InitQ9(uint32_t unit);
 
@@ -48,7 +48,8 @@ ZR_EXPORT char *HAL_CHIP_GetDropReasonQ9(uint32_t unit, uint32_t port);
 // ---- chip command line ----------------------------------------------------------------------
 
 // Runs one command line: one that starts with "compare rgmii param" compares the RGMII parameters, any
-// other goes whole to the board's interpreter. 0 whatever came of it; 2 for a null command.
+// other goes whole to the board's interpreter. LSW_OK whatever came of it; LSW_NULL_POINTER for a null
+// command.
 ZR_EXPORT uint32_t ZR_COMMON_CliCmdPrase(uint32_t unit, const char *command);
 ZR_EXPORT uint32_t HAL_CHIP_CliCmdPraseQ9(uint32_t unit, const char *command);
 

@@ -14,8 +14,8 @@ ZR_EXTERN_C_BEGIN
 ZR_EXPORT void L2sw_RGMIIInit(uint32_t unit);
 
 // Computes both parameter words, lets the environment replace RGMII2, reports which was used (a line
-// printed whatever the trace level) and writes them. 0, whatever the register writes answer; 1 when the
-// unit is not 0 to 2.
+// printed whatever the trace level) and writes them. LSW_OK, whatever the register writes answer;
+// LSW_INVALID_ARGUMENT when the unit is not 0 to 2.
 ZR_EXPORT uint32_t L2sw_RGMIIParamInit(uint32_t unit);
 
 // The parameter words of a unit at its chip's FS level; both are 0 when the unit is not 0 to 2.

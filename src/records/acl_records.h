@@ -6,9 +6,9 @@
 // same again) and later recorded (COM_ACL_SetRuleRecord, COM_ACL_SetRuleCounterMapEntry). Calls for a unit
 // come one at a time.
 //
-// Common to all: `unit` is 0 to 2, a higher one gives 1; a null output gives 2 and nothing else happens. An
-// output is written only when 0 is returned. Identifiers beyond the unit's tables never reach memory: they
-// give 1 where no other status is named.
+// Common to all: `unit` is 0 to 2, a higher one gives LSW_INVALID_ARGUMENT; a null output gives
+// LSW_NULL_POINTER and nothing else happens. An output is written only with LSW_OK. Identifiers beyond the
+// unit's tables never reach memory: they give LSW_INVALID_ARGUMENT where no other status is named.
 #pragma once
 
 #include "platform/abi.h"
@@ -82,23 +82,26 @@ ZR_EXPORT AclRulePartInfo *COM_ACL_GetLogicRulePartInfo(uint32_t unit, uint32_t 
 ZR_EXPORT AclRulePartInfo *COM_ACL_GetChipRulePartInfo(uint32_t unit, uint32_t partition);
 ZR_EXPORT AclCounterInfo *COM_ACL_GetCounterInfo(uint32_t unit);
 
-// Takes the memory of `count` rules (0 to 256) and lets every partition cover all of them. 1 also for a
-// count above 256, 6 when the unit is initialised already, 2 when there is no memory: the unit then has
-// none, and the call may be repeated. There is no way back once it has succeeded.
+// Takes the memory of `count` rules (0 to 256) and lets every partition cover all of them.
+// LSW_INVALID_ARGUMENT also for a count above 256, LSW_IN_USE when the unit is initialised already,
+// LSW_NULL_POINTER when there is no memory: the unit then has none, and the call may be repeated. There is
+// no way back once it has succeeded.
 ZR_EXPORT uint32_t COM_ACL_RuleInfoInit(uint32_t unit, uint32_t count);
 
-// Sets the number of counters (0 to 256, else 1) and how many are taken to 0; the bitmap stays.
+// Sets the number of counters (0 to 256, else LSW_INVALID_ARGUMENT) and how many are taken to 0; the bitmap
+// stays.
 ZR_EXPORT uint32_t COM_ACL_CounterInfoInit(uint32_t unit, uint32_t count);
 
 // ---- partitions ---------------------------------------------------------------------------------
 
-// 1 also for a partition above 3.
+// LSW_INVALID_ARGUMENT also for a partition above 3.
 ZR_EXPORT uint32_t COM_ACL_GetLogicRulePartRange(uint32_t unit, uint32_t partition, uint32_t *firstId,
                                                  uint32_t *count);
 ZR_EXPORT uint32_t COM_ACL_GetChipRulePartRange(uint32_t unit, uint32_t partition, uint32_t *firstId,
                                                 uint32_t *count);
 
-// Cut a partition. 1 also for a partition above 3 and for a range that ends beyond the unit's ids.
+// Cut a partition. LSW_INVALID_ARGUMENT also for a partition above 3 and for a range that ends beyond the
+// unit's ids.
 ZR_EXPORT uint32_t COM_ACL_LogicRulePartInit(uint32_t unit, uint32_t partition, uint32_t firstId,
                                              uint32_t count);
 ZR_EXPORT uint32_t COM_ACL_ChipRulePartInit(uint32_t unit, uint32_t partition, uint32_t firstId,
@@ -110,57 +113,61 @@ ZR_EXPORT uint32_t COM_ACL_ChipRulePartInit(uint32_t unit, uint32_t partition, u
 // unit, for an id that no rule can have.
 ZR_EXPORT uint32_t COM_ACL_IsLogicRuleInUse(uint32_t unit, uint32_t logicRuleId);
 
-// The lowest free id of the partition. 1 also for a partition above 3, 7 when none is free.
+// The lowest free id of the partition. LSW_INVALID_ARGUMENT also for a partition above 3, LSW_NO_RESOURCE
+// when none is free.
 ZR_EXPORT uint32_t COM_ACL_AllocLogicRuleId(uint32_t unit, uint32_t partition, uint32_t *logicRuleId);
 
 // The lowest run of `count` free ids that lies inside the partition; a count of 0 asks for the lowest free
-// id. 1 also for a partition above 3, 7 when there is no such run.
+// id. LSW_INVALID_ARGUMENT also for a partition above 3, LSW_NO_RESOURCE when there is no such run.
 ZR_EXPORT uint32_t COM_ACL_AllocChipRuleId(uint32_t unit, uint32_t partition, uint32_t count,
                                            uint32_t *firstChipId);
 
-// Records a rule and marks its ids. 6 when the logic rule id is taken; 7 when the unit is not initialised,
-// when the run does not lie inside the chip rule ids or is longer than 255, when no record is free; 1 also
-// for a logic rule id that no record can hold. On failure nothing changes.
-// A count of 0 is recorded without chip rule ids, unless it is given with first chip rule id 0 (7).
+// Records a rule and marks its ids. LSW_IN_USE when the logic rule id is taken; LSW_NO_RESOURCE when the
+// unit is not initialised, when the run does not lie inside the chip rule ids or is longer than 255, when
+// no record is free; LSW_INVALID_ARGUMENT also for a logic rule id that no record can hold. On failure
+// nothing changes. A count of 0 is recorded without chip rule ids, unless it is given with first chip rule
+// id 0 (LSW_NO_RESOURCE).
 ZR_EXPORT uint32_t COM_ACL_SetRuleRecord(uint32_t unit, uint32_t logicRuleId, uint32_t firstChipId,
                                          uint32_t count);
 
-// Frees the rule's record and its ids; an unknown logic rule id is only unmarked. Always 0 for a good unit.
-// The rule's counter and meter are not released here: ZR_ACL_DelEntry did that.
+// Frees the rule's record and its ids; an unknown logic rule id is only unmarked. Always LSW_OK for a good
+// unit. The rule's counter and meter are not released here: ZR_ACL_DelEntry did that.
 ZR_EXPORT uint32_t COM_ACL_ReleseRuleRecord(uint32_t unit, uint32_t logicRuleId);
 
-// 4 when no record holds the id.
+// LSW_CHIP_FAILED when no record holds the id.
 ZR_EXPORT uint32_t COM_ACL_LogicRuleToChipRule(uint32_t unit, uint32_t logicRuleId, uint32_t *firstChipId);
 
-// The rule whose run contains the chip rule id, at its start or inside. 5 when the id is not marked, 4 when
-// it is but no record covers it.
+// The rule whose run contains the chip rule id, at its start or inside. LSW_NOT_FOUND when the id is not
+// marked, LSW_CHIP_FAILED when it is but no record covers it.
 ZR_EXPORT uint32_t COM_ACL_GetRuleInfoFromChipId(uint32_t unit, uint32_t chipRuleId, AclRuleInfoView *rule);
 
-// The length of that rule's run; every failure but a null pointer is 4, a bad unit included.
+// The length of that rule's run; every failure but a null pointer is LSW_CHIP_FAILED, a bad unit included.
 ZR_EXPORT uint32_t COM_ACL_GetRuleCountFromChipRule(uint32_t unit, uint32_t chipRuleId, uint32_t *count);
 
 // ---- counters and meters --------------------------------------------------------------------------
 
-// The lowest free counter. 7 when as many are taken as the unit has, or none is free. Counter 255 is never
-// chosen: its number stands for none in the map.
+// The lowest free counter. LSW_NO_RESOURCE when as many are taken as the unit has, or none is free. Counter
+// 255 is never chosen: its number stands for none in the map.
 ZR_EXPORT uint32_t COM_ACL_AllocChipCounter(uint32_t unit, uint32_t *counterId);
 
 // Flag 1 marks the counter taken and adds 1 to the number taken, any other flag marks it free and subtracts
-// 1, whatever the mark was before; the number never falls below 0. 7 for a counter that the unit does not have.
+// 1, whatever the mark was before; the number never falls below 0. LSW_NO_RESOURCE for a counter that the
+// unit does not have.
 ZR_EXPORT uint32_t COM_ACL_SetCounterInfoEntry(uint32_t unit, uint32_t counterId, uint32_t flag);
 
-// Binds a counter to the rule at `chipRuleId` and marks it taken (valid 1) or free (any other, kept as 0); the
-// status is that of the marking. The binding stays written when the marking fails; a counter id above 255,
-// which it cannot hold, gives 7 and leaves it as it was.
+// Binds a counter to the rule at `chipRuleId` and marks it taken (valid 1) or free (any other, kept as 0);
+// the status is that of the marking. The binding stays written when the marking fails; a counter id above
+// 255, which it cannot hold, gives LSW_NO_RESOURCE and leaves it as it was.
 ZR_EXPORT uint32_t COM_ACL_SetRuleCounterMapEntry(uint32_t unit, uint32_t chipRuleId, uint32_t counterId,
                                                   uint32_t valid);
 
-// Takes (valid 1) or releases (any other) the counter bound at `chipRuleId`; 0 when there is none. The
+// Takes (valid 1) or releases (any other) the counter bound at `chipRuleId`; LSW_OK when there is none. The
 // release dissolves the binding, and leaves the counter alone when the binding is not valid: no counter is
-// released a second time through it. 7 for a counter to take or release that the unit does not have.
+// released a second time through it. LSW_NO_RESOURCE for a counter to take or release that the unit does
+// not have.
 ZR_EXPORT uint32_t COM_ACL_SetRuleCounterMapEntryValid(uint32_t unit, uint32_t chipRuleId, uint32_t valid);
 
-// 5 when no counter counts for the chip rule id.
+// LSW_NOT_FOUND when no counter counts for the chip rule id.
 ZR_EXPORT uint32_t COM_ACL_GetCounterIdFromChipRuleId(uint32_t unit, uint32_t chipRuleId, uint32_t *counterId);
 
 // The meter of the rule at `chipRuleId`; a meter is no resource here.
