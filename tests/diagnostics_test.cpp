@@ -2,13 +2,18 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <bit>
 #include <cstring>
 
 #include "port/port.h"
 #include "sim/chip/chip.h"
 #include "tests/kit/device.h"
+#include "tests/kit/guarded_text.h"
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using zrsim::Call;
 
@@ -18,10 +23,10 @@ namespace
 {
 
 // A script: success, with `value` in the argument of number `output`.
-auto answering(size_t output, uint32_t value)
+template <class T> auto answering(size_t output, T value)
 {
     return [output, value](const Call &call) {
-        *call.pointer<uint32_t>(output) = value;
+        *call.pointer<T>(output) = value;
         return 0U;
     };
 }
@@ -46,23 +51,14 @@ protected:
             *call.pointer<uint32_t>(4) = 1;
             return 0U;
         });
-        dev.script("l2sw_port_macStatus_get", [](const Call &call) {
-            *call.pointer<SdkMacLink>(2) = {0, 0, 0, 1, {}};
-            return 0U;
-        });
+        dev.script("l2sw_port_macStatus_get", answering(2, SdkMacLink{0, 0, 0, 1, {}}));
         dev.script("l2sw_port_macLocalLoopbackEnable_get", answering(2, 1));
         dev.script("l2sw_port_phyReg_get", [](const Call &call) {
             *call.pointer<uint32_t>(3) = call.number(2) * 0x101;
             return 0U;
         });
-        dev.script("l2sw_port_phyAutoNegoAbility_get", [](const Call &call) {
-            *call.pointer<SdkPortAbility>(2) = {1, 0, 1, 1, 0, 0, 0, 1};
-            return 0U;
-        });
-        dev.script("l2sw_port_snr_get", [](const Call &call) {
-            *call.pointer<SdkPortSnr>(2) = {{11, 12, 13, 14, 15, 16, 17, 18}};
-            return 0U;
-        });
+        dev.script("l2sw_port_phyAutoNegoAbility_get", answering(2, SdkPortAbility{1, 0, 1, 1, 0, 0, 0, 1}));
+        dev.script("l2sw_port_snr_get", answering(2, SdkPortSnr{{11, 12, 13, 14, 15, 16, 17, 18}}));
         dev.script("l2sw_switch_ahb_read", [](const Call &call) {
             EXPECT_EQ(call.number(1), 0x9000084CU);
             *call.pointer<uint32_t>(2) = 0x37;
@@ -144,29 +140,25 @@ TEST_F(Diagnostics, UnreadableRegistersShowTheLastReading)
     });
     char text[2048];
     ZR_OP(HAL_PORT_DumpRegInfo)(1, 3, text, sizeof text);
-    EXPECT_THAT(text, testing::HasSubstr("0x00:0x0000 0x01:0x8001 0x02:0x8002 0x03:0x8003 \r\n"
-                                         "0x04:0x8004 0x05:0x8005 0x06:0x8005 0x07:0x8005 \r\n0x08:0x8008 "));
+    EXPECT_THAT(text, HasSubstr("0x00:0x0000 0x01:0x8001 0x02:0x8002 0x03:0x8003 \r\n"
+                                "0x04:0x8004 0x05:0x8005 0x06:0x8005 0x07:0x8005 \r\n0x08:0x8008 "));
 }
 
 TEST_F(Diagnostics, UnreadableStateShows255)
 {
+    const std::string noAbility =
+        " ability \r\n  10MH:0 10MF:0 100MH:0 100MF:0 1000M:0 pause:0 pauseAsyn:0\r\n";
     const struct {
         const char *call;
         Texts lines;
         size_t failureLines;
     } cases[] = {
-        {"l2sw_port_adminEnable_get", {"enable:255 \r\n"}, 1},
+        {"l2sw_port_adminEnable_get", {"\nenable:255 \r\n"}, 1},
         {"l2sw_port_phyStatus_get", {"speed:255 \r\n", "duplex:255 \r\n"}, 2},
         {"l2sw_port_macStatus_get", {"macLink:255 \r\n"}, 1},
         {"l2sw_port_macLocalLoopbackEnable_get", {"loop:255 \r\n"}, 1},
-        {"l2sw_port_phyAutoNegoAbility_get",
-         {"autoneg:255 \r\n",
-          "local ability \r\n  10MH:0 10MF:0 100MH:0 100MF:0 1000M:0 pause:0 pauseAsyn:0\r\n"},
-         2},
-        {"l2sw_port_phyReg_get",
-         {"phyLink:255 \r\n", "mdixCfg:255 \r\n",
-          "remote ability \r\n  10MH:0 10MF:0 100MH:0 100MF:0 1000M:0 pause:0 pauseAsyn:0\r\n"},
-         2},
+        {"l2sw_port_phyAutoNegoAbility_get", {"autoneg:255 \r\n", "local" + noAbility}, 2},
+        {"l2sw_port_phyReg_get", {"phyLink:255 \r\n", "mdixCfg:255 \r\n", "remote" + noAbility}, 2},
         {"l2sw_switch_ahb_read", {"chip FS data 0x0 level: unknow\r\n"}, 0},
     };
     for (const auto &unreadable : cases) {
@@ -174,9 +166,8 @@ TEST_F(Diagnostics, UnreadableStateShows255)
         failing(unreadable.call);
         const std::string text = stateDump();
         for (const std::string &line : unreadable.lines)
-            EXPECT_THAT(text, testing::HasSubstr(line)) << unreadable.call;
-        EXPECT_THAT(text, testing::HasSubstr("mdixStatus:0 \r\n"));
-        EXPECT_THAT(text, testing::HasSubstr("autonegStatus:0 \r\n"));
+            EXPECT_THAT(text, HasSubstr(line)) << unreadable.call;
+        EXPECT_THAT(text, AllOf(HasSubstr("mdixStatus:0 \r\n"), HasSubstr("autonegStatus:0 \r\n")));
         EXPECT_EQ(dev.takeFailures().size(), unreadable.failureLines) << unreadable.call;
     }
 }
@@ -198,59 +189,19 @@ TEST_F(Diagnostics, WithoutSnrTheDumpHasNoState)
 
 TEST_F(Diagnostics, FsDataNamesItsLevelByBits2To15)
 {
-    const struct {
-        uint32_t data;
-        const char *line;
-    } cases[] = {
-        {0x3B, "chip FS data 0x3b level: FF\r\n"},
-        {0x20, "chip FS data 0x20 level: TT normal\r\n"},
-        {0xABCD0026, "chip FS data 0xabcd0026 level: TT slower\r\n"},
-        {0x28, "chip FS data 0x28 level: SS\r\n"},
-        {0x10, "chip FS data 0x10 level: unknow\r\n"},
-        {0x1038, "chip FS data 0x1038 level: unknow\r\n"},
-    };
     scriptReaders();
-    for (const auto &silicon : cases) {
-        dev.script("l2sw_switch_ahb_read", answering(2, silicon.data));
-        EXPECT_THAT(stateDump(), testing::HasSubstr(silicon.line));
+    for (auto [data, line] : {std::pair(0x3BU, "data 0x3b level: FF\r\n"),
+                              {0x20U, "data 0x20 level: TT normal\r\n"},
+                              {0xABCD0026U, "data 0xabcd0026 level: TT slower\r\n"},
+                              {0x28U, "data 0x28 level: SS\r\n"},
+                              {0x10U, "data 0x10 level: unknow\r\n"},
+                              {0x1038U, "data 0x1038 level: unknow\r\n"}}) {
+        dev.script("l2sw_switch_ahb_read", answering(2, data));
+        EXPECT_THAT(stateDump(), HasSubstr(line));
     }
 }
 
 // ---- texts and their buffers -------------------------------------------------------------------
-
-// A buffer of `size` bytes between guards.
-class GuardedText
-{
-public:
-    explicit GuardedText(uint32_t size) : size_(size), bytes_(size + 2 * kGuard.size(), '~') {}
-    char *data() { return bytes_.data() + kGuard.size(); }
-    // The text from `offset`, after checking that everything around it is untouched and that it ends.
-    std::string text(uint32_t offset = 0) const
-    {
-        const size_t start = kGuard.size() + std::min(offset, size_);
-        EXPECT_EQ(bytes_.find_first_not_of('~'), offset < size_ ? start : std::string::npos);
-        EXPECT_EQ(bytes_.substr(kGuard.size() + size_), kGuard);
-        EXPECT_TRUE(offset >= size_ || std::memchr(&bytes_[start], 0, size_ - offset) != nullptr);
-        return offset < size_ ? &bytes_[start] : "";
-    }
-
-private:
-    static inline const std::string kGuard = std::string(64, '~');
-    uint32_t size_;
-    std::string bytes_;
-};
-
-// Of `pieces`, as many as fit before the terminator.
-std::string fitting(const Texts &pieces, uint32_t size)
-{
-    std::string text;
-    for (const std::string &piece : pieces) {
-        if (text.size() + piece.size() + 1 > size)
-            break;
-        text += piece;
-    }
-    return text;
-}
 
 // The dump's lines; a heading starts with an empty one that belongs to it.
 Texts lines(const std::string &text)
@@ -264,37 +215,29 @@ Texts lines(const std::string &text)
     return pieces;
 }
 
+// Register values wider than 16 bits make a row longer than the heading of the state, which must not follow
+// when the row was cut.
 TEST_F(Diagnostics, DumpIsCutAtALineAndStaysInItsBuffer)
 {
     scriptReaders();
-    const std::string whole = std::string(kRegisters) + kState;
-    const Texts pieces = lines(whole);
-    ASSERT_EQ(pieces.size(), 9U + 18U);
-    for (uint32_t size = 0; size < whole.size() + 3; ++size) {
-        GuardedText buffer(size);
-        EXPECT_EQ(port_->getDebugInfo(1, 3, buffer.data(), size), 0U);
-        ASSERT_EQ(buffer.text(), fitting(pieces, size)) << size;
-        dev.forget();
+    for (bool wide : {false, true}) {
+        if (wide)
+            dev.script("l2sw_port_phyReg_get", answering(3, 0xFFFFFFFF));
+        const std::string whole = dump();
+        const Texts pieces = lines(whole);
+        const Texts statePieces(pieces.begin() + 9, pieces.end());
+        ASSERT_EQ(statePieces.size(), 18U);
+        for (uint32_t size = 0; size < whole.size() + 3; ++size) {
+            GuardedText both(size);
+            EXPECT_EQ(port_->getDebugInfo(1, 3, both.data(), size), 0U);
+            ASSERT_EQ(both.text(), fitting(pieces, size)) << size;
+            GuardedText state(size);
+            const uint32_t length = ZR_OP(HAL_PORT_DumpNormalDebugInfoZr)(1, 3, state.data(), size);
+            ASSERT_EQ(state.text(), fitting(statePieces, size)) << size;
+            EXPECT_EQ(length, state.text().size()) << size;
+            dev.forget();
+        }
     }
-    for (uint32_t size = 0; size < sizeof kState + 2; ++size) {
-        GuardedText state(size);
-        const uint32_t length = ZR_OP(HAL_PORT_DumpNormalDebugInfoZr)(1, 3, state.data(), size);
-        EXPECT_EQ(length, state.text().size()) << size;
-        EXPECT_EQ(state.text(), fitting(lines(kState), size)) << size;
-        dev.forget();
-    }
-}
-
-// Register values wider than 16 bits make a row longer than the heading of the state.
-TEST_F(Diagnostics, NothingFollowsACutAmongTheRegisters)
-{
-    scriptReaders();
-    dev.script("l2sw_port_phyReg_get", answering(3, 0xFFFFFFFF));
-    const uint32_t heading = sizeof "\r\n-----------reg info unit 1 port 3--------------\r\n" - 1;
-    const uint32_t row = sizeof "0x00:0xffffffff 0x01:0xffffffff 0x02:0xffffffff 0x03:0xffffffff \r\n" - 1;
-    GuardedText buffer(heading + row);
-    EXPECT_EQ(port_->getDebugInfo(1, 3, buffer.data(), heading + row), 0U);
-    EXPECT_EQ(buffer.text().size(), heading);
 }
 
 TEST_F(Diagnostics, LinkDownTextStaysBetweenOffsetAndSize)
@@ -378,22 +321,12 @@ TEST_F(Diagnostics, PhyRegisterAccessStopsSilentlyAtItsFirstFailure)
 TEST_F(Diagnostics, MdiModeComesFromTheTopBitsOfRegister16)
 {
     const struct {
-        uint32_t value;
-        uint32_t readStatus;
-        uint32_t status;
-        uint32_t mode;
-    } cases[] = {
-        {0x0000, 0, 0, 2},
-        {0x3FFF, 0, 0, 2},
-        {0x4000, 0, 0, 0},
-        {0x7FFF, 0, 0, 0},
-        {0xC000, 0, 0, 1},
-        {0x4000, 22, 22, 0},
-        {0xC000, 0xFFFFFFFF, 0xFFFFFFFF, 1},
-        {0x1C000, 0, 0, 1},
-        {0x8000, 0, 8, 0xEEEE},
-        {0xBFFF, 22, 8, 0xEEEE},
-    };
+        uint32_t value, readStatus;
+        uint32_t status, mode;
+    } cases[] = {{0x0000, 0, 0, 2},      {0x3FFF, 0, 0, 2},   {0x4000, 0, 0, 0},
+                 {0x7FFF, 0, 0, 0},      {0xC000, 0, 0, 1},   {0xC000, 0xFFFFFFFF, 0xFFFFFFFF, 1},
+                 {0x1C000, 0, 0, 1},     {0x4000, 22, 22, 0}, {0x8000, 0, 8, 0xEEEE},
+                 {0xBFFF, 22, 8, 0xEEEE}};
     for (const auto &reg16 : cases) {
         dev.script("l2sw_port_phyReg_get", [&](const Call &call) {
             EXPECT_EQ(call.number(2), 16U);
@@ -413,24 +346,18 @@ TEST_F(Diagnostics, SnrStatusChangesPlacesOnTheWay)
     scriptReaders();
     LswmPortSnr snr{};
     ASSERT_EQ(port_->getSnr(1, 3, &snr), 0U);
-    uint32_t words[8];
-    std::memcpy(words, &snr, sizeof snr);
-    EXPECT_THAT(words, ElementsAre(11, 12, 13, 14, 16, 15, 17, 18));
+    EXPECT_THAT((std::bit_cast<std::array<uint32_t, 8>>(snr)), ElementsAre(11, 12, 13, 14, 16, 15, 17, 18));
 }
 
-TEST_F(Diagnostics, KhMarkerIsFoundUntilTheChipIsReset)
+TEST_F(Diagnostics, KhMarkerMustBeWhole)
 {
-    uint32_t intact = 7;
-    ASSERT_EQ(ZR_OP(HAL_PORT_KhInitZr)(1), 0U);
-    ASSERT_EQ(port_->getKhCheck(1, 3, &intact), 0U);
-    EXPECT_EQ(intact, 1U);
-    ASSERT_EQ(dev.ops().common.cliCmdPrase(1, "reset"), 0U);
-    ASSERT_EQ(port_->getKhCheck(1, 3, &intact), 0U);
-    EXPECT_EQ(intact, 0U);
-    dev.script("l2sw_getAsicReg", answering(2, 0x155AA));
-    intact = 7;
-    ASSERT_EQ(port_->getKhCheck(1, 3, &intact), 0U);
-    EXPECT_EQ(intact, 0U);
+    for (auto [held, whole] : {std::pair(0x55AAU, 1U), {0x155AAU, 0U}, {0x55ABU, 0U}, {0U, 0U}}) {
+        dev.script("l2sw_getAsicReg", answering(2, held));
+        uint32_t intact = 7;
+        ASSERT_EQ(port_->getKhCheck(1, 3, &intact), 0U);
+        EXPECT_EQ(intact, whole) << held;
+        EXPECT_EQ(dev.recorded().back().number(1), 0x3DE3U);
+    }
 }
 
 // ---- chip identifier, LEDs, link-scan work-around ----------------------------------------------
@@ -458,11 +385,10 @@ TEST_F(Diagnostics, FailuresArePrintedWithTheSdksStatus)
     for (const char *call : {"l2sw_getAsicReg", "l2sw_port_led_force_set", "l2sw_gephy_workaround_04_parallel",
                              "l2sw_port_snr_get"})
         dev.fail(call, 0xFFFFFFFF);
-    EXPECT_EQ(port_->getKhCheck(1, 3, &word), 4U);
-    EXPECT_EQ(port_->getChipId(1, 3, &word), 4U);
-    EXPECT_EQ(port_->setLedForce(1, 3, 0, 0), 4U);
-    EXPECT_EQ(port_->linkScanWar(1, 3), 4U);
-    EXPECT_EQ(port_->getSnr(1, 3, &snr), 4U);
+    const uint32_t statuses[] = {port_->getKhCheck(1, 3, &word), port_->getChipId(1, 3, &word),
+                                 port_->setLedForce(1, 3, 0, 0), port_->linkScanWar(1, 3),
+                                 port_->getSnr(1, 3, &snr)};
+    EXPECT_THAT(statuses, testing::Each(4U));
     EXPECT_EQ(word, 0xEEEEU);
     EXPECT_EQ(snr.snrA, 0xEEEEU);
     EXPECT_THAT(dev.takeFailures(),
@@ -477,14 +403,15 @@ TEST_F(Diagnostics, BadArgumentsAreRefusedSilentlyBeforeTheChip)
 {
     for (auto [unit, port] : {std::pair(3U, 0U), {0xFFFFFFFFU, 0U}, {1U, 128U}, {1U, 0xFFFFFFFFU}})
         EXPECT_EQ(port_->linkScanWar(unit, port), 1U) << unit << " " << port;
-    EXPECT_EQ(port_->getDebugInfo(1, 3, nullptr, 100), 2U);
-    EXPECT_EQ(port_->getLinkDownPhyReg(1, 3, nullptr, 100, 0), 2U);
-    EXPECT_EQ(port_->regRead(1, 3, 0, 0x30001, nullptr), 2U);
-    EXPECT_EQ(port_->getSnr(1, 3, nullptr), 2U);
-    EXPECT_EQ(port_->getKhCheck(1, 3, nullptr), 2U);
-    EXPECT_EQ(port_->getChipId(1, 3, nullptr), 2U);
-    EXPECT_EQ(ZR_OP(HAL_PORT_GetMdixModeZr)(1, 3, nullptr), 2U);
-    EXPECT_EQ(ZR_OP(HAL_PORT_PortDebugInfoGetZr)(1, 3, nullptr), 2U);
+    const uint32_t statuses[] = {port_->getDebugInfo(1, 3, nullptr, 100),
+                                 port_->getLinkDownPhyReg(1, 3, nullptr, 100, 0),
+                                 port_->regRead(1, 3, 0, 0x30001, nullptr),
+                                 port_->getSnr(1, 3, nullptr),
+                                 port_->getKhCheck(1, 3, nullptr),
+                                 port_->getChipId(1, 3, nullptr),
+                                 ZR_OP(HAL_PORT_GetMdixModeZr)(1, 3, nullptr),
+                                 ZR_OP(HAL_PORT_PortDebugInfoGetZr)(1, 3, nullptr)};
+    EXPECT_THAT(statuses, testing::Each(2U));
     EXPECT_EQ(ZR_OP(HAL_PORT_DumpRegInfo)(1, 3, nullptr, 100), 0U);
     EXPECT_EQ(ZR_OP(HAL_PORT_DumpNormalDebugInfoZr)(1, 3, nullptr, 100), 0U);
     EXPECT_THAT(dev.calls(), IsEmpty());
