@@ -9,22 +9,22 @@ recorded=$3
 report() {
     aarch64-linux-gnu-size "$stripped" | awk 'NR == 2 { printf "text %d\ndata %d\nbss %d\n", $1, $2, $3 }'
     aarch64-linux-gnu-readelf -rW "$stripped" |
-        awk '/contains/ { for (i = 1; i <= NF; ++i) if ($i ~ /^.rela/) { gsub(/[^a-z.]/, "", $i); name = $i }
-                          n = $(NF - 1); printf "relocations%s %d\n", name, n }'
+        sed -n "s/^Relocation section '\(.*\)' .* contains \([0-9]*\) entr.*/relocations\1 \2/p"
     for dir in src/*/; do
-        objects=$(find build/arm64/CMakeFiles/zrlsw.dir/"$dir" -name '*.o' 2>/dev/null)
-        [ -z "$objects" ] && continue
+        objects_dir=build/arm64/CMakeFiles/zrlsw.dir/$dir
+        [ -d "$objects_dir" ] || continue # headers only
+        objects=$(find "$objects_dir" -name '*.o')
         # shellcheck disable=SC2086
         aarch64-linux-gnu-size $objects |
             awk -v name="${dir%/}" 'NR > 1 { text += $1; data += $2; bss += $3 }
                                     END { printf "%s.text %d\n%s.data %d\n%s.bss %d\n", name, text, name, data, name, bss }'
     done
-    aarch64-linux-gnu-nm -S --size-sort --defined-only "$library" | tail -n 10 |
+    aarch64-linux-gnu-nm -S --size-sort --defined-only "$library" | grep -v localalias | tail -n 10 |
         while read -r _ size _ name; do echo "symbol.$name $((0x$size))"; done
 }
 
 report >build/arm64/size.txt
-awk 'NR == FNR { was[$1] = $2; next }
+awk -v recorded="$recorded" 'FILENAME == recorded { was[$1] = $2; next }
      { printf "%-48s %8d", $1, $2
        if ($1 in was) { d = $2 - was[$1]; printf "  was %8d  %+d", was[$1], d } else printf "  new"
        print "" }' "$recorded" build/arm64/size.txt
