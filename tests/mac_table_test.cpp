@@ -120,6 +120,9 @@ TEST_F(MacTable, FlushesTakeLearnedAddressesOfTheirPortAndVlan)
         EXPECT_EQ(c.flush(), 0U);
         EXPECT_EQ(used(), c.left) << c.name;
     }
+    dev.fail("l2sw_l2_ucastAddr_flush", 77);
+    EXPECT_EQ(ZR_OP(HAL_MAC_DelDynMacZr)(1, 3), 4U);
+    EXPECT_EQ(dev.takeFailures().size(), 1U);
 }
 
 TEST_F(MacTable, LearningMovesStationsAndKeepsStaticEntries)

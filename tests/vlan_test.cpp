@@ -328,6 +328,7 @@ TEST_F(Vlan, EveryFailureIsPrintedAndTraced)
     ASSERT_EQ(vlan().addMember(1, 0, 300, 0), 0U);
     const uint32_t ports[] = {2, 255};
     const uint32_t untags[] = {1};
+    uint32_t index = kFreshIndex;
     const struct {
         const char *call;
         std::function<uint32_t()> run;
@@ -341,6 +342,8 @@ TEST_F(Vlan, EveryFailureIsPrintedAndTraced)
         {"l2sw_vlan_checkAndCreateMbr", [&] { return vlan().addMember(1, 2, 300, 0); }, 4,
          "Zr mbr create failed (unit:1, vlan:300, retVal:0xfffffffe).",
          "4 Zr add vlan mbr failed(unit:1, port:2, vlan:300)\n"},
+        {"l2sw_vlan_checkAndCreateMbr", [&] { return ZR_OP(HAL_VLAN_CreateMbrIdxZr)(1, 300, &index); }, 4,
+         "Zr mbr create failed (unit:1, vlan:300, retVal:0xfffffffe)."},
         {"l2sw_vlan_mbrCfg_set", [&] { return vlan().addMember(1, 2, 300, 0); }, 4,
          "Zr mbr create failed (unit:1, port:2, vlan:300, retVal:0xfffffffe).",
          "4 Zr add vlan mbr failed(unit:1, port:2, vlan:300)\n"},
