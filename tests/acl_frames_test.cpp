@@ -1,5 +1,6 @@
 // Frames of a packet library (tests/frames) through the virtual chip's ingress ACL: the default policies and
 // hand-set rules catch what they name and nothing else.
+#include <fmt/ranges.h>
 #include <gmock/gmock.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <map>
 #include <stdexcept>
 
+#include "acl/acl.h"
 #include "platform/chip_sdk.h"
 #include "sim/board/command.h"
 #include "tests/kit/device.h"
@@ -54,6 +56,11 @@ const Bytes &frameNamed(const std::string &name)
 class AclFramesTest : public RunningDeviceTest
 {
 protected:
+    void SetUp() override
+    {
+        RunningDeviceTest::SetUp();
+        ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
+    }
     std::optional<zrsim::AclHit> run(uint32_t port, const std::string &frame)
     {
         return dev.chip(kUnit).acl.run(port, frameNamed(frame));
@@ -65,25 +72,24 @@ protected:
         return count;
     }
     // Programs a rule for port kWan through the table and answers its first entry.
-    uint32_t add(const LswmAclMatch &match, uint32_t flags = 0x20)
+    uint32_t add(const LswmAclMatch &match, uint32_t flags = 0x20, uint32_t meter = 0)
     {
         LswmAclRule rule{};
         rule.match = match;
         rule.match.portBitmap = 1U << kWan;
         rule.partition = 1;
         rule.action.flags = flags;
-        AclEntryPlace place{};
+        rule.action.carId = meter;
         uint32_t logicId = 0;
-        EXPECT_EQ(dev.ops().acl.addEntry(kUnit, &rule, &place), 0U);
-        EXPECT_EQ(dev.ops().acl.allocLogicRuleId(kUnit, 1, &logicId), 0U);
-        EXPECT_EQ(dev.ops().acl.setRuleMapEntry(kUnit, logicId, place.firstChipId, place.count), 0U);
-        return place.firstChipId;
+        uint32_t first = 0;
+        EXPECT_EQ(ZR_OP(ZR_ACL_AddLogicEntry)(kUnit, &rule, &logicId), 0U);
+        EXPECT_EQ(dev.ops().acl.logicRuleToChipRule(kUnit, logicId, &first), 0U);
+        return first;
     }
 };
 
 TEST_F(AclFramesTest, DefaultPoliciesCatchTheirProtocolOnWanPortsAndCountIt)
 {
-    ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
     constexpr uint32_t kNone = 99;
     const struct {
         const char *what;
@@ -137,116 +143,82 @@ TEST_F(AclFramesTest, DefaultPoliciesCatchTheirProtocolOnWanPortsAndCountIt)
         EXPECT_FALSE(run(kWan, row.frame)) << row.what << ": the port became a LAN port";
 }
 
+// A match of one field, besides those of `match`.
+using Match = LswmAclMatch;
+template <class Value, class Word>
+Match with(uint32_t flag, Value Match::*field, Word value, Value Match::*fieldMask, Word mask, Match match = {})
+{
+    match.flags |= flag;
+    match.*field = static_cast<Value>(value);
+    match.*fieldMask = static_cast<Value>(mask);
+    return match;
+}
+
 TEST_F(AclFramesTest, EveryMatchFieldMeansWhatItSays)
 {
-    ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
+    Match multicast{};
+    multicast.flags = LSWM_MATCH_DST_MAC;
+    multicast.dstMac[0] = multicast.dstMacMask[0] = 1;
+    Match lastByte{};
+    lastByte.flags = LSWM_MATCH_SRC_MAC;
+    lastByte.srcMac[5] = 0x0A;
+    lastByte.srcMacMask[5] = 0xFF;
+    Match capwap{};
+    capwap.flags = LSWM_MATCH_CAPWAP;
+    capwap.capwap[1] = 0x10;
+    capwap.capwap[2] = 0x02;
+    capwap.capwapMask = 0xFFFF;
+    const Match tcp = with(LSWM_MATCH_IP_PROTOCOL, &Match::ipProtocol, 6, &Match::ipProtocolMask, 0xFF);
+    const Match arp = with(LSWM_MATCH_ETHER_TYPE, &Match::etherType, 0x0806, &Match::etherTypeMask, 0xFFFF);
     const struct {
         const char *what;
-        std::function<void(LswmAclMatch &)> set;
-        std::vector<std::string> hits;
-        std::vector<std::string> misses;
+        Match match;
+        Texts hits;
+        Texts misses;
     } cases[] = {
-        {"destination MAC, the multicast bit",
-         [](LswmAclMatch &m) {
-             m.flags = LSWM_MATCH_DST_MAC;
-             m.dstMac[0] = m.dstMacMask[0] = 1;
-         },
-         {"arp request"},
-         {"udp 1>1"}},
-        {"source MAC, the last byte",
-         [](LswmAclMatch &m) {
-             m.flags = LSWM_MATCH_SRC_MAC;
-             m.srcMac[5] = 0x0A;
-             m.srcMacMask[5] = 0xFF;
-         },
-         {"udp 1>1"},
-         {"udp 1>1 srcmac=02:00:00:00:00:01"}},
+        {"destination MAC, the multicast bit", multicast, {"arp request"}, {"udp 1>1"}},
+        {"source MAC, the last byte", lastByte, {"udp 1>1"}, {"udp 1>1 srcmac=02:00:00:00:00:01"}},
         {"EtherType behind the tags",
-         [](LswmAclMatch &m) {
-             m.flags = LSWM_MATCH_ETHER_TYPE;
-             m.etherType = 0x0800;
-             m.etherTypeMask = 0xFFFF;
-         },
+         with(LSWM_MATCH_ETHER_TYPE, &Match::etherType, 0x0800, &Match::etherTypeMask, 0xFFFF),
          {"udp 1>1", "tagged 7 0"},
          {"arp request"}},
         {"VLAN with any priority",
-         [](LswmAclMatch &m) {
-             m.flags = LSWM_MATCH_OUTER_VLAN;
-             m.outerVlan = 100;
-             m.outerVlanMask = 0xFFF;
-         },
+         with(LSWM_MATCH_OUTER_VLAN, &Match::outerVlan, 100, &Match::outerVlanMask, 0xFFF),
          {"tagged 100 0", "tagged 100 7"},
          {"tagged 101 0", "udp 1>1"}},
         {"priority in any VLAN",
-         [](LswmAclMatch &m) {
-             m.flags = LSWM_MATCH_OUTER_PRIORITY;
-             m.outerPriority = 5;
-             m.outerPriorityMask = 7;
-         },
+         with(LSWM_MATCH_OUTER_PRIORITY, &Match::outerPriority, 5, &Match::outerPriorityMask, 7),
          {"tagged 1 5", "tagged 4094 5"},
          {"tagged 1 4", "udp 1>1"}},
         {"source network",
-         [](LswmAclMatch &m) {
-             m.flags = LSWM_MATCH_SRC_IP;
-             m.srcIp = 0xC6336400;
-             m.srcIpMask = 0xFFFFFF00;
-         },
+         with(LSWM_MATCH_SRC_IP, &Match::srcIp, 0xC6336400, &Match::srcIpMask, 0xFFFFFF00),
          {"udp 1>1"},
          {"udp 1>1 srcip=192.0.2.1 dstip=198.51.100.7", "arp request"}},
         {"destination address",
-         [](LswmAclMatch &m) {
-             m.flags = LSWM_MATCH_DST_IP;
-             m.dstIp = 0xC0000201;
-             m.dstIpMask = 0xFFFFFFFF;
-         },
+         with(LSWM_MATCH_DST_IP, &Match::dstIp, 0xC0000201, &Match::dstIpMask, 0xFFFFFFFF),
          {"udp 1>1", "tcp 1>1"},
          {"udp 1>1 srcip=192.0.2.1 dstip=192.0.2.2"}},
         {"TCP from a port",
-         [](LswmAclMatch &m) {
-             m.flags = LSWM_MATCH_IP_PROTOCOL | LSWM_MATCH_L4_SRC_PORT;
-             m.ipProtocol = 6;
-             m.ipProtocolMask = 0xFF;
-             m.l4SrcPort = 80;
-             m.l4SrcPortMask = 0xFFFF;
-         },
+         with(LSWM_MATCH_L4_SRC_PORT, &Match::l4SrcPort, 80, &Match::l4SrcPortMask, 0xFFFF, tcp),
          {"tcp 80>40000"},
          {"udp 80>40000", "tcp 40000>80"}},
         {"a port without protocol is a UDP port",
-         [](LswmAclMatch &m) {
-             m.flags = LSWM_MATCH_L4_DST_PORT;
-             m.l4DstPort = 53;
-         },
+         with(LSWM_MATCH_L4_DST_PORT, &Match::l4DstPort, 53, &Match::l4DstPortMask, 0),
          {"udp 40000>53"},
          {"tcp 40000>53", "udp 53>40000"}},
         {"CAPWAP words behind the UDP header",
-         [](LswmAclMatch &m) {
-             m.flags = LSWM_MATCH_CAPWAP;
-             const uint8_t words[4] = {0x00, 0x10, 0x02, 0x00};
-             std::memcpy(m.capwap, words, sizeof words);
-             m.capwapMask = 0xFFFF;
-         },
+         capwap,
          {"udp 40000>5247 data=0010020055"},
          {"udp 40000>5247 data=0010030055", "udp 40000>5247 data=0011020055", "arp request"}},
         {"user-defined word at byte 20: an ARP reply's operation",
-         [](LswmAclMatch &m) {
-             m.flags = LSWM_MATCH_UDF | LSWM_MATCH_ETHER_TYPE;
-             m.etherType = 0x0806;
-             m.etherTypeMask = 0xFFFF;
-             m.udf = 2;
-             m.udfMask = 0xFFFF;
-         },
+         with(LSWM_MATCH_UDF, &Match::udf, 2, &Match::udfMask, 0xFFFF, arp),
          {"arp reply"},
          {"arp request"}},
-        {"nothing: every frame",
-         [](LswmAclMatch &) {},
-         {"udp 1>1", "arp reply", "udp 40000>5247 data=0010020055"},
-         {}},
+        {"nothing: every frame", {}, {"udp 1>1", "arp reply", "udp 40000>5247 data=0010020055"}, {}},
     };
     for (const auto &row : cases) {
         SCOPED_TRACE(row.what);
-        LswmAclMatch match{};
-        row.set(match);
-        const uint32_t id = add(match);
+        const uint32_t id = add(row.match);
         for (const std::string &frame : row.hits) {
             EXPECT_TRUE(run(kWan, frame));
             EXPECT_FALSE(run(kLan, frame)) << "on a port that the rule does not name";
@@ -261,12 +233,7 @@ TEST_F(AclFramesTest, EveryMatchFieldMeansWhatItSays)
 
 TEST_F(AclFramesTest, SelectorWordsNeedTheirSelectors)
 {
-    LswmAclMatch match{};
-    match.flags = LSWM_MATCH_UDF;
-    match.udf = 2;
-    match.udfMask = 0xFFFF;
-    ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
-    add(match);
+    add(with(LSWM_MATCH_UDF, &Match::udf, 2, &Match::udfMask, 0xFFFF));
     EXPECT_TRUE(run(kWan, "arp reply"));
     EXPECT_EQ(l2sw_filter_igrAcl_field_sel_set(kUnit, 15, 1, 12), 0U);
     EXPECT_FALSE(run(kWan, "arp reply")) << "the selector points elsewhere now";
@@ -274,12 +241,9 @@ TEST_F(AclFramesTest, SelectorWordsNeedTheirSelectors)
 
 TEST_F(AclFramesTest, ALongRuleNeedsAllItsEntriesAndTheLowestRuleWins)
 {
-    ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
-    LswmAclMatch match{};
-    match.flags = LSWM_MATCH_DST_MAC | LSWM_MATCH_SRC_MAC | LSWM_MATCH_ETHER_TYPE | LSWM_MATCH_DST_IP |
-                  LSWM_MATCH_IP_PROTOCOL;
-    match.ipProtocol = 17; // stands in the second entry
-    match.ipProtocolMask = 0xFF;
+    // The protocol stands in the second entry.
+    Match match = with(LSWM_MATCH_IP_PROTOCOL, &Match::ipProtocol, 17, &Match::ipProtocolMask, 0xFF);
+    match.flags |= LSWM_MATCH_DST_MAC | LSWM_MATCH_SRC_MAC | LSWM_MATCH_ETHER_TYPE | LSWM_MATCH_DST_IP;
     const uint32_t longRule = add(match, 0x30);
     const uint32_t everyFrame = add({}, 0x30);
     ASSERT_EQ(everyFrame, longRule + 2);
@@ -295,13 +259,7 @@ TEST_F(AclFramesTest, ALongRuleNeedsAllItsEntriesAndTheLowestRuleWins)
 
 TEST_F(AclFramesTest, AMeterJudgesTheFramesOfItsRules)
 {
-    ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
-    LswmAclRule rule{};
-    rule.match.portBitmap = 1U << kWan;
-    rule.action.flags = 0x40;
-    rule.action.carId = 9;
-    AclEntryPlace place{};
-    ASSERT_EQ(dev.ops().acl.addEntry(kUnit, &rule, &place), 0U);
+    add({}, 0x40, 9);
 
     std::vector<std::pair<uint32_t, size_t>> asked;
     const auto police = dev.chip(kUnit).acl.policeWith([&](uint32_t meter, size_t length) {
@@ -321,7 +279,6 @@ protected:
     void SetUp() override
     {
         AclFramesTest::SetUp();
-        ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
         ASSERT_EQ(dev.ops().acl.updateLanWanPolicy(kUnit, kWan, 1), 0U);
         path = ::testing::TempDir() + "/zr_frames_" + std::to_string(getpid()) + ".pcap";
         std::ofstream(path, std::ios::binary) << std::ifstream(ZRLSW_CAPTURE, std::ios::binary).rdbuf();
@@ -340,13 +297,7 @@ protected:
     }
     static std::string hex(const Bytes &frame, const char *separator)
     {
-        std::string text;
-        for (uint8_t byte : frame) {
-            char digits[3];
-            std::snprintf(digits, sizeof digits, "%02X", byte);
-            text += (text.empty() ? "" : separator) + std::string(digits);
-        }
-        return text;
+        return fmt::format("{:02X}", fmt::join(frame, separator));
     }
     // The file's bytes, changed and written back.
     void rewrite(const std::function<void(std::string &)> &change)

@@ -1,5 +1,8 @@
-// ACL start-up: partitions, default policies, field selectors, and the ports that face the WAN.
+// ACL start-up: partitions, default policies, field selectors. Ports of rules, and those that face the WAN.
+#include <fmt/format.h>
 #include <gmock/gmock.h>
+
+#include <array>
 
 #include "acl/acl.h"
 #include "records/acl_records.h"
@@ -15,14 +18,14 @@ namespace
 
 constexpr uint32_t kUnit = 1;
 constexpr uint32_t kWan = 1;
+const char *const kSelect = "l2sw_filter_igrAcl_field_sel_set";
+const char *const kAddPorts = "l2sw_filter_igrAcl_entry_addbitmap";
 
-// Calls of one name, in their order.
-Texts callsOf(const zrtest::Device &dev, const std::string &name)
+// SDK calls of one name, in their order.
+Texts callsOf(const std::string &name)
 {
-    Texts found;
-    for (const std::string &text : dev.calls())
-        if (text.rfind(name + "(", 0) == 0)
-            found.push_back(text);
+    Texts found = zrtest::device().calls();
+    std::erase_if(found, [&](const std::string &text) { return !text.starts_with(name + "("); });
     return found;
 }
 
@@ -40,17 +43,30 @@ protected:
     }
 };
 
-TEST_F(AclPolicy, AFreshUnitHasFivePoliciesOnNoPort)
+// With the unit's policies installed.
+class AclPolicies : public AclPolicy
 {
-    ASSERT_EQ(acl().init(kUnit), 0U);
+protected:
+    void SetUp() override
+    {
+        AclPolicy::SetUp();
+        ASSERT_EQ(acl().init(kUnit), 0U);
+        dev.forget();
+    }
+};
+
+TEST_F(AclPolicies, AFreshUnitHasFivePoliciesOnNoPort)
+{
+    // Value and mask of each: EtherType, protocol, source and destination port.
     const struct {
         uint32_t flags;
-        uint32_t proto, srcPort, dstPort, etherType, value;
-    } expected[] = {{0x4, 0, 0, 0, 0x0806, 3},
-                    {0x208000, 17, 123, 0, 0, 5},
-                    {0x408000, 17, 0, 67, 0, 4},
-                    {0x408000, 17, 0, 68, 0, 4},
-                    {0x408000, 17, 0, 5683, 0, 3}};
+        std::array<uint32_t, 8> fields;
+        uint32_t value;
+    } expected[] = {{0x4, {0x0806, 0xFFFF, 0, 0, 0, 0, 0, 0}, 3},
+                    {0x208000, {0, 0, 17, 0xFF, 123, 0xFFFF, 0, 0}, 5},
+                    {0x408000, {0, 0, 17, 0xFF, 0, 0, 67, 0xFFFF}, 4},
+                    {0x408000, {0, 0, 17, 0xFF, 0, 0, 68, 0xFFFF}, 4},
+                    {0x408000, {0, 0, 17, 0xFF, 0, 0, 5683, 0xFFFF}, 3}};
     for (uint32_t id = 0; id < 5; ++id) {
         SCOPED_TRACE(id);
         uint32_t found = 0xEE;
@@ -60,15 +76,11 @@ TEST_F(AclPolicy, AFreshUnitHasFivePoliciesOnNoPort)
         EXPECT_EQ(found, id);
         LswmAclRule rule{};
         ASSERT_EQ(acl().getEntry(kUnit, id, &rule), 0U);
-        EXPECT_EQ(rule.match.flags, expected[id].flags);
-        EXPECT_EQ(rule.match.etherType, expected[id].etherType);
-        EXPECT_EQ(rule.match.ipProtocol, expected[id].proto);
-        EXPECT_EQ(rule.match.l4SrcPort, expected[id].srcPort);
-        EXPECT_EQ(rule.match.l4DstPort, expected[id].dstPort);
-        EXPECT_EQ(rule.match.etherTypeMask, id == 0 ? 0xFFFF : 0);
-        EXPECT_EQ(rule.match.ipProtocolMask, id == 0 ? 0 : 0xFF);
-        EXPECT_EQ(rule.match.l4SrcPortMask, id == 1 ? 0xFFFF : 0);
-        EXPECT_EQ(rule.match.l4DstPortMask, id > 1 ? 0xFFFF : 0);
+        const LswmAclMatch &match = rule.match;
+        EXPECT_EQ(match.flags, expected[id].flags);
+        EXPECT_THAT(expected[id].fields,
+                    ElementsAre(match.etherType, match.etherTypeMask, match.ipProtocol, match.ipProtocolMask,
+                                match.l4SrcPort, match.l4SrcPortMask, match.l4DstPort, match.l4DstPortMask));
         EXPECT_EQ(rule.action.flags, 0x230U);
         EXPECT_EQ(rule.action.value, expected[id].value);
         EXPECT_EQ(rule.action.counterId, id);
@@ -82,14 +94,9 @@ TEST_F(AclPolicy, InitCutsThePartitionsAndSetsTheSelectorsLast)
     ASSERT_EQ(acl().init(kUnit), 0U);
     const uint32_t expected[4][2] = {{0, 16}, {16, 58}, {74, 6}, {80, 16}};
     for (uint32_t partition = 0; partition < 4; ++partition) {
-        uint32_t first = 0xEE;
-        uint32_t count = 0xEE;
-        EXPECT_EQ(ZR_OP(COM_ACL_GetChipRulePartRange)(kUnit, partition, &first, &count), 0U);
-        EXPECT_EQ(first, expected[partition][0]);
-        EXPECT_EQ(count, expected[partition][1]);
-        EXPECT_EQ(ZR_OP(COM_ACL_GetLogicRulePartRange)(kUnit, partition, &first, &count), 0U);
-        EXPECT_EQ(first, 0U);
-        EXPECT_EQ(count, 96U);
+        EXPECT_EQ(ZR_OP(COM_ACL_GetChipRulePartInfo)(kUnit, partition)->firstId, expected[partition][0]);
+        EXPECT_EQ(ZR_OP(COM_ACL_GetChipRulePartInfo)(kUnit, partition)->count, expected[partition][1]);
+        EXPECT_EQ(ZR_OP(COM_ACL_GetLogicRulePartInfo)(kUnit, partition)->count, 96U);
     }
     EXPECT_EQ(ZR_OP(COM_ACL_GetCounterInfo)(kUnit)->counterNum, 32U);
     const Texts calls = dev.calls();
@@ -102,13 +109,12 @@ TEST_F(AclPolicy, InitCutsThePartitionsAndSetsTheSelectorsLast)
 
 TEST(AclInit, PrintsTheStepThatFailedAndEndsThere)
 {
+    const std::string selector = "6/4 ZR ACL field selector init unitId = 1";
     const struct {
         const char *call;
-        unsigned nth;
-        uint32_t status;
+        uint32_t nth, status;
         Texts lines;
-        unsigned rules; // installed nevertheless
-        unsigned selectors;
+        uint32_t rules, selectors; // installed and set nevertheless
     } cases[] = {
         {"LSWM_MemAlloc", 1, 2, {"6/2 ZR ACL Ruleinfo init unitId = 1"}, 0, 0},
         {"l2sw_filter_igrAcl_cfg_add",
@@ -117,26 +123,23 @@ TEST(AclInit, PrintsTheStepThatFailedAndEndsThere)
          {"6/4 Chip 8 Add Entry unit:1 ifcid 1", "6/4 ZR ACL lan wan policy init unitId = 1"},
          1,
          0},
-        {"l2sw_filter_igrAcl_field_sel_set", 1, 4, {"6/4 ZR ACL field selector init unitId = 1"}, 5, 1},
-        {"l2sw_filter_igrAcl_field_sel_set", 3, 4, {"6/4 ZR ACL field selector init unitId = 1"}, 5, 3},
+        {kSelect, 1, 4, {selector}, 5, 1},
+        {kSelect, 3, 4, {selector}, 5, 3},
     };
     for (const auto &[call, nth, status, lines, rules, selectors] : cases) {
-        SCOPED_TRACE(std::string(call) + " " + std::to_string(nth));
+        SCOPED_TRACE(fmt::format("{} {}", call, nth));
         zrtest::Device dev;
         dev.bringUp();
         dev.fail(call, 22, nth);
         EXPECT_EQ(dev.ops().acl.init(kUnit), status);
-        dev.failNone();
         EXPECT_EQ(dev.takeFailures(), lines);
         EXPECT_EQ(ZR_OP(COM_ACL_GetRuleInfo)(kUnit)->ruleRecordNum, rules);
-        EXPECT_EQ(callsOf(dev, "l2sw_filter_igrAcl_field_sel_set").size(), selectors);
+        EXPECT_EQ(callsOf(kSelect).size(), selectors);
     }
 }
 
-TEST_F(AclPolicy, AUnitIsInitialisedOnce)
+TEST_F(AclPolicies, AUnitIsInitialisedOnce)
 {
-    ASSERT_EQ(acl().init(kUnit), 0U);
-    dev.forget();
     EXPECT_EQ(acl().init(kUnit), 6U);
     EXPECT_THAT(dev.takeFailures(), ElementsAre("6/6 ZR ACL Ruleinfo init unitId = 1"));
     EXPECT_THAT(dev.calls(), IsEmpty());
@@ -149,16 +152,12 @@ TEST_F(AclPolicy, AUnitIsInitialisedOnce)
     EXPECT_THAT(dev.takeFailures(), IsEmpty()) << "no logic rule id";
 }
 
-TEST_F(AclPolicy, AWanPortIsUnderEveryPolicyAndALanPortUnderNone)
+TEST_F(AclPolicies, AWanPortIsUnderEveryPolicyAndALanPortUnderNone)
 {
-    ASSERT_EQ(acl().init(kUnit), 0U);
-    dev.forget();
     ASSERT_EQ(acl().updateLanWanPolicy(kUnit, 3, kWan), 0U);
-    EXPECT_THAT(dev.calls(), ElementsAre("l2sw_filter_igrAcl_entry_addbitmap(1, 0, 8) = 0",
-                                         "l2sw_filter_igrAcl_entry_addbitmap(1, 1, 8) = 0",
-                                         "l2sw_filter_igrAcl_entry_addbitmap(1, 2, 8) = 0",
-                                         "l2sw_filter_igrAcl_entry_addbitmap(1, 3, 8) = 0",
-                                         "l2sw_filter_igrAcl_entry_addbitmap(1, 4, 8) = 0"));
+    EXPECT_EQ(dev.calls(), callsOf(kAddPorts)) << "and nothing else";
+    EXPECT_EQ(dev.calls().size(), 5U);
+    EXPECT_THAT(policyPorts(), testing::Each(8U));
     ASSERT_EQ(acl().updateLanWanPolicy(kUnit, 17, kWan), 0U);
     EXPECT_THAT(policyPorts(), testing::Each(0x20008U));
     for (uint32_t lanType : {0U, 2U}) {
@@ -168,21 +167,16 @@ TEST_F(AclPolicy, AWanPortIsUnderEveryPolicyAndALanPortUnderNone)
     }
 }
 
-TEST_F(AclPolicy, PortsThatNoRuleCanNameChangeNothingButAreWalked)
+TEST_F(AclPolicies, PortsThatNoRuleCanNameChangeNothingButAreWalked)
 {
-    ASSERT_EQ(acl().init(kUnit), 0U);
-    for (uint32_t port : {5U, 14U, 18U, 31U, 32U, 35U, 127U}) {
-        dev.forget();
+    for (uint32_t port : {5U, 14U, 18U, 31U, 32U, 35U, 127U})
         EXPECT_EQ(acl().updateLanWanPolicy(kUnit, port, kWan), 0U);
-        EXPECT_EQ(callsOf(dev, "l2sw_filter_igrAcl_entry_addbitmap").size(), 5U);
-        EXPECT_THAT(policyPorts(), testing::Each(0U)) << port;
-    }
+    EXPECT_EQ(callsOf(kAddPorts).size(), 35U);
+    EXPECT_THAT(policyPorts(), testing::Each(0U));
 }
 
-TEST_F(AclPolicy, AnUpdateBeyondTheTablesIsRefusedAndOneThatFailsStops)
+TEST_F(AclPolicies, AnUpdateBeyondTheTablesIsRefusedAndOneThatFailsStops)
 {
-    ASSERT_EQ(acl().init(kUnit), 0U);
-    dev.forget();
     const struct {
         uint32_t unit, port;
     } beyond[] = {{3, 0}, {0xFFFFFFFF, 0}, {kUnit, 128}, {kUnit, 0xFFFFFFFF}};
@@ -192,7 +186,7 @@ TEST_F(AclPolicy, AnUpdateBeyondTheTablesIsRefusedAndOneThatFailsStops)
     EXPECT_EQ(acl().updateLanWanPolicy(0, 3, kWan), 0U) << "a unit without policies";
     EXPECT_THAT(dev.calls(), IsEmpty());
 
-    dev.fail("l2sw_filter_igrAcl_entry_addbitmap", 22, 3);
+    dev.fail(kAddPorts, 22, 3);
     EXPECT_EQ(acl().updateLanWanPolicy(kUnit, 4, kWan), 4U);
     EXPECT_THAT(dev.takeFailures(), ElementsAre("6/22 ZR add entry portmap failed"));
     EXPECT_THAT(policyPorts(), ElementsAre(0x10U, 0x10U, 0U, 0U, 0U));
@@ -206,9 +200,8 @@ TEST_F(AclPolicy, AnUpdateBeyondTheTablesIsRefusedAndOneThatFailsStops)
     EXPECT_THAT(policyPorts(), ElementsAre(0U, 0x10U, 0x10U, 0x10U, 0x10U));
 }
 
-TEST_F(AclPolicy, MorePoliciesThanTheListHoldsStayInstalledUnlisted)
+TEST_F(AclPolicies, MorePoliciesThanTheListHoldsStayInstalledUnlisted)
 {
-    ASSERT_EQ(acl().init(kUnit), 0U);
     // 91 more installations fill the list; each rule is removed again to make room for the next.
     auto installAndRemove = [&] {
         ASSERT_EQ(ZR_OP(ZR_ACL_InitLanWanCoapPolicy)(kUnit), 0U);
@@ -222,9 +215,9 @@ TEST_F(AclPolicy, MorePoliciesThanTheListHoldsStayInstalledUnlisted)
     uint32_t unlisted = 0;
     ASSERT_EQ(acl().logicRuleToChipRule(kUnit, 6, &unlisted), 0U);
     dev.forget();
-    dev.script("l2sw_filter_igrAcl_entry_addbitmap", [](const zrsim::Call &) { return 0; });
+    dev.script(kAddPorts, [](const zrsim::Call &) { return 0; });
     ASSERT_EQ(acl().updateLanWanPolicy(kUnit, 1, kWan), 0U);
-    EXPECT_EQ(callsOf(dev, "l2sw_filter_igrAcl_entry_addbitmap").size(), 96U);
+    EXPECT_EQ(callsOf(kAddPorts).size(), 96U);
     EXPECT_EQ(dev.chip(kUnit).acl.entry(unlisted).ports, 0U);
 }
 
@@ -233,6 +226,66 @@ TEST_F(AclPolicy, TheUnitReachesTheSelectorsByItsLow8Bits)
     EXPECT_EQ(ZR_OP(HAL_ACL_InitCapwapKeepaliveFiled)(0x101), 0U);
     EXPECT_THAT(dev.calls(), ElementsAre("l2sw_filter_igrAcl_field_sel_set(1, 3, 6, 8) = 0",
                                          "l2sw_filter_igrAcl_field_sel_set(1, 4, 6, 10) = 0"));
+}
+
+struct PortChange {
+    uint32_t (*ZrAclOps::*slot)(uint32_t unit, uint32_t firstChipId, const uint32_t *ports);
+    std::string call;
+    const char *lookupLine;
+    const char *failLine;
+};
+const PortChange kChanges[] = {
+    {&ZrAclOps::modifyEntryPortmap, "l2sw_filter_igrAcl_entry_modifybitmap", "ZR GetRuleInfoFromChipId failed",
+     "ZR modify entry portmap failed"},
+    {&ZrAclOps::addEntryPortmap, "l2sw_filter_igrAcl_entry_addbitmap", "ZR add entry get entryCount failed",
+     "ZR add entry portmap failed"},
+    {&ZrAclOps::removeEntryPortmap, "l2sw_filter_igrAcl_entry_removebitmap",
+     "ZR remove entry get entryCount failed", "ZR remove entry portmap failed"},
+};
+
+TEST_F(AclPolicies, PortsReachEveryEntryOfTheRuleCutToThePortsOfTheChip)
+{
+    for (LswmAclRule rule : {zrtest::twoEntryRule(1), zrtest::oneEntryRule(1)}) { // 16 and 17, 18
+        uint32_t logicRuleId = 0;
+        ASSERT_EQ(ZR_OP(ZR_ACL_AddLogicEntry)(kUnit, &rule, &logicRuleId), 0U);
+    }
+    dev.forget();
+    const uint32_t ports[4] = {0xFFFFFFFF, 1, 2, 3};
+    for (const PortChange &change : kChanges) {
+        SCOPED_TRACE(change.call);
+        EXPECT_EQ((acl().*change.slot)(kUnit, 17, ports), 0U) << "inside its run";
+        EXPECT_THAT(dev.calls(),
+                    ElementsAre(change.call + "(1, 16, 0x3801f) = 0", change.call + "(1, 17, 0x3801f) = 0"));
+        dev.forget();
+
+        dev.fail(change.call, 0xFFFFFFFF, 2);
+        EXPECT_EQ((acl().*change.slot)(kUnit, 16, ports), 0xFFFFFFFFU) << "the chip's own status";
+        EXPECT_THAT(dev.takeFailures(), ElementsAre(std::string("6/4294967295 ") + change.failLine));
+        dev.fail(change.call, 9, 1);
+        EXPECT_EQ((acl().*change.slot)(kUnit, 16, ports), 9U);
+        EXPECT_THAT(dev.takeFailures(), ElementsAre(std::string("6/9 ") + change.failLine));
+        dev.failNone();
+        EXPECT_EQ(callsOf(change.call).size(), 3U) << "the first refusal ends it";
+        dev.forget();
+    }
+}
+
+TEST_F(AclPolicies, PortsOfWhatIsNoRuleAreRefused)
+{
+    ZR_OP(COM_ACL_GetRuleInfo)(kUnit)->chipInUse[2] |= 0x10; // id 68: marked without a record
+    const uint32_t ports[4] = {1, 0, 0, 0};
+    const struct {
+        uint32_t unit, chipRuleId, status;
+    } cases[] = {{kUnit, 16, 5}, {kUnit, 96, 5}, {kUnit, 0xFFFFFFFF, 5},
+                 {kUnit, 68, 4}, {3, 0, 1},      {257, 0, 1}};
+    for (const PortChange &change : kChanges) {
+        for (const auto &[unit, chipRuleId, status] : cases) {
+            EXPECT_EQ((acl().*change.slot)(unit, chipRuleId, ports), status);
+            EXPECT_THAT(dev.takeFailures(), ElementsAre(fmt::format("6/{} {}", status, change.lookupLine)));
+        }
+        EXPECT_EQ((acl().*change.slot)(kUnit, 0, nullptr), 2U);
+    }
+    EXPECT_THAT(dev.calls(), IsEmpty());
 }
 
 } // namespace
