@@ -13,10 +13,11 @@ std::string show(uint64_t number)
     return number <= 9999 ? fmt::format("{}", number) : fmt::format("{:#x}", number);
 }
 
-std::string show(const char *text)
+namespace
 {
-    if (text == nullptr)
-        return "null";
+
+std::string showText(const char *text)
+{
     std::string shown = "\"";
     for (const char *c = text; *c != '\0'; ++c) {
         if (*c == '\r')
@@ -29,29 +30,21 @@ std::string show(const char *text)
     return shown + "\"";
 }
 
-std::string show(Mac mac)
+std::string showAddress(const uint8_t *b)
 {
-    if (mac.bytes == nullptr)
-        return "null";
-    const uint8_t *b = mac.bytes;
     return fmt::format("{:02x}:{:02x}:{:02x}:{:02x}:{:02x}:{:02x}", b[0], b[1], b[2], b[3], b[4], b[5]);
 }
 
 std::string showOutput(const void *value, size_t bytes)
 {
-    if (value == nullptr)
-        return "null";
     uint64_t number = 0;
     std::memcpy(&number, value, bytes);
     return "&" + show(number);
 }
 
 // Trailing zero bytes are left out: most of a record is reserved.
-std::string showRecord(const void *record, size_t bytes)
+std::string showRecord(const uint8_t *b, size_t bytes)
 {
-    if (record == nullptr)
-        return "null";
-    const auto *b = static_cast<const uint8_t *>(record);
     size_t used = bytes;
     while (used > 0 && b[used - 1] == 0)
         --used;
@@ -59,6 +52,29 @@ std::string showRecord(const void *record, size_t bytes)
     for (size_t i = 0; i < used; ++i)
         shown += fmt::format("{:02x}", b[i]);
     return shown + "}";
+}
+
+} // namespace
+
+std::string show(const Argument &argument)
+{
+    using Kind = Argument::Kind;
+    if (argument.kind == Kind::Number)
+        return show(argument.bits);
+    if (argument.bits == 0)
+        return "null";
+    switch (argument.kind) {
+    case Kind::Text:
+        return showText(argument.pointer<const char>());
+    case Kind::Address:
+        return showAddress(argument.pointer<const uint8_t>());
+    case Kind::Output:
+        return showOutput(argument.pointer<const void>(), argument.bytes);
+    case Kind::Record:
+        return showRecord(argument.pointer<const uint8_t>(), argument.bytes);
+    default:
+        return "ptr";
+    }
 }
 
 Gate &gate()
@@ -152,13 +168,21 @@ bool Gate::before(Call &call)
     return false;
 }
 
-void Gate::after(Call &call, const std::vector<std::string> &arguments, const std::string &result)
+void Gate::after(Call &call, const Argument &result)
 {
-    call.text = fmt::format("{}({})", call.name, fmt::join(arguments, ", "));
-    if (!result.empty())
-        call.text += fmt::format(" = {}", result);
-    if (observer_)
-        observer_(call);
+    if (!observer_)
+        return;
+    call.result = result.bits;
+    call.text = fmt::format("{}(", call.name);
+    for (const Argument &argument : call.args) {
+        if (&argument != &call.args.front())
+            call.text += ", ";
+        call.text += show(argument);
+    }
+    call.text += ")";
+    if (result.kind != Argument::Kind::Nothing)
+        call.text += " = " + show(result);
+    observer_(call);
 }
 
 } // namespace zrsim

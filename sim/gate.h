@@ -17,29 +17,40 @@ struct Mac {
     const uint8_t *bytes;
 };
 
-// A call as the gate sees it. Pointers in `args` are good only while the call lasts.
+// An argument or a result: its bits and how a trace shows it.
+struct Argument {
+    enum class Kind {
+        Nothing, // the result of a call that answers none
+        Number,
+        Text,    // a string's address
+        Address, // of 6 bytes
+        Output,  // the address of a number of `bytes` bytes
+        Record,  // the address of `bytes` bytes
+        Pointer, // an address with nothing known behind it
+    };
+    uint64_t bits = 0; // a number, or an address that is good only while the call lasts
+    Kind kind = Kind::Nothing;
+    size_t bytes = 0;
+
+    template <class T> T *pointer() const { return reinterpret_cast<T *>(static_cast<uintptr_t>(bits)); }
+};
+
+// A call as the gate sees it.
 struct Call {
     const char *name;
-    unsigned depth;             // 0: made by the library itself
-    std::vector<uint64_t> args; // numbers, or addresses
-    std::string text;           // "name(arguments) = result", complete once the call has returned
+    unsigned depth; // 0: made by the library itself
+    std::vector<Argument> args;
+    std::string text = {}; // "name(arguments) = result", complete once the call has returned
     uint64_t result = 0;
     bool injected = false; // answered by a failure or a script, not by the stand-in
 
-    uint32_t number(size_t i) const { return static_cast<uint32_t>(args.at(i)); }
-    template <class T> T *pointer(size_t i) const
-    {
-        return reinterpret_cast<T *>(static_cast<uintptr_t>(args.at(i)));
-    }
+    uint32_t number(size_t i) const { return static_cast<uint32_t>(args.at(i).bits); }
+    template <class T> T *pointer(size_t i) const { return args.at(i).template pointer<T>(); }
 };
 
-// Shows an argument: numbers in decimal up to 9999 and in hexadecimal above, outputs as "&value",
-// records as their bytes.
+// Numbers in decimal up to 9999 and in hexadecimal above, outputs as "&value", records as their bytes.
 std::string show(uint64_t number);
-std::string show(const char *text);
-std::string show(Mac mac);
-std::string showOutput(const void *value, size_t bytes);
-std::string showRecord(const void *record, size_t bytes);
+std::string show(const Argument &argument);
 
 class Gate
 {
@@ -65,8 +76,7 @@ public:
 
     // Used by the shims.
     bool before(Call &call);
-    // `result` is empty for a call without one.
-    void after(Call &call, const std::vector<std::string> &arguments, const std::string &result);
+    void after(Call &call, const Argument &result);
     unsigned enter() { return depth_++; }
     void leave() { --depth_; }
 
@@ -95,32 +105,28 @@ Gate &gate();
 namespace detail
 {
 
-template <class T> uint64_t bits(const T &value)
+template <class T> uint64_t address(T *pointer)
 {
-    if constexpr (std::is_same_v<T, Mac>)
-        return reinterpret_cast<uintptr_t>(value.bytes);
-    else if constexpr (std::is_pointer_v<T>)
-        return reinterpret_cast<uintptr_t>(value);
-    else
-        return static_cast<uint64_t>(value);
+    return reinterpret_cast<uintptr_t>(pointer);
 }
 
-template <class T> std::string showArgument(const T &value)
+template <class T> Argument describe(const T &value)
 {
+    using Kind = Argument::Kind;
     if constexpr (std::is_same_v<T, Mac>)
-        return show(value);
+        return {address(value.bytes), Kind::Address, 6};
     else if constexpr (std::is_same_v<T, const char *> || std::is_same_v<T, char *>)
-        return show(static_cast<const char *>(value));
+        return {address(value), Kind::Text, 0};
     else if constexpr (std::is_same_v<T, uint32_t *> || std::is_same_v<T, uint16_t *>)
-        return showOutput(value, sizeof *value);
+        return {address(value), Kind::Output, sizeof *value};
     else if constexpr (std::is_pointer_v<T>) {
         using Pointee = std::remove_pointer_t<T>;
         if constexpr (std::is_void_v<Pointee> || std::is_function_v<Pointee>)
-            return value == nullptr ? "null" : "ptr";
+            return {address(value), Kind::Pointer, 0};
         else
-            return showRecord(value, sizeof(Pointee));
+            return {address(value), Kind::Record, sizeof(Pointee)};
     } else
-        return show(static_cast<uint64_t>(value));
+        return {static_cast<uint64_t>(value), Kind::Number, sizeof value};
 }
 
 struct Depth {
@@ -143,24 +149,19 @@ auto pass(const char *name, Body &&body, const Args &...args) -> decltype(body()
     if (!gate().on())
         return body();
 
-    Call call{name, level.depth, {detail::bits(args)...}, {}};
+    Call call{name, level.depth, {detail::describe(args)...}};
     const bool injected = gate().before(call);
-    auto finish = [&](const std::string &result) {
-        gate().after(call, {detail::showArgument(args)...}, result);
-    };
     if constexpr (std::is_void_v<Result>) {
         if (!injected)
             body();
-        finish("");
+        gate().after(call, {});
     } else if constexpr (std::is_pointer_v<Result>) {
         Result result = injected ? nullptr : body();
-        call.result = detail::bits(result);
-        finish(result == nullptr ? "null" : "ptr");
+        gate().after(call, {detail::address(result), Argument::Kind::Pointer});
         return result;
     } else {
         Result result = injected ? static_cast<Result>(call.result) : body();
-        call.result = static_cast<uint64_t>(result);
-        finish(show(call.result));
+        gate().after(call, detail::describe(result));
         return result;
     }
 }

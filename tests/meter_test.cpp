@@ -303,7 +303,7 @@ TEST_F(CarTest, BucketsAreConvertedExactlyOverAll32Bits)
         programmed = call.number(2);
         return 0;
     });
-    zrsim::gate().observe({});
+    dev.record(false);
     auto check = [&](uint32_t bucket) {
         const uint64_t exact = 2 * uint64_t{bucket} + 2 * uint64_t{bucket} / 5;
         programmed = kUntouched;

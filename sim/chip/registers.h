@@ -20,7 +20,7 @@ public:
     uint16_t read(uint16_t address) const
     {
         auto hook = onRead_.find(address);
-        return hook != onRead_.end() ? hook->second() : values_[address];
+        return hook != onRead_.end() ? hook->second() : held(address);
     }
     void write(uint16_t address, uint16_t value)
     {
@@ -29,26 +29,29 @@ public:
             hook->second(value);
     }
     // What a register holds, past any model behind it.
-    uint16_t held(uint16_t address) const { return values_[address]; }
+    uint16_t held(uint16_t address) const
+    {
+        auto value = values_.find(address);
+        return value != values_.end() ? value->second : uint16_t{0};
+    }
     void preset(uint16_t address, uint16_t value) { values_[address] = value; }
 
     void onRead(uint16_t address, OnRead hook) { onRead_[address] = std::move(hook); }
     void onWrite(uint16_t address, OnWrite hook) { onWrite_[address] = std::move(hook); }
-    void clear() { values_.assign(kCount, 0); }
+    void clear() { values_.clear(); }
 
     // The registers that are not 0, in ascending order.
     std::vector<std::pair<uint16_t, uint16_t>> used() const
     {
         std::vector<std::pair<uint16_t, uint16_t>> pairs;
-        for (uint32_t address = 0; address < kCount; ++address)
-            if (values_[address] != 0)
-                pairs.emplace_back(static_cast<uint16_t>(address), values_[address]);
+        for (auto [address, value] : values_)
+            if (value != 0)
+                pairs.emplace_back(address, value);
         return pairs;
     }
 
 private:
-    static constexpr uint32_t kCount = 0x10000;
-    std::vector<uint16_t> values_ = std::vector<uint16_t>(kCount, 0);
+    std::map<uint16_t, uint16_t> values_; // those written since the last reset
     std::map<uint16_t, OnRead> onRead_;
     std::map<uint16_t, OnWrite> onWrite_;
 };

@@ -61,10 +61,7 @@ Device::Device()
         throw std::runtime_error(dlerror());
     }
     ZR_OP(ZR_COMMON_FuncListInit)(0);
-    zrsim::gate().observe([this](const zrsim::Call &call) {
-        if (call.depth == 0)
-            recorded_.push_back(call);
-    });
+    record(true);
 }
 
 Device::~Device()
@@ -74,13 +71,25 @@ Device::~Device()
     current = nullptr;
 }
 
+void Device::record(bool on)
+{
+    zrsim::gate().observe({});
+    if (on)
+        zrsim::gate().observe([this](const zrsim::Call &call) {
+            if (call.depth == 0)
+                recorded_.push_back(call);
+        });
+}
+
 void Device::bringUp()
 {
+    record(false);
     for (uint32_t unit = 0; unit < LSWM_UNITS; ++unit)
         EXPECT_EQ(ops().common.initChip(unit), 0U);
     takeFailures();
     takeTraces();
     forget();
+    record(true);
 }
 
 void Device::setPorts(uint32_t unit, uint32_t set, const std::vector<uint32_t> &ports)

@@ -48,6 +48,8 @@ public:
     // All platform calls that the library made itself, in full.
     const std::vector<zrsim::Call> &recorded() const { return recorded_; }
     void forget() { recorded_.clear(); }
+    // A device records from its start; bringUp() goes unrecorded.
+    void record(bool on);
 
     // Every later call of `name` answers `status`, or only the nth from now on (from 1).
     void fail(const std::string &name, uint32_t status, unsigned nth = 0);
