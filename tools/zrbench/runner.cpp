@@ -48,8 +48,7 @@ void compareLines(const std::vector<Line> &lines, const std::vector<std::string>
 void compareOutputs(const Outcome &outcome, const json &expected, std::vector<std::string> &found)
 {
     for (const auto &[name, value] : expected.items()) {
-        const auto output = std::ranges::find_if(
-            outcome.outputs, [&](const auto &candidate) { return candidate.first == name; });
+        const auto output = std::ranges::find(outcome.outputs, name, &std::pair<std::string, json>::first);
         if (output == outcome.outputs.end())
             found.push_back(fmt::format("there is no output {}", name));
         else if (!same(output->second, value))
