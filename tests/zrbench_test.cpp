@@ -217,6 +217,7 @@ TEST_F(ZrbenchTest, ABadFileIsRefusedWithItsPlaceBeforeAnyStepIsMade)
         const char *named;
     } cases[] = {
         {"{\"steps\": [\n  \"chip init 1\",\n]}", "at line 3, column 1"},
+        {std::string(100000, '['), ": expected JSON nested at most 64 deep"},
         {R"([1])", ": expected an object with \"steps\", found [1]"},
         {R"({"stepz": []})", "/stepz: not known here; there is about, environment, units, steps"},
         {R"({"environment": {"A": 1}})", "/environment/A: expected a text, found 1"},

@@ -113,7 +113,7 @@ json scanArgument(Scanner &scanner, const Argument &argument)
     if (argument.type != Type::Json)
         return scanner.word();
     const std::string_view text = scanner.value();
-    json value = json::parse(text, nullptr, false);
+    json value = json::parse(text, acceptNesting, false);
     if (value.is_discarded())
         throw ArgumentError{{fmt::format("expected a JSON value, found {}", shown(text))},
                             std::string(argument.name)};

@@ -196,7 +196,9 @@ json parseFile(const std::string &file)
     if (!in || std::filesystem::is_directory(file))
         throw UsageError{fmt::format("{}: cannot be read", file)};
     try {
-        return json::parse(in);
+        return json::parse(in, acceptNesting);
+    } catch (const UsageError &error) {
+        throw UsageError{fmt::format("{}: {}", file, error.text)};
     } catch (const json::parse_error &error) {
         // "[json.exception.parse_error.101] parse error at line 3, column 5: ..."
         const std::string_view what = error.what();

@@ -148,6 +148,14 @@ std::string plainText(const json &value)
     return value.is_string() ? value.get<std::string>() : dumped(value);
 }
 
+bool acceptNesting(int depth, json::parse_event_t, json &)
+{
+    constexpr int kDeepest = 64;
+    if (depth > kDeepest)
+        throw UsageError{fmt::format("expected JSON nested at most {} deep", kDeepest)};
+    return true;
+}
+
 std::string shown(const json &value)
 {
     std::string text = dumped(value);

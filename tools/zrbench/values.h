@@ -22,6 +22,10 @@ std::optional<uint32_t> asNumber(const nlohmann::json &value);
 // text is not such a list.
 std::optional<std::vector<uint32_t>> parseList(std::string_view text, uint32_t most, size_t count);
 
+// For json::parse: throws UsageError for what is nested deeper than any device needs. Whoever walks a value
+// calls himself for what is in it.
+bool acceptNesting(int depth, nlohmann::json::parse_event_t event, nlohmann::json &value);
+
 // A JSON value as an error message shows it.
 std::string shown(const nlohmann::json &value);
 // A text as it is, anything else as JSON. Bytes that are not UTF-8 are replaced.
