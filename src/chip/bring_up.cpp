@@ -13,16 +13,7 @@ namespace
 {
 
 constexpr uint32_t kResetOneChip = 0xFFFFFFFF;
-constexpr uint32_t kTicksAfterReset = 20;
-
-constexpr SdkServices kServices = {
-    .regRead = L2sw_SmiRead,
-    .regWrite = L2sw_SmiWrite,
-    .semCreate = LSWM_SemMCreate,
-    .semTake = LSWM_SemTake,
-    .semGive = LSWM_SemGive,
-    .print = LSWM_CmdCliPrint,
-};
+constexpr uint32_t kDelayAfterReset = 20;
 
 constexpr uint32_t kLedGroups = 3;
 constexpr uint32_t kLedMode = 2;
@@ -46,9 +37,18 @@ uint32_t HAL_CHIP_InitQ9(uint32_t unit)
         LSWM_ConfigFailPrint(LSW_MODULE_CHIP, 0, ret, "Chip Q9 Vesper Reset");
         return LSW_CHIP_FAILED;
     }
-    PAL_TaskDelay(kTicksAfterReset);
+    PAL_TaskDelay(kDelayAfterReset);
 
-    l2sw_fun_regist(&kServices);
+    // The SDK copies what it needs: the record lives for this call only.
+    const SdkServices services = {
+        .regRead = L2sw_SmiRead,
+        .regWrite = L2sw_SmiWrite,
+        .semCreate = LSWM_SemMCreate,
+        .semTake = LSWM_SemTake,
+        .semGive = LSWM_SemGive,
+        .print = LSWM_CmdCliPrint,
+    };
+    l2sw_fun_regist(&services);
     if (ret = l2sw_switch_init(unit); ret != 0) {
         LSWM_ConfigFailPrint(LSW_MODULE_CHIP, 0, ret, "Chip Q9 Init");
         return LSW_CHIP_FAILED;

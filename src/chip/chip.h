@@ -10,9 +10,9 @@ ZR_EXTERN_C_BEGIN
 // The identifier by which the board's reset service knows each unit's chip.
 ZR_EXPORT extern const uint32_t g_vesperUnitMap[LSWM_UNITS];
 
-// Brings a unit (0 to 2) into service: reset through the board, a pause of 20 ticks, registration of the
-// SDK's services (SMI transport, mutexes, text output), SDK initialisation, RGMII, LEDs; ends with a
-// revision line that is printed whatever the trace level. May be repeated; nothing is remembered.
+// Brings a unit (0 to 2) into service: reset through the board, a delay of 20 in the platform's unit,
+// registration of the SDK's services (SMI transport, mutexes, text output), SDK initialisation, RGMII, LEDs;
+// ends with a revision line that is printed whatever the trace level. May be repeated; nothing is remembered.
 // LSW_INVALID_ARGUMENT: no such unit, nothing is touched; LSW_CHIP_FAILED: a reset call or l2sw_switch_init
 // failed (printed), the steps after it are left out. Failing services, RGMII and LEDs are not looked at.
 ZR_EXPORT uint32_t ZR_COMMON_InitChip(uint32_t unit);

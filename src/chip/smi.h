@@ -15,7 +15,7 @@ ZR_EXPORT extern const uint32_t phyAddr[LSWM_UNITS];
 // Writes SMI register `reg` of a unit and reads it back, up to six times, until it holds `value`; only a
 // read that succeeded confirms. Returns the status sum of the confirmed attempt's two transfers;
 // LSW_CHIP_FAILED when all attempts are spent; LSW_INVALID_ARGUMENT without a bus access when the unit is
-// not 0 to 2. Prints each attempt with a failed transfer, and the timeout.
+// not 0 to 2. Prints each attempt whose sum is not 0, and the timeout.
 ZR_EXPORT uint32_t L2sw_Op_Wait(uint8_t unit, uint32_t reg, uint16_t value);
 
 // Reads or writes one chip register of unit 1 or 2: the low 16 bits of `address`, the low 16 bits of

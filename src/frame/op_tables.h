@@ -1,6 +1,6 @@
 // The twelve operation tables that the switch manager owns and this library fills: the system's
 // table of contents. A table is an array of slots of pointer width; each struct here names the slots
-// in their order, so that an operation with another signature, or at another slot, does not compile.
+// in their order, so that an operation with another signature, or a name at another slot, does not compile.
 //
 // The manager hands over each table by LSW_<MODULE>_GetFuncPtr; the library writes the named slots and
 // leaves the reserved ones as they came. Every operation takes the unit (0 to 2) first unless said

@@ -5,11 +5,11 @@
 
 ZR_EXTERN_C_BEGIN
 
-// Resets chips. `scope` 0xFFFFFFFF addresses the one chip named by `chip`; `phase` 0 asserts and 1
-// releases the reset. 0 on success.
+// One phase of a chip reset: `chip` is the identifier by which the board knows the chip (g_vesperUnitMap);
+// the library passes `scope` 0xFFFFFFFF and the phases 0 and 1, in this order. 0 on success.
 uint32_t VESPER_ADPAPI_ResetChip(uint32_t scope, uint32_t chip, uint32_t phase);
 
-// Suspends the calling task for `duration` of the platform's ticks.
+// Suspends the calling task for `duration`, in the platform's own unit.
 void PAL_TaskDelay(uint32_t duration);
 
 // One SMI (MDIO) write or read: `one` is always 1, `address` the 5-bit device address, `reg` the

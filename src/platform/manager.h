@@ -35,8 +35,8 @@ enum {
 // Trace levels that LSWM_PrintSwitchOn is asked for.
 enum { LSW_TRACE_EVENT = 2, LSW_TRACE_DETAIL = 3 };
 
-// Records a failed configuration step: always printed. `reserved` is 0; `status` is what the lower
-// layer answered. The result is the manager's.
+// Records a failed configuration step: always printed. `reserved` is 0; `status` is usually
+// what the lower layer answered, and a constant where there is no such answer. The result is the manager's.
 uint32_t LSWM_ConfigFailPrint(uint32_t module, uint32_t reserved, uint32_t status, const char *format, ...)
     ZR_PRINTF_LIKE(4, 5);
 
