@@ -218,6 +218,9 @@ TEST_F(ZrbenchTest, ABadFileIsRefusedWithItsPlaceBeforeAnyStepIsMade)
     } cases[] = {
         {"{\"steps\": [\n  \"chip init 1\",\n]}", "at line 3, column 1"},
         {std::string(100000, '['), ": expected JSON nested at most 64 deep"},
+        {std::string(65, '[') + std::string(65, ']'), ": expected JSON nested at most 64 deep"},
+        {std::string(64, '[') + "1" + std::string(64, ']'), ": expected an object with \"steps\""},
+        {R"({"steps": [1e999]})", "number overflow parsing '1e999'"},
         {R"([1])", ": expected an object with \"steps\", found [1]"},
         {R"({"stepz": []})", "/stepz: not known here; there is about, environment, units, steps"},
         {R"({"environment": {"A": 1}})", "/environment/A: expected a text, found 1"},

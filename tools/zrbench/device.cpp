@@ -199,7 +199,7 @@ json parseFile(const std::string &file)
         return json::parse(in, acceptNesting);
     } catch (const UsageError &error) {
         throw UsageError{fmt::format("{}: {}", file, error.text)};
-    } catch (const json::parse_error &error) {
+    } catch (const json::exception &error) {
         // "[json.exception.parse_error.101] parse error at line 3, column 5: ..."
         const std::string_view what = error.what();
         const size_t start = what.find("at line");

@@ -148,10 +148,11 @@ std::string plainText(const json &value)
     return value.is_string() ? value.get<std::string>() : dumped(value);
 }
 
-bool acceptNesting(int depth, json::parse_event_t, json &)
+bool acceptNesting(int depth, json::parse_event_t event, json &)
 {
     constexpr int kDeepest = 64;
-    if (depth > kDeepest)
+    const bool opens = event == json::parse_event_t::object_start || event == json::parse_event_t::array_start;
+    if (opens && depth >= kDeepest) // the outermost opens at 0
         throw UsageError{fmt::format("expected JSON nested at most {} deep", kDeepest)};
     return true;
 }
