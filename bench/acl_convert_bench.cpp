@@ -1,7 +1,7 @@
 // Conversion of ACL rules beside code written for the one rule, with the same calls of the platform.
 #include <cstring>
 
-#include "acl/convert.h"
+#include "acl/acl.h"
 #include "acl/field_chain.h"
 #include "bench/pair.h"
 #include "platform/bounded.h"

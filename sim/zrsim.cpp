@@ -8,11 +8,11 @@
 #include <string>
 
 #include "sim/board/board.h"
-#include "sim/chip/sdk.h"
 #include "sim/gate.h"
 #include "sim/manager/console.h"
 #include "sim/manager/manager.h"
 #include "sim/manager/memory.h"
+#include "sim/sdk/sdk.h"
 
 using namespace zrsim;
 

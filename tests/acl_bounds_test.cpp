@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 
 #include "acl/acl.h"
-#include "acl/convert.h"
 #include "records/acl_records.h"
 #include "tests/kit/acl_rules.h"
 #include "tests/kit/device.h"

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <map>
 
-#include "acl/convert.h"
-#include "acl/field_chain.h"
+#include "acl/acl.h"
+#include "base/field_chain.h"
 #include "platform/manager.h"
 #include "tests/kit/device.h"
 

@@ -6,9 +6,8 @@
 #include <random>
 
 #include "acl/acl.h"
-#include "acl/convert.h"
 #include "platform/chip_sdk.h"
-#include "sim/chip/sdk.h"
+#include "sim/sdk/sdk.h"
 #include "tests/kit/device.h"
 
 namespace zrtest

@@ -1,4 +1,4 @@
-#include "port/port_diag.h"
+#include "port/port.h"
 
 #include <gmock/gmock.h>
 
@@ -6,7 +6,6 @@
 #include <bit>
 #include <cstring>
 
-#include "port/port.h"
 #include "sim/chip/chip.h"
 #include "tests/kit/device.h"
 #include "tests/kit/guarded_text.h"

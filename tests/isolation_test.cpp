@@ -1,4 +1,4 @@
-#include "port/isolation.h"
+#include "port/port.h"
 
 #include <gmock/gmock.h>
 

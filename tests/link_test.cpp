@@ -7,8 +7,8 @@
 
 #include "port/phy.h"
 #include "port/port.h"
-#include "sim/board/command.h"
 #include "sim/chip/chip.h"
+#include "sim/command.h"
 #include "tests/kit/device.h"
 
 namespace

@@ -6,8 +6,8 @@
 #include <set>
 
 #include "l2/mac.h"
-#include "sim/board/command.h"
 #include "sim/chip/chip.h"
+#include "sim/command.h"
 #include "tests/kit/device.h"
 
 using testing::ElementsAre;

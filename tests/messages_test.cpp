@@ -45,27 +45,28 @@ std::string joined(const std::string &literals)
 void collect(const std::string &operation, const std::string &body, Messages &messages)
 {
     static const auto constants = readConstants();
-    static const std::regex anyCall(R"(LSWM_(ConfigFail|DebugInfo)Print\()");
+    static const std::regex anyCall(R"(\bZR_(PRINT_FAILED|FAILED|CHIP_FAILED|TRACE)\(|LSWM_DebugInfoPrint\()");
     static const std::regex call(
-        R"re(LSWM_(ConfigFail|DebugInfo)Print\(\s*(\w+), 0,\s*([^"]*?),?\s*((?:"(?:[^"\\]|\\.)*"\s*)+))re");
+        R"re((\bZR_(?:PRINT_FAILED|FAILED|CHIP_FAILED|TRACE)|LSWM_DebugInfoPrint)\(\s*(\w+),\s*([^"]*?),\s*((?:"(?:[^"\\]|\\.)*"\s*)+))re");
+
     static const std::regex pieceOfText(R"re(sprintf_s\([^"]*((?:"(?:[^"\\]|\\.)*"\s*)+))re");
 
     EXPECT_EQ(std::distance(Matches(body.begin(), body.end(), call), Matches()),
               std::distance(Matches(body.begin(), body.end(), anyCall), Matches()))
         << operation << " prints a text that is no literal";
     for (Matches match(body.begin(), body.end(), call), end; match != end; ++match) {
+        std::string module = (*match)[2];
         std::string status = (*match)[3];
-        if ((*match)[1] == "DebugInfo") {
-            // A trace's condition begins after the statement before it.
-            const std::string before = match->prefix();
-            const std::string condition = before.substr(before.find_last_of(";{}") + 1);
-            std::smatch level;
-            const bool guarded = std::regex_search(condition, level, std::regex(R"(LSW_TRACE_\w+)"));
-            status = "trace " + (guarded ? constants.at(level[0]) : "always");
+        if ((*match)[1] == "ZR_TRACE") {
+            std::swap(module, status);
+            status = "trace " + constants.at("LSW_TRACE_" + status);
+        } else if ((*match)[1] == "LSWM_DebugInfoPrint") {
+            module = module.substr(std::string("LSW_MODULE_").size());
+            status = "trace always";
         } else if (!std::isdigit(status.front())) {
             status = constants.contains(status) ? constants.at(status) : "";
         }
-        messages[{constants.at((*match)[2]), operation, joined((*match)[4])}] = status;
+        messages[{constants.at("LSW_MODULE_" + module), operation, joined((*match)[4])}] = status;
     }
     if (body.find("LSWM_CmdCliPrint(") != std::string::npos)
         for (Matches match(body.begin(), body.end(), pieceOfText), end; match != end; ++match)
@@ -77,7 +78,8 @@ Messages printedTexts()
     const std::regex head(R"([a-z][^(]*?(\w+)\(.*[^;])"); // of a function: nothing else begins a line so
     Messages messages;
     for (const auto &entry : std::filesystem::recursive_directory_iterator(ZRLSW_SOURCE_DIR "/src")) {
-        if (!entry.is_regular_file() || entry.path().filename() == "manager.h")
+        if (!entry.is_regular_file() || entry.path().filename() == "print.h" ||
+            entry.path().filename() == "manager.h")
             continue;
         std::istringstream file(contents(entry.path()));
         std::string operation;

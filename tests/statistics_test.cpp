@@ -1,4 +1,4 @@
-#include "port/port_stat.h"
+#include "port/port.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
 // The board's way to see what the ingress ACL does with a frame.
 #include <fmt/format.h>
 
-#include "sim/board/command.h"
 #include "sim/chip/chip.h"
-#include "sim/chip/frames.h"
+#include "sim/command.h"
+#include "sim/pipeline/capture.h"
 
 namespace zrsim
 {

@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "sim/chip/sdk.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

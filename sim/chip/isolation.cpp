@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "sim/chip/chip.h"
-#include "sim/chip/sdk.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

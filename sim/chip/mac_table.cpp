@@ -7,7 +7,7 @@
 #include <string>
 
 #include "sim/chip/chip.h"
-#include "sim/chip/sdk.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

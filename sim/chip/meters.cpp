@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "sim/board/command.h"
-#include "sim/chip/sdk.h"
+#include "sim/command.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

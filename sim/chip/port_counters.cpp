@@ -3,9 +3,9 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include "sim/board/command.h"
 #include "sim/chip/chip.h"
-#include "sim/chip/sdk.h"
+#include "sim/command.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "sim/board/command.h"
 #include "sim/chip/chip.h"
-#include "sim/chip/sdk.h"
+#include "sim/command.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

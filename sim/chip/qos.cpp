@@ -8,8 +8,8 @@
 #include <map>
 #include <vector>
 
-#include "sim/board/command.h"
-#include "sim/chip/sdk.h"
+#include "sim/command.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

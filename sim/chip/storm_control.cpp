@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include "sim/board/command.h"
-#include "sim/chip/sdk.h"
+#include "sim/command.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

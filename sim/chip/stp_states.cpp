@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "sim/chip/sdk.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

@@ -5,7 +5,7 @@
 
 #include <bit>
 
-#include "sim/chip/sdk.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

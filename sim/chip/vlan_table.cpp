@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "sim/chip/sdk.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

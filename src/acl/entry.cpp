@@ -1,8 +1,8 @@
 // Rules on the chip: adding, reading back, removing.
 #include "acl/acl.h"
 
-#include "acl/convert.h"
-#include "acl/field_chain.h"
+#include "base/field_chain.h"
+#include "base/print.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "records/acl_records.h"
@@ -97,30 +97,22 @@ uint32_t ZR_ACL_AddEntry(uint32_t unit, LswmAclRule *rule, AclEntryPlace *place)
 
     LswmAclAction *action = &rule->action;
     if (uint32_t ret = ZR_ACL_AssignCounterId(unit, action); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "Chip 8 Add Assign unit:%u", unit);
+        ZR_PRINT_FAILED(ACL, ret, "Chip 8 Add Assign unit:%u", unit);
         action->flags &= ~uint32_t{LSWM_ACTION_COUNT};
     }
     uint32_t count = 0;
-    if (uint32_t ret = HAL_ACL_GetEntryCntZr(unit, &rule->match, action, &count); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "Chip 8 Get Entry Cnt unit:%u", unit);
-        return ret;
-    }
+    if (uint32_t ret = HAL_ACL_GetEntryCntZr(unit, &rule->match, action, &count); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "Chip 8 Get Entry Cnt unit:%u", unit);
     uint32_t firstChipId = 0;
-    if (uint32_t ret = ZR_ACL_AllocEntryId(unit, rule->partition, count, &firstChipId); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "Chip 8 Alloc Entry unit:%u cnt:%u", unit, count);
-        return ret;
-    }
-    if (uint32_t ret = HAL_ACL_AddEntryZr(unit, firstChipId, &rule->match, action, &count); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "Chip 8 Add Entry unit:%u ifcid %u", unit, firstChipId);
-        return ret;
-    }
+    if (uint32_t ret = ZR_ACL_AllocEntryId(unit, rule->partition, count, &firstChipId); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "Chip 8 Alloc Entry unit:%u cnt:%u", unit, count);
+    if (uint32_t ret = HAL_ACL_AddEntryZr(unit, firstChipId, &rule->match, action, &count); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "Chip 8 Add Entry unit:%u ifcid %u", unit, firstChipId);
     place->firstChipId = firstChipId;
     place->count = static_cast<uint8_t>(count);
 
-    if (uint32_t ret = ZR_ACL_SetRuleCarMapEntry(unit, firstChipId, action); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "Chip Set Car failed unit:%u ifcid %u", unit, firstChipId);
-        return ret;
-    }
+    if (uint32_t ret = ZR_ACL_SetRuleCarMapEntry(unit, firstChipId, action); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "Chip Set Car failed unit:%u ifcid %u", unit, firstChipId);
     return ZR_ACL_SetRuleCounterMapEntry(unit, firstChipId, action);
 }
 
@@ -141,11 +133,8 @@ uint32_t ZR_ACL_AddLogicEntry(uint32_t unit, LswmAclRule *rule, uint32_t *logicR
     AclEntryPlace place;
     if (uint32_t ret = ZR_ACL_AddEntry(unit, rule, &place); ret != LSW_OK)
         return ret;
-    if (uint32_t ret = ZR_ACL_SetRuleMapEntry(unit, freeLogicId, place.firstChipId, place.count);
-        ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "AddEntry Set Soft Entry");
-        return ret;
-    }
+    if (uint32_t ret = ZR_ACL_SetRuleMapEntry(unit, freeLogicId, place.firstChipId, place.count); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "AddEntry Set Soft Entry");
     *logicRuleId = freeLogicId;
     return LSW_OK;
 }
@@ -174,11 +163,8 @@ uint32_t ZR_ACL_GetEntry(uint32_t unit, uint32_t firstChipId, LswmAclRule *rule)
     AclRuleInfoView run;
     if (COM_ACL_GetRuleInfoFromChipId(unit, firstChipId, &run) != LSW_OK)
         return LSW_CHIP_FAILED;
-    if (uint32_t ret = HAL_ACL_GetEntryZr(unit, run.firstChipId, &rule->match, &rule->action); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "Chip 8 Get Entry unit:%u ifcid %u", unit,
-                             run.firstChipId);
-        return ret;
-    }
+    if (uint32_t ret = HAL_ACL_GetEntryZr(unit, run.firstChipId, &rule->match, &rule->action); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "Chip 8 Get Entry unit:%u ifcid %u", unit, run.firstChipId);
     return LSW_OK;
 }
 
@@ -199,15 +185,11 @@ uint32_t ZR_ACL_DelEntry(uint32_t unit, uint32_t firstChipId)
     for (uint32_t chipRuleId = run.firstChipId; chipRuleId < run.firstChipId + run.count; ++chipRuleId) {
         total += HAL_ACL_DelEntryZr(unit, chipRuleId);
         if (total != 0)
-            LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, total, "Chip 8 Del Entry unit:%u ifcid %u", unit,
-                                 chipRuleId);
+            ZR_PRINT_FAILED(ACL, total, "Chip 8 Del Entry unit:%u ifcid %u", unit, chipRuleId);
     }
     // Both maps are keyed by the first chip rule id, whichever id of the run was given.
-    if (uint32_t ret = COM_ACL_SetRuleCarMapEntryValid(unit, run.firstChipId, 0); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret,
-                             "COM_ACL_SetRuleCarMapEntryValid failed 1 unit %u ifcid %u", unit,
-                             run.firstChipId);
-        return ret;
-    }
+    if (uint32_t ret = COM_ACL_SetRuleCarMapEntryValid(unit, run.firstChipId, 0); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "COM_ACL_SetRuleCarMapEntryValid failed 1 unit %u ifcid %u", unit,
+                         run.firstChipId);
     return COM_ACL_SetRuleCounterMapEntryValid(unit, run.firstChipId, 0);
 }

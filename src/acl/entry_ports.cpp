@@ -1,7 +1,8 @@
 // Changing the ports of a rule on the chip.
 #include "acl/acl.h"
 
-#include "acl/convert.h"
+#include "base/print.h"
+#include "base/unit.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "records/acl_records.h"
@@ -15,7 +16,7 @@ uint32_t changeEntries(uint32_t (*change)(uint8_t unit, uint32_t id, uint32_t ma
 {
     const uint32_t mask = ports & ZR_ACL_CHIP_PORTS;
     for (uint32_t i = 0; i < rule.count; ++i)
-        if (uint32_t ret = change(static_cast<uint8_t>(unit), rule.firstChipId + i, mask); ret != 0)
+        if (uint32_t ret = change(zr::unit8(unit), rule.firstChipId + i, mask); ret != 0)
             return ret;
     return LSW_OK;
 }
@@ -27,14 +28,12 @@ uint32_t HAL_ACL_ModifyEntryBitmapZr(uint32_t unit, uint32_t firstChipId, const 
     if (ports == nullptr)
         return LSW_NULL_POINTER;
     AclRuleInfoView rule;
-    if (uint32_t ret = COM_ACL_GetRuleInfoFromChipId(unit, firstChipId, &rule); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR GetRuleInfoFromChipId failed");
-        return ret;
-    }
+    if (uint32_t ret = COM_ACL_GetRuleInfoFromChipId(unit, firstChipId, &rule); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR GetRuleInfoFromChipId failed");
     const uint32_t ret = changeEntries(l2sw_filter_igrAcl_entry_modifybitmap, unit, rule, ports[0]);
     if (ret != 0)
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR modify entry portmap failed");
-    return ret;
+        return ZR_FAILED(ACL, ret, "ZR modify entry portmap failed");
+    return LSW_OK;
 }
 
 uint32_t HAL_ACL_AddEntryBitmapZr(uint32_t unit, uint32_t firstChipId, const uint32_t *ports)
@@ -42,14 +41,12 @@ uint32_t HAL_ACL_AddEntryBitmapZr(uint32_t unit, uint32_t firstChipId, const uin
     if (ports == nullptr)
         return LSW_NULL_POINTER;
     AclRuleInfoView rule;
-    if (uint32_t ret = COM_ACL_GetRuleInfoFromChipId(unit, firstChipId, &rule); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR add entry get entryCount failed");
-        return ret;
-    }
+    if (uint32_t ret = COM_ACL_GetRuleInfoFromChipId(unit, firstChipId, &rule); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR add entry get entryCount failed");
     const uint32_t ret = changeEntries(l2sw_filter_igrAcl_entry_addbitmap, unit, rule, ports[0]);
     if (ret != 0)
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR add entry portmap failed");
-    return ret;
+        return ZR_FAILED(ACL, ret, "ZR add entry portmap failed");
+    return LSW_OK;
 }
 
 uint32_t HAL_ACL_RemoveEntryBitmapZr(uint32_t unit, uint32_t firstChipId, const uint32_t *ports)
@@ -57,14 +54,12 @@ uint32_t HAL_ACL_RemoveEntryBitmapZr(uint32_t unit, uint32_t firstChipId, const 
     if (ports == nullptr)
         return LSW_NULL_POINTER;
     AclRuleInfoView rule;
-    if (uint32_t ret = COM_ACL_GetRuleInfoFromChipId(unit, firstChipId, &rule); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR remove entry get entryCount failed");
-        return ret;
-    }
+    if (uint32_t ret = COM_ACL_GetRuleInfoFromChipId(unit, firstChipId, &rule); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR remove entry get entryCount failed");
     const uint32_t ret = changeEntries(l2sw_filter_igrAcl_entry_removebitmap, unit, rule, ports[0]);
     if (ret != 0)
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR remove entry portmap failed");
-    return ret;
+        return ZR_FAILED(ACL, ret, "ZR remove entry portmap failed");
+    return LSW_OK;
 }
 
 uint32_t ZR_ACL_ModifyEntryPortmap(uint32_t unit, uint32_t firstChipId, const uint32_t *ports)

@@ -1,5 +1,5 @@
 // Names of the raw fields.
-#include "acl/convert.h"
+#include "acl/acl.h"
 
 #include "platform/bounded.h"
 #include "platform/manager.h"

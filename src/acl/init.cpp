@@ -1,6 +1,8 @@
 // ACL start-up: records, chip partitions, field selectors.
 #include "acl/acl.h"
 
+#include "base/print.h"
+#include "base/unit.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "records/acl_records.h"
@@ -21,8 +23,7 @@ constexpr FieldSelector kCapwapWords[] = {{3, 6, 8}, {4, 6, 10}};
 
 uint32_t setSelector(uint32_t unit, const FieldSelector &word)
 {
-    return l2sw_filter_igrAcl_field_sel_set(static_cast<uint8_t>(unit), word.selector, word.format,
-                                            word.offset);
+    return l2sw_filter_igrAcl_field_sel_set(zr::unit8(unit), word.selector, word.format, word.offset);
 }
 
 } // namespace
@@ -50,31 +51,21 @@ uint32_t ZR_ACL_InitPartInfo(uint32_t unit)
         total += COM_ACL_ChipRulePartInit(unit, partition, range.firstId, range.count);
     }
     if (total != 0)
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, total, "ZR ACL RulePartinfo init unitId = %u", unit);
-    return total;
+        return ZR_FAILED(ACL, total, "ZR ACL RulePartinfo init unitId = %u", unit);
+    return LSW_OK;
 }
 
 uint32_t ZR_ACL_Init(uint32_t unit)
 {
-    if (uint32_t ret = COM_ACL_RuleInfoInit(unit, ZR_ACL_RULES); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR ACL Ruleinfo init unitId = %u", unit);
-        return ret;
-    }
-    if (uint32_t ret = COM_ACL_CounterInfoInit(unit, ZR_ACL_COUNTERS); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR ACL Counterinfo init unitId = %u", unit);
-        return ret;
-    }
-    if (uint32_t ret = ZR_ACL_InitPartInfo(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR ACL RulePartinfo init unitId = %u", unit);
-        return ret;
-    }
-    if (uint32_t ret = ZR_ACL_InitLanWanDefualtPolicy(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR ACL lan wan policy init unitId = %u", unit);
-        return ret;
-    }
-    if (uint32_t ret = HAL_ACL_InitFieldSelectorZr(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ZR ACL field selector init unitId = %u", unit);
-        return ret;
-    }
+    if (uint32_t ret = COM_ACL_RuleInfoInit(unit, ZR_ACL_RULES); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR ACL Ruleinfo init unitId = %u", unit);
+    if (uint32_t ret = COM_ACL_CounterInfoInit(unit, ZR_ACL_COUNTERS); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR ACL Counterinfo init unitId = %u", unit);
+    if (uint32_t ret = ZR_ACL_InitPartInfo(unit); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR ACL RulePartinfo init unitId = %u", unit);
+    if (uint32_t ret = ZR_ACL_InitLanWanDefualtPolicy(unit); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR ACL lan wan policy init unitId = %u", unit);
+    if (uint32_t ret = HAL_ACL_InitFieldSelectorZr(unit); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR ACL field selector init unitId = %u", unit);
     return LSW_OK;
 }

@@ -1,7 +1,7 @@
 // Default policies of LAN and WAN ports.
 #include "acl/acl.h"
 
-#include "frame/port_set.h"
+#include "base/port_set.h"
 #include "platform/manager.h"
 #include "records/acl_records.h"
 

@@ -1,6 +1,8 @@
 // Bringing a unit into service.
 #include "chip/chip.h"
 
+#include "base/print.h"
+#include "base/unit.h"
 #include "chip/rgmii.h"
 #include "chip/smi.h"
 #include "platform/board.h"
@@ -33,10 +35,8 @@ uint32_t HAL_CHIP_InitQ9(uint32_t unit)
 
     uint32_t ret = VESPER_ADPAPI_ResetChip(kResetOneChip, g_vesperUnitMap[unit], 0);
     ret += VESPER_ADPAPI_ResetChip(kResetOneChip, g_vesperUnitMap[unit], 1);
-    if (ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_CHIP, 0, ret, "Chip Q9 Vesper Reset");
-        return LSW_CHIP_FAILED;
-    }
+    if (ret != 0)
+        return ZR_CHIP_FAILED(CHIP, ret, "Chip Q9 Vesper Reset");
     PAL_TaskDelay(kDelayAfterReset);
 
     // The SDK copies what it needs: the record lives for this call only.
@@ -49,12 +49,10 @@ uint32_t HAL_CHIP_InitQ9(uint32_t unit)
         .print = LSWM_CmdCliPrint,
     };
     l2sw_fun_regist(&services);
-    if (ret = l2sw_switch_init(unit); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_CHIP, 0, ret, "Chip Q9 Init");
-        return LSW_CHIP_FAILED;
-    }
+    if (ret = l2sw_switch_init(unit); ret != 0)
+        return ZR_CHIP_FAILED(CHIP, ret, "Chip Q9 Init");
     L2sw_RGMIIInit(unit);
-    HAL_CHIP_LEDInitZr(static_cast<uint8_t>(unit));
+    HAL_CHIP_LEDInitZr(zr::unit8(unit));
     LSWM_DebugInfoPrint(LSW_MODULE_CHIP, 0, "The chip %u ver is %u", unit, l2sw_eco[unit]);
     return LSW_OK;
 }

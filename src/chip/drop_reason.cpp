@@ -1,6 +1,8 @@
 #include "chip/chip.h"
 
-#include "frame/memory.h"
+#include "base/memory.h"
+#include "base/print.h"
+#include "base/unit.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
@@ -37,11 +39,11 @@ char *HAL_CHIP_DropReasonEnableQ9(uint32_t unit, uint32_t port)
     if (text == nullptr)
         return nullptr;
     HAL_CHIP_RegWriteQ9(unit, kRegCaptureSelect, port << 8 | kCaptureSelect);
-    l2sw_setAsicReg(static_cast<uint8_t>(unit), kRegCaptureControl, kCaptureControl);
-    l2sw_setAsicReg(static_cast<uint8_t>(unit), kRegCaptureMask, kCaptureMask);
+    l2sw_setAsicReg(zr::unit8(unit), kRegCaptureControl, kCaptureControl);
+    l2sw_setAsicReg(zr::unit8(unit), kRegCaptureMask, kCaptureMask);
     if (sprintf_s(text, kTextSize, "capture drop reason start on unit %u port %u.", unit, port) < 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, LSW_CHIP_FAILED,
-                             "capture drop reason start on failed. (unit = %u, port = %u)", unit, port);
+        ZR_PRINT_FAILED(PORT, LSW_CHIP_FAILED, "capture drop reason start on failed. (unit = %u, port = %u)",
+                        unit, port);
         LSWM_MemFree(text);
         return nullptr;
     }
@@ -59,10 +61,10 @@ char *HAL_CHIP_GetDropReasonQ9(uint32_t unit, uint32_t port)
     if (text == nullptr)
         return nullptr;
     uint32_t result = 0;
-    l2sw_getAsicReg(static_cast<uint8_t>(unit), kRegCaptureResult, &result);
+    l2sw_getAsicReg(zr::unit8(unit), kRegCaptureResult, &result);
     if (sprintf_s(text, kTextSize, "unit %u port %u drop result: 0x%x.", unit, port, result) < 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, LSW_CHIP_FAILED,
-                             "capture drop result start on failed. (unit = %u, port = %u)", unit, port);
+        ZR_PRINT_FAILED(PORT, LSW_CHIP_FAILED, "capture drop result start on failed. (unit = %u, port = %u)",
+                        unit, port);
         LSWM_MemFree(text);
         return nullptr;
     }

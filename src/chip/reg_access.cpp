@@ -1,5 +1,6 @@
 #include "chip/chip.h"
 
+#include "base/unit.h"
 #include "platform/chip_sdk.h"
 
 uint32_t ZR_COMMON_ChipRegRead(uint32_t unit, uint32_t reg, uint32_t *value)
@@ -9,7 +10,7 @@ uint32_t ZR_COMMON_ChipRegRead(uint32_t unit, uint32_t reg, uint32_t *value)
 
 uint32_t HAL_CHIP_RegReadQ9(uint32_t unit, uint32_t reg, uint32_t *value)
 {
-    return l2sw_getAsicReg(static_cast<uint8_t>(unit), reg, value);
+    return l2sw_getAsicReg(zr::unit8(unit), reg, value);
 }
 
 uint32_t ZR_COMMON_ChipRegWrite(uint32_t unit, uint32_t reg, uint32_t value)
@@ -19,5 +20,5 @@ uint32_t ZR_COMMON_ChipRegWrite(uint32_t unit, uint32_t reg, uint32_t value)
 
 uint32_t HAL_CHIP_RegWriteQ9(uint32_t unit, uint32_t reg, uint32_t value)
 {
-    return l2sw_setAsicReg(static_cast<uint8_t>(unit), reg, value);
+    return l2sw_setAsicReg(zr::unit8(unit), reg, value);
 }

@@ -1,7 +1,8 @@
 #include "chip/rgmii.h"
 
-#include "chip/fs_level.h"
-#include "chip/rgmii_param.h"
+#include "base/fs_level.h"
+#include "base/unit.h"
+#include "chip/chip.h"
 #include "platform/board.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
@@ -17,7 +18,12 @@ struct RegValue {
 
 constexpr RegValue kFixedRegs[] = {{0x3B0C, 7}, {0x1311, 0x1016}, {0x3B0D, 7}, {0x13C4, 0x1016}};
 
+constexpr uint32_t kRegRgmii1Param = 0x1307;
+constexpr uint32_t kRegRgmii2Param = 0x13C5;
 constexpr uint32_t kRegUnitSetting = 0x3EE0;
+
+constexpr uint32_t kEnvNameSize = 64;
+constexpr uint32_t kTextSize = 256;
 
 struct UnitSetting {
     int32_t divisor; // of the FS level's multiplier
@@ -62,21 +68,23 @@ uint32_t scaledParam(uint32_t base, const Speed &speed, int32_t divisor)
     return (base & ~(kDelayMask | kDelayMask << kHighDelayShift)) | low | high << kHighDelayShift;
 }
 
-} // namespace
-
-bool zr::rgmii2FromEnvironment(uint32_t unit, char (&name)[kRgmiiEnvNameSize], uint32_t *value)
+// Forms the name of the unit's RGMII2 variable (an empty text if that fails) and reads the variable.
+// False, with `*value` unspecified, when there is no such number.
+bool rgmii2FromEnvironment(uint32_t unit, char (&name)[kEnvNameSize], uint32_t *value)
 {
     name[0] = '\0';
     return sprintf_s(name, sizeof(name), "lsw%u_vq9_rgmii2_para", unit) >= 0 &&
            drv_env_num_get(name, value, 16) == 0;
 }
 
+} // namespace
+
 void L2sw_RGMIIInit(uint32_t unit)
 {
     if (unit >= LSWM_UNITS)
         return;
     for (const RegValue &row : kFixedRegs)
-        l2sw_setAsicReg(static_cast<uint8_t>(unit), row.reg, row.value);
+        l2sw_setAsicReg(zr::unit8(unit), row.reg, row.value);
     L2sw_RGMIIParamInit(unit);
 }
 
@@ -89,9 +97,9 @@ uint32_t L2sw_RGMIIParamInit(uint32_t unit)
     uint32_t rgmii2 = 0;
     L2sw_CalRGMIIParam(unit, &rgmii1, &rgmii2);
 
-    char name[zr::kRgmiiEnvNameSize];
+    char name[kEnvNameSize];
     uint32_t fromEnvironment = 0;
-    if (zr::rgmii2FromEnvironment(unit, name, &fromEnvironment)) {
+    if (rgmii2FromEnvironment(unit, name, &fromEnvironment)) {
         rgmii2 = fromEnvironment;
         LSWM_DebugInfoPrint(LSW_MODULE_CHIP, 0,
                             "Find RGMII2 env, The chip %u use env rgmii2 param 0x%x, rgmii1 param 0x%x", unit,
@@ -103,10 +111,9 @@ uint32_t L2sw_RGMIIParamInit(uint32_t unit)
             rgmii1);
     }
 
-    const auto sdkUnit = static_cast<uint8_t>(unit);
-    l2sw_setAsicReg(sdkUnit, zr::kRegRgmii1Param, rgmii1);
-    l2sw_setAsicReg(sdkUnit, zr::kRegRgmii2Param, rgmii2);
-    l2sw_setAsicReg(sdkUnit, kRegUnitSetting, kUnitSettings[unit].reg3EE0);
+    l2sw_setAsicReg(zr::unit8(unit), kRegRgmii1Param, rgmii1);
+    l2sw_setAsicReg(zr::unit8(unit), kRegRgmii2Param, rgmii2);
+    l2sw_setAsicReg(zr::unit8(unit), kRegUnitSetting, kUnitSettings[unit].reg3EE0);
     return LSW_OK;
 }
 
@@ -138,4 +145,31 @@ uint32_t Trans2ParamPath(int32_t value)
     if (value < 10)
         return 0;
     return value == 10 ? 1 : 2;
+}
+
+void HAL_CHIP_CompareRgmiiParamQ9(uint32_t unit)
+{
+    char name[kEnvNameSize];
+    uint32_t wanted = 0;
+    const bool found = rgmii2FromEnvironment(unit, name, &wanted);
+
+    uint32_t rgmii1 = 0;
+    uint32_t rgmii2 = 0;
+    l2sw_getAsicReg(zr::unit8(unit), kRegRgmii1Param, &rgmii1);
+    l2sw_getAsicReg(zr::unit8(unit), kRegRgmii2Param, &rgmii2);
+
+    char text[kTextSize];
+    text[0] = '\0';
+    int length = 0;
+    if (!found)
+        sprintf_s(text, kTextSize, "Failed! Can not find ENV %s\n", name);
+    else if (wanted == rgmii2)
+        length = sprintf_s(text, kTextSize, "Success! RGMII2 ENV %s(0x%x)== RGMII2 REG Value(0x%x)\n", name,
+                           wanted, rgmii2);
+    else
+        length = sprintf_s(text, kTextSize, "Failed! RGMII2 ENV %s(0x%x)!= RGMII2 REG Value(0x%x)\n", name,
+                           wanted, rgmii2);
+    if (found && length >= 0)
+        sprintf_s(text + length, kTextSize - static_cast<size_t>(length), "  RGMII1 REG Value(0x%x)\n", rgmii1);
+    LSWM_CmdCliPrint(text);
 }

@@ -1,5 +1,6 @@
 #include "chip/smi.h"
 
+#include "base/print.h"
 #include "platform/board.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
@@ -52,8 +53,8 @@ uint32_t L2sw_Op_Wait(uint8_t unit, uint32_t reg, uint16_t value)
         const uint32_t readRet = HAL_PORT_SmiRead(1, phyAddr[unit], reg, &readBack);
         const uint32_t ret = writeRet + readRet;
         if (ret != 0) {
-            LSWM_ConfigFailPrint(LSW_MODULE_SMI, 0, LSW_CHIP_FAILED,
-                                 "l2sw Op_Wait failed, unit %u reg 0x%x op 0x%x", unit, reg, value);
+            ZR_PRINT_FAILED(SMI, LSW_CHIP_FAILED, "l2sw Op_Wait failed, unit %u reg 0x%x op 0x%x", unit, reg,
+                            value);
         }
         if (readRet != 0)
             continue;
@@ -61,15 +62,14 @@ uint32_t L2sw_Op_Wait(uint8_t unit, uint32_t reg, uint16_t value)
             return ret;
         lastRead = readBack;
     }
-    LSWM_ConfigFailPrint(LSW_MODULE_SMI, 0, LSW_CHIP_FAILED,
-                         "l2sw wait timeout unit %u reg 0x%x op 0x%x val 0x%x", unit, reg, value, lastRead);
-    return LSW_CHIP_FAILED;
+    return ZR_FAILED(SMI, LSW_CHIP_FAILED, "l2sw wait timeout unit %u reg 0x%x op 0x%x val 0x%x", unit, reg,
+                     value, lastRead);
 }
 
 uint32_t L2sw_SmiRead(uint8_t unit, uint32_t address, uint32_t *value)
 {
     if (!isServed(unit)) {
-        LSWM_ConfigFailPrint(LSW_MODULE_SMI, 0, LSW_INVALID_ARGUMENT, "smi read fail invalid unit %u", unit);
+        ZR_PRINT_FAILED(SMI, LSW_INVALID_ARGUMENT, "smi read fail invalid unit %u", unit);
         return LSW_UNSUPPORTED;
     }
     uint16_t result = 0;
@@ -77,10 +77,8 @@ uint32_t L2sw_SmiRead(uint8_t unit, uint32_t address, uint32_t *value)
     ret += writeIndirect(unit, kSmiAddress, static_cast<uint16_t>(address));
     ret += writeIndirect(unit, kSmiCommand, kCommandRead);
     ret += HAL_PORT_SmiRead(1, phyAddr[unit], kSmiReadData, &result);
-    if (ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_SMI, 0, ret, "Chip smi read unit %u addr 0x%x", unit, address);
-        return LSW_CHIP_FAILED;
-    }
+    if (ret != 0)
+        return ZR_CHIP_FAILED(SMI, ret, "Chip smi read unit %u addr 0x%x", unit, address);
     *value = result;
     return LSW_OK;
 }
@@ -88,17 +86,14 @@ uint32_t L2sw_SmiRead(uint8_t unit, uint32_t address, uint32_t *value)
 uint32_t L2sw_SmiWrite(uint8_t unit, uint32_t address, uint32_t data)
 {
     if (!isServed(unit)) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, LSW_INVALID_ARGUMENT, "smi write fail invalid unit %u", unit);
+        ZR_PRINT_FAILED(PORT, LSW_INVALID_ARGUMENT, "smi write fail invalid unit %u", unit);
         return LSW_UNSUPPORTED;
     }
     uint32_t ret = writeIndirect(unit, kSmiPage, kAccessPage);
     ret += writeIndirect(unit, kSmiAddress, static_cast<uint16_t>(address));
     ret += writeIndirect(unit, kSmiWriteData, static_cast<uint16_t>(data));
     ret += writeIndirect(unit, kSmiCommand, kCommandWrite);
-    if (ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_SMI, 0, ret, "Chip smi write unit %u addr 0x%x data 0x%x", unit,
-                             address, data);
-        return LSW_CHIP_FAILED;
-    }
+    if (ret != 0)
+        return ZR_CHIP_FAILED(SMI, ret, "Chip smi write unit %u addr 0x%x data 0x%x", unit, address, data);
     return LSW_OK;
 }

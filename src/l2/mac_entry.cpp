@@ -1,8 +1,8 @@
 // Adding and deleting single addresses, and the static count that goes with them.
 #include "l2/mac.h"
 
-#include "frame/port_set.h"
-#include "frame/trace.h"
+#include "base/port_set.h"
+#include "base/print.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
@@ -51,16 +51,14 @@ uint32_t HAL_MAC_AddMacZr(uint32_t unit, const LswmMacEntry *entry)
     if (addr.isStatic == 1)
         dropStaticCount(unit);
     if (ret == SDK_L2_TABLE_FULL) {
-        LSWM_ConfigFailPrint(
-            LSW_MODULE_MAC, 0, ret,
+        ZR_PRINT_FAILED(
+            MAC, ret,
             "Zr Mac add failed, l2table full or hash conflict (unit:%u, MAC:0x%02x%02x-%02x%02x-****).", unit,
             mac[0], mac[1], mac[2], mac[3]);
         return LSW_NO_RESOURCE;
     }
-    if (zr::traceOn(LSW_TRACE_EVENT))
-        LSWM_DebugInfoPrint(LSW_MODULE_MAC, 0,
-                            "Zr add mac failed(unit:%u, retVal:0x%x, MAC:0x%02x%02x-%02x%02x-****).", unit, ret,
-                            mac[0], mac[1], mac[2], mac[3]);
+    ZR_TRACE(EVENT, MAC, "Zr add mac failed(unit:%u, retVal:0x%x, MAC:0x%02x%02x-%02x%02x-****).", unit, ret,
+             mac[0], mac[1], mac[2], mac[3]);
     return LSW_CHIP_FAILED;
 }
 
@@ -84,10 +82,8 @@ uint32_t HAL_MAC_HasExistedMacTabZr(uint32_t unit, const LswmMacEntry *entry, ui
     L2UcastAddr addr{};
     addr.vlan = vlan;
     if (uint32_t ret = l2sw_l2_addr_get(unit, entry->mac, &addr); ret != 0) {
-        if (zr::traceOn(LSW_TRACE_DETAIL))
-            LSWM_DebugInfoPrint(LSW_MODULE_VLAN, 0,
-                                "Zr get mac by vlan mac failed(unit:%u, vlan:%u, retVal:0x%x).", unit, vlan,
-                                ret);
+        ZR_TRACE(DETAIL, VLAN, "Zr get mac by vlan mac failed(unit:%u, vlan:%u, retVal:0x%x).", unit, vlan,
+                 ret);
         return 0;
     }
     return 1;
@@ -109,9 +105,7 @@ uint32_t HAL_MAC_DelByVlanMacZr(uint32_t unit, const LswmMacEntry *entry)
     addr.vlan = entry->vlan;
     const uint32_t ret = l2sw_l2_addr_del(unit, entry->mac, &addr);
     if (ret != 0 && ret != SDK_L2_ENTRY_NOT_FOUND) {
-        if (zr::traceOn(LSW_TRACE_DETAIL))
-            LSWM_DebugInfoPrint(LSW_MODULE_MAC, 0, "Zr del by vlan mac failed(unit:%u, retVal:0x%x).", unit,
-                                ret);
+        ZR_TRACE(DETAIL, MAC, "Zr del by vlan mac failed(unit:%u, retVal:0x%x).", unit, ret);
         return LSW_CHIP_FAILED;
     }
     if (addr.isStatic != 0)
@@ -128,13 +122,10 @@ uint32_t HAL_MAC_DelByMacZr(uint32_t unit, const uint8_t *mac)
 {
     uint8_t address[6]{};
     if (int err = memcpy_s(address, sizeof(address), mac, sizeof(address)); err != 0)
-        LSWM_ConfigFailPrint(LSW_MODULE_MAC, 0, static_cast<uint32_t>(err),
-                             "Zr del mac by mac memcpy failed, err :%d", err);
+        ZR_PRINT_FAILED(MAC, static_cast<uint32_t>(err), "Zr del mac by mac memcpy failed, err :%d", err);
     L2UcastAddr addr{};
     if (uint32_t ret = l2sw_l2_addr_del(unit, address, &addr); ret != 0) {
-        if (zr::traceOn(LSW_TRACE_DETAIL))
-            LSWM_DebugInfoPrint(LSW_MODULE_MAC, 0, "Zr del mac by mac failed(unit:%u, retVal:0x%x).", unit,
-                                ret);
+        ZR_TRACE(DETAIL, MAC, "Zr del mac by mac failed(unit:%u, retVal:0x%x).", unit, ret);
         return LSW_CHIP_FAILED;
     }
     return LSW_OK;

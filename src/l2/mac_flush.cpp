@@ -1,8 +1,8 @@
 // Flushes: removing learned addresses by VLAN, by port, or by both.
 #include "l2/mac.h"
 
-#include "frame/port_set.h"
-#include "frame/trace.h"
+#include "base/port_set.h"
+#include "base/print.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
@@ -18,9 +18,7 @@ uint32_t HAL_MAC_DelByVlanZr(uint32_t unit, uint32_t vlan)
     flush.vlan = vlan;
     flush.allPorts = 1;
     if (uint32_t ret = l2sw_l2_ucastAddr_flush(unit, &flush); ret != 0) {
-        if (zr::traceOn(LSW_TRACE_DETAIL))
-            LSWM_DebugInfoPrint(LSW_MODULE_MAC, 0, "Zr del mac by vlan failed(unit:%u, vlan:%u, retVal:0x%x).",
-                                unit, vlan, ret);
+        ZR_TRACE(DETAIL, MAC, "Zr del mac by vlan failed(unit:%u, vlan:%u, retVal:0x%x).", unit, vlan, ret);
         return LSW_CHIP_FAILED;
     }
     return LSW_OK;
@@ -41,9 +39,8 @@ uint32_t HAL_MAC_DelByPortZr(uint32_t unit, const LswmMacEntry *entry)
     flush.byPort = 1;
     flush.port = entry->port;
     if (uint32_t ret = l2sw_l2_ucastAddr_flush(entry->unit, &flush); ret != 0) {
-        if (zr::traceOn(LSW_TRACE_DETAIL))
-            LSWM_DebugInfoPrint(LSW_MODULE_MAC, 0, "Zr del mac by port failed(unit:%u, port:%u, retVal:0x%x).",
-                                entry->unit, entry->port, ret);
+        ZR_TRACE(DETAIL, MAC, "Zr del mac by port failed(unit:%u, port:%u, retVal:0x%x).", entry->unit,
+                 entry->port, ret);
         return LSW_CHIP_FAILED;
     }
     return LSW_OK;
@@ -66,10 +63,8 @@ uint32_t HAL_MAC_DelByPortVlanZr(uint32_t unit, const LswmMacEntry *entry)
     flush.byPort = 1;
     flush.port = entry->port;
     if (uint32_t ret = l2sw_l2_ucastAddr_flush(entry->unit, &flush); ret != 0) {
-        if (zr::traceOn(LSW_TRACE_DETAIL))
-            LSWM_DebugInfoPrint(LSW_MODULE_MAC, 0,
-                                "Zr del mac by port vlan failed(unit:%u, port:%u, vlan:%u, retVal:0x%x).",
-                                entry->unit, entry->port, entry->vlan, ret);
+        ZR_TRACE(DETAIL, MAC, "Zr del mac by port vlan failed(unit:%u, port:%u, vlan:%u, retVal:0x%x).",
+                 entry->unit, entry->port, entry->vlan, ret);
         return LSW_CHIP_FAILED;
     }
     return LSW_OK;
@@ -87,10 +82,8 @@ uint32_t HAL_MAC_DelDynMacZr(uint32_t unit, uint32_t port)
     L2FlushCfg flush{};
     flush.byPort = 1;
     flush.port = port;
-    if (uint32_t ret = l2sw_l2_ucastAddr_flush(unit, &flush); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_MAC, 0, ret,
-                             "Hal delete dynamic mac failed(unit:%u, port:%u, retVal:0x%x).", unit, port, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_l2_ucastAddr_flush(unit, &flush); ret != 0)
+        return ZR_CHIP_FAILED(MAC, ret, "Hal delete dynamic mac failed(unit:%u, port:%u, retVal:0x%x).", unit,
+                              port, ret);
     return LSW_OK;
 }

@@ -1,8 +1,8 @@
 // Reading entries by table index, and the table's fill.
 #include "l2/mac.h"
 
-#include "frame/port_set.h"
-#include "frame/trace.h"
+#include "base/port_set.h"
+#include "base/print.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
@@ -42,13 +42,11 @@ uint32_t HAL_MAC_GetMacByIdxZr(uint32_t unit, uint32_t index, LswmMacEntry *entr
     memset_s(&chipEntry, sizeof(chipEntry), 0, sizeof(chipEntry));
     chipEntry.index = index;
     if (uint32_t ret = l2sw_l2_entry_get(unit, &chipEntry); ret != 0) {
-        if (zr::traceOn(LSW_TRACE_DETAIL))
-            LSWM_DebugInfoPrint(LSW_MODULE_MAC, 0, "Get l2 entry failed(unit:%u, index:%u, retVal:0x%x).", unit,
-                                index, ret);
+        ZR_TRACE(DETAIL, MAC, "Get l2 entry failed(unit:%u, index:%u, retVal:0x%x).", unit, index, ret);
         return LSW_CHIP_FAILED;
     }
 
-    entry->unit = static_cast<uint8_t>(unit);
+    entry->unit = zr::unit8(unit);
     entry->valid = 1;
     entry->entryVlan = chipEntry.vlan;
     if (chipEntry.isStatic == 1)
@@ -80,8 +78,8 @@ uint32_t HAL_MAC_GetCapacityZr(uint32_t unit, uint32_t *capacity, uint32_t *used
         uint32_t learned = 0;
         if (l2sw_l2_learningCnt_get(unit, port, &learned) == 0)
             sum += learned;
-        else if (zr::traceOn(LSW_TRACE_DETAIL))
-            LSWM_DebugInfoPrint(LSW_MODULE_MAC, 0, "Zr get unit %u port %u learned mac failed.", unit, port);
+        else
+            ZR_TRACE(DETAIL, MAC, "Zr get unit %u port %u learned mac failed.", unit, port);
     }
     sum += staticNum;
     if (sum > ZR_MAC_CAPACITY)
@@ -89,9 +87,7 @@ uint32_t HAL_MAC_GetCapacityZr(uint32_t unit, uint32_t *capacity, uint32_t *used
 
     *used = sum;
     *capacity = ZR_MAC_CAPACITY;
-    if (zr::traceOn(LSW_TRACE_EVENT))
-        LSWM_DebugInfoPrint(LSW_MODULE_MAC, 0,
-                            "Zr get mac capacity (unit:%u, usedNum:%u, static:%u, capacity:%u)", unit, *used,
-                            staticNum, *capacity);
+    ZR_TRACE(EVENT, MAC, "Zr get mac capacity (unit:%u, usedNum:%u, static:%u, capacity:%u)", unit, *used,
+             staticNum, *capacity);
     return LSW_OK;
 }

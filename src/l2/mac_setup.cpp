@@ -1,7 +1,8 @@
 // Table bring-up, ageing time, per-port learning, callback.
 #include "l2/mac.h"
 
-#include "frame/trace.h"
+#include "base/print.h"
+#include "base/unit.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
@@ -17,40 +18,27 @@ constexpr uint32_t kIllegalMacEnable = 1U << 0;
 
 uint32_t ZR_MAC_Init(uint32_t unit)
 {
-    if (uint32_t ret = HAL_MAC_InitZr(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_MAC, 0, ret, "HAL MAC InitZr unitId = %u", unit);
-        return ret;
-    }
-    if (uint32_t ret = HAL_MAC_SetAgeTimeZr(unit, ZR_MAC_AGE_TIME); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_MAC, 0, ret, "HAL MAC SetAgeTimeZr unitId = %u", unit);
-        return ret;
-    }
+    if (uint32_t ret = HAL_MAC_InitZr(unit); ret != LSW_OK)
+        return ZR_FAILED(MAC, ret, "HAL MAC InitZr unitId = %u", unit);
+    if (uint32_t ret = HAL_MAC_SetAgeTimeZr(unit, ZR_MAC_AGE_TIME); ret != LSW_OK)
+        return ZR_FAILED(MAC, ret, "HAL MAC SetAgeTimeZr unitId = %u", unit);
     return LSW_OK;
 }
 
 uint32_t HAL_MAC_InitZr(uint32_t unit)
 {
-    if (uint32_t ret = l2sw_l2_init(unit); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_MAC, 0, ret, "Zr mac init failed(unit:%u, retVal:0x%x).", unit, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_l2_init(unit); ret != 0)
+        return ZR_CHIP_FAILED(MAC, ret, "Zr mac init failed(unit:%u, retVal:0x%x).", unit, ret);
     return HAL_MAC_IllegalMacProc(unit);
 }
 
 uint32_t HAL_MAC_IllegalMacProc(uint32_t unit)
 {
-    const auto sdkUnit = static_cast<uint8_t>(unit);
     uint32_t value = 0;
-    if (uint32_t ret = l2sw_getAsicReg(sdkUnit, kIllegalMacReg, &value); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_MAC, 0, ret, "Illegal mac proc reg read failed (unit:%u, retVal:0x%x).",
-                             unit, ret);
-        return LSW_CHIP_FAILED;
-    }
-    if (uint32_t ret = l2sw_setAsicReg(sdkUnit, kIllegalMacReg, value | kIllegalMacEnable); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_MAC, 0, ret,
-                             "Illegal mac proc reg write failed (unit:%u, retVal:0x%x).", unit, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_getAsicReg(zr::unit8(unit), kIllegalMacReg, &value); ret != 0)
+        return ZR_CHIP_FAILED(MAC, ret, "Illegal mac proc reg read failed (unit:%u, retVal:0x%x).", unit, ret);
+    if (uint32_t ret = l2sw_setAsicReg(zr::unit8(unit), kIllegalMacReg, value | kIllegalMacEnable); ret != 0)
+        return ZR_CHIP_FAILED(MAC, ret, "Illegal mac proc reg write failed (unit:%u, retVal:0x%x).", unit, ret);
     return LSW_OK;
 }
 
@@ -61,12 +49,9 @@ uint32_t ZR_MAC_SetAgeTime(uint32_t unit, uint32_t ageTime)
 
 uint32_t HAL_MAC_SetAgeTimeZr(uint32_t unit, uint32_t ageTime)
 {
-    if (uint32_t ret = l2sw_l2_aging_set(unit, ageTime); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret,
-                             "Zr set mac aging time failed(unit:%u, age time:%u, retVal:0x%x).", unit, ageTime,
-                             ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_l2_aging_set(unit, ageTime); ret != 0)
+        return ZR_CHIP_FAILED(VLAN, ret, "Zr set mac aging time failed(unit:%u, age time:%u, retVal:0x%x).",
+                              unit, ageTime, ret);
     return LSW_OK;
 }
 
@@ -81,10 +66,8 @@ uint32_t HAL_MAC_GetAgeTimeZr(uint32_t unit, uint32_t *ageTime)
         return LSW_NULL_POINTER;
     uint32_t value = 0;
     if (uint32_t ret = l2sw_l2_aging_get(unit, &value); ret != 0) {
-        if (zr::traceOn(LSW_TRACE_DETAIL))
-            LSWM_DebugInfoPrint(LSW_MODULE_VLAN, 0,
-                                "Zr get mac aging time failed(unit:%u, age time:%u, retVal:0x%x).", unit, value,
-                                ret);
+        ZR_TRACE(DETAIL, VLAN, "Zr get mac aging time failed(unit:%u, age time:%u, retVal:0x%x).", unit, value,
+                 ret);
         return LSW_CHIP_FAILED;
     }
     *ageTime = value;
@@ -99,12 +82,10 @@ uint32_t ZR_MAC_SetPortLearnMode(uint32_t unit, uint32_t port, uint32_t enable)
 uint32_t HAL_MAC_SetPortLearnModeZr(uint32_t unit, uint32_t port, uint32_t enable)
 {
     const uint32_t limit = enable != 0 ? ZR_MAC_CAPACITY : 0;
-    if (uint32_t ret = l2sw_l2_limitLearningCnt_set(unit, port, limit); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_MAC, 0, ret,
-                             "Set port learn mode failed (unit:%u, port:%u, enable:%u, retVal:0x%x).", unit,
-                             port, enable, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_l2_limitLearningCnt_set(unit, port, limit); ret != 0)
+        return ZR_CHIP_FAILED(MAC, ret,
+                              "Set port learn mode failed (unit:%u, port:%u, enable:%u, retVal:0x%x).", unit,
+                              port, enable, ret);
     return LSW_OK;
 }
 
@@ -118,12 +99,9 @@ uint32_t HAL_MAC_GetPortLearnModeZr(uint32_t unit, uint32_t port, uint32_t *enab
     if (enable == nullptr)
         return LSW_NULL_POINTER;
     uint32_t limit = 0;
-    if (uint32_t ret = l2sw_l2_limitLearningCnt_get(unit, port, &limit); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_MAC, 0, ret,
-                             "Get port learn mode failed (unit:%u, port:%u, count:%u, retVal:0x%x).", unit,
-                             port, limit, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_l2_limitLearningCnt_get(unit, port, &limit); ret != 0)
+        return ZR_CHIP_FAILED(MAC, ret, "Get port learn mode failed (unit:%u, port:%u, count:%u, retVal:0x%x).",
+                              unit, port, limit, ret);
     *enable = limit != 0 ? 1 : 0;
     return LSW_OK;
 }
@@ -140,6 +118,5 @@ void HAL_MAC_RegisterCallBackZr(uint32_t type, void (*callBack)(void))
         g_LswmL2Control.macCallBack = callBack;
         return;
     }
-    if (zr::traceOn(LSW_TRACE_DETAIL))
-        LSWM_DebugInfoPrint(LSW_MODULE_MAC, 0, "Register mac callback type failed (type:%u).", type);
+    ZR_TRACE(DETAIL, MAC, "Register mac callback type failed (type:%u).", type);
 }

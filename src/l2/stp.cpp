@@ -1,5 +1,7 @@
 #include "l2/stp.h"
 
+#include "base/print.h"
+#include "base/unit.h"
 #include "l2/mac.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
@@ -38,11 +40,9 @@ uint32_t ZR_STP_SetVlanInstanceid(uint32_t unit, uint32_t instance, uint32_t vla
 
 uint32_t HAL_STP_SetVlanInstanceIdZr(uint32_t unit, uint32_t instance, uint32_t vlan)
 {
-    if (uint32_t ret = l2sw_vlan_stg_set(unit, vlan, instance); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_STP, 0, ret, "Zr set VLAN : %u TO INSTANCE : %u FAIL ret : %d", vlan,
-                             instance, static_cast<int>(ret));
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_vlan_stg_set(unit, vlan, instance); ret != 0)
+        return ZR_CHIP_FAILED(STP, ret, "Zr set VLAN : %u TO INSTANCE : %u FAIL ret : %d", vlan, instance,
+                              static_cast<int>(ret));
     return LSW_OK;
 }
 
@@ -50,11 +50,9 @@ uint32_t HAL_STP_GetVlanInstanceIdZr(uint32_t unit, uint32_t vlan, uint32_t *ins
 {
     if (instance == nullptr)
         return LSW_NULL_POINTER;
-    if (uint32_t ret = l2sw_vlan_stg_get(unit, vlan, instance); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_STP, 0, ret, "Zr get instance by vlan %u fail ret : %d", vlan,
-                             static_cast<int>(ret));
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_vlan_stg_get(unit, vlan, instance); ret != 0)
+        return ZR_CHIP_FAILED(STP, ret, "Zr get instance by vlan %u fail ret : %d", vlan,
+                              static_cast<int>(ret));
     return LSW_OK;
 }
 
@@ -65,23 +63,16 @@ uint32_t ZR_STP_SetStpMode(uint32_t unit, uint32_t instance, uint32_t port, uint
 
 uint32_t HAL_STP_SetStpModeZr(uint32_t unit, uint32_t instance, uint32_t port, uint32_t state)
 {
-    if (state != ZR_STP_FORWARDING && state != ZR_STP_BLOCKING) {
-        LSWM_ConfigFailPrint(LSW_MODULE_STP, 0, LSW_INVALID_ARGUMENT,
-                             "Zr set unit: %u port:%u pvstate : %u param error", unit, port, state);
-        return LSW_INVALID_ARGUMENT;
-    }
+    if (state != ZR_STP_FORWARDING && state != ZR_STP_BLOCKING)
+        return ZR_FAILED(STP, LSW_INVALID_ARGUMENT, "Zr set unit: %u port:%u pvstate : %u param error", unit,
+                         port, state);
     const auto &[chipState, learningLimit] = kPortStates[state];
-    if (uint32_t ret = l2sw_stp_mstpState_set(unit, instance, port, chipState); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_STP, 0, ret, "Zr set unit : %u port : %u  INSTANCE : %u state: %u fail",
-                             unit, port, instance, state);
-        return LSW_CHIP_FAILED;
-    }
-    if (uint32_t ret = l2sw_l2_limitLearningCnt_set(unit, port, learningLimit); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_STP, 0, ret,
-                             "Set Stp Mode Zr failed (unit:%u, port:%u, state:%u, ret:0x%x).", unit, port,
-                             state, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_stp_mstpState_set(unit, instance, port, chipState); ret != 0)
+        return ZR_CHIP_FAILED(STP, ret, "Zr set unit : %u port : %u  INSTANCE : %u state: %u fail", unit, port,
+                              instance, state);
+    if (uint32_t ret = l2sw_l2_limitLearningCnt_set(unit, port, learningLimit); ret != 0)
+        return ZR_CHIP_FAILED(STP, ret, "Set Stp Mode Zr failed (unit:%u, port:%u, state:%u, ret:0x%x).", unit,
+                              port, state, ret);
     return LSW_OK;
 }
 
@@ -96,7 +87,7 @@ uint32_t HAL_STP_FlushMacByPortInstance(uint32_t unit, uint32_t port, uint32_t i
     if (port > UINT16_MAX)
         return LSW_INVALID_ARGUMENT;
     LswmMacEntry entry{};
-    entry.unit = static_cast<uint8_t>(unit);
+    entry.unit = zr::unit8(unit);
     entry.port = static_cast<uint16_t>(port);
     for (uint32_t vlan = kFirstVlan; vlan < kVlanEnd; ++vlan) {
         uint32_t vlanInstance = 0;
@@ -105,12 +96,9 @@ uint32_t HAL_STP_FlushMacByPortInstance(uint32_t unit, uint32_t port, uint32_t i
         if (vlanInstance != instance)
             continue;
         entry.vlan = static_cast<uint16_t>(vlan);
-        if (uint32_t ret = HAL_MAC_DelByPortVlanZr(unit, &entry); ret != LSW_OK) {
-            LSWM_ConfigFailPrint(LSW_MODULE_STP, 0, ret,
-                                 "Zr flush mac by unit %u port %u instance %u fail ret : %d", unit, port,
-                                 instance, static_cast<int>(ret));
-            return LSW_CHIP_FAILED;
-        }
+        if (uint32_t ret = HAL_MAC_DelByPortVlanZr(unit, &entry); ret != LSW_OK)
+            return ZR_CHIP_FAILED(STP, ret, "Zr flush mac by unit %u port %u instance %u fail ret : %d", unit,
+                                  port, instance, static_cast<int>(ret));
     }
     return LSW_OK;
 }
@@ -124,11 +112,9 @@ uint32_t HAL_STP_FlushMacByPortVlan(uint32_t unit, const LswmMacEntry *entry)
 {
     if (entry == nullptr)
         return LSW_NULL_POINTER;
-    if (uint32_t ret = HAL_MAC_DelByPortVlanZr(unit, entry); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_STP, 0, ret, "Zr flush mac by unit %u port %u vlan %u fail ret : %d",
-                             unit, entry->port, entry->vlan, static_cast<int>(ret));
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = HAL_MAC_DelByPortVlanZr(unit, entry); ret != LSW_OK)
+        return ZR_CHIP_FAILED(STP, ret, "Zr flush mac by unit %u port %u vlan %u fail ret : %d", unit,
+                              entry->port, entry->vlan, static_cast<int>(ret));
     return LSW_OK;
 }
 
@@ -141,10 +127,8 @@ uint32_t HAL_STP_FlushMacByPort(uint32_t unit, const LswmMacEntry *entry)
 {
     if (entry == nullptr)
         return LSW_NULL_POINTER;
-    if (uint32_t ret = HAL_MAC_DelByPortZr(unit, entry); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_STP, 0, ret, "Zr flush mac by unit %u port %u fail ret : %d", unit,
-                             entry->port, static_cast<int>(ret));
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = HAL_MAC_DelByPortZr(unit, entry); ret != LSW_OK)
+        return ZR_CHIP_FAILED(STP, ret, "Zr flush mac by unit %u port %u fail ret : %d", unit, entry->port,
+                              static_cast<int>(ret));
     return LSW_OK;
 }

@@ -1,29 +1,25 @@
 // Life of a VLAN: start-up, creation, deletion, port maps.
 #include "l2/vlan.h"
 
-#include "frame/port_set.h"
+#include "base/port_set.h"
+#include "base/print.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
 uint32_t HAL_VLAN_InitZr(uint32_t unit)
 {
-    if (uint32_t ret = l2sw_vlan_init(unit); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "Zr vlan init failed (unit:%u, retVal:0x%x).", unit, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_vlan_init(unit); ret != 0)
+        return ZR_CHIP_FAILED(VLAN, ret, "Zr vlan init failed (unit:%u, retVal:0x%x).", unit, ret);
     return LSW_OK;
 }
 
 uint32_t HAL_VLAN_UntagDscpPriorityEnableZr(uint32_t unit, uint32_t enable)
 {
-    if (uint32_t ret = l2sw_vlan_UntagDscpPriorityEnable_set(unit, enable); ret != 0) {
-        LSWM_ConfigFailPrint(
-            LSW_MODULE_VLAN, 0, ret,
-            "Zr vlan Untag Dscp Priority Enable failed. (retVal = %d, unit = %u, enable = %u).",
+    if (uint32_t ret = l2sw_vlan_UntagDscpPriorityEnable_set(unit, enable); ret != 0)
+        return ZR_CHIP_FAILED(
+            VLAN, ret, "Zr vlan Untag Dscp Priority Enable failed. (retVal = %d, unit = %u, enable = %u).",
             static_cast<int>(ret), unit, enable);
-        return LSW_CHIP_FAILED;
-    }
     return LSW_OK;
 }
 
@@ -32,10 +28,8 @@ uint32_t ZR_VLAN_Init(uint32_t unit)
     const LswmUnitInfo *info = zr::unitInfo(unit);
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
-    if (uint32_t ret = HAL_VLAN_InitZr(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "HAL VLAN InitZr unitId = %u", unit);
-        return ret;
-    }
+    if (uint32_t ret = HAL_VLAN_InitZr(unit); ret != LSW_OK)
+        return ZR_FAILED(VLAN, ret, "HAL VLAN InitZr unitId = %u", unit);
     if (uint32_t ret = HAL_VLAN_UntagDscpPriorityEnableZr(unit, 1); ret != LSW_OK)
         return ret;
 
@@ -45,11 +39,8 @@ uint32_t ZR_VLAN_Init(uint32_t unit)
             continue;
         }
         // The chip comes up with every port in its default VLAN.
-        if (uint32_t ret = ZR_VLAN_DelMember(unit, port, 1); ret != LSW_OK) {
-            LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "Zr vlan init del mrt failed.=(unit:%u, port:%u).",
-                                 unit, port);
-            return ret;
-        }
+        if (uint32_t ret = ZR_VLAN_DelMember(unit, port, 1); ret != LSW_OK)
+            return ZR_FAILED(VLAN, ret, "Zr vlan init del mrt failed.=(unit:%u, port:%u).", unit, port);
         HAL_VLAN_SetPortFilterZr(unit, port, 0);
     }
     return LSW_OK;
@@ -60,11 +51,9 @@ uint32_t HAL_VLAN_CreateZr(uint32_t unit, uint32_t vlan)
     VlanCfg cfg;
     memset_s(&cfg, sizeof(cfg), 0, sizeof(cfg));
     cfg.independentLearning = 1;
-    if (uint32_t ret = l2sw_vlan_set(unit, vlan, &cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "Zr vlan create failed (unit:%u, vlan:%u, retVal:0x%x).",
-                             unit, vlan, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_vlan_set(unit, vlan, &cfg); ret != 0)
+        return ZR_CHIP_FAILED(VLAN, ret, "Zr vlan create failed (unit:%u, vlan:%u, retVal:0x%x).", unit, vlan,
+                              ret);
     return LSW_OK;
 }
 
@@ -72,17 +61,12 @@ uint32_t ZR_VLAN_Create(uint32_t unit, uint32_t vlan)
 {
     if (zr::unitInfo(unit) == nullptr)
         return LSW_INVALID_ARGUMENT;
-    if (uint32_t ret = HAL_VLAN_CreateZr(unit, vlan); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "Zr vlan create failed.(unit:%u, vlan:%u).", unit, vlan);
-        return ret;
-    }
+    if (uint32_t ret = HAL_VLAN_CreateZr(unit, vlan); ret != LSW_OK)
+        return ZR_FAILED(VLAN, ret, "Zr vlan create failed.(unit:%u, vlan:%u).", unit, vlan);
     for (uint32_t port : zr::PortSet(unit, LSWM_SET_CASCADE)) {
-        if (uint32_t ret = ZR_VLAN_AddMember(unit, port, vlan, 0); ret != LSW_OK) {
-            LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret,
-                                 "Zr vlan add cascade port failed. (unit:%u, port:%u, vlanId:%u)", unit, port,
-                                 vlan);
-            return ret;
-        }
+        if (uint32_t ret = ZR_VLAN_AddMember(unit, port, vlan, 0); ret != LSW_OK)
+            return ZR_FAILED(VLAN, ret, "Zr vlan add cascade port failed. (unit:%u, port:%u, vlanId:%u)", unit,
+                             port, vlan);
     }
     return LSW_OK;
 }
@@ -90,11 +74,9 @@ uint32_t ZR_VLAN_Create(uint32_t unit, uint32_t vlan)
 uint32_t HAL_VLAN_DestroyZr(uint32_t unit, uint32_t vlan)
 {
     VlanCfg cfg{};
-    if (uint32_t ret = l2sw_vlan_set(unit, vlan, &cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "Zr vlan destroy failed (unit:%u, vlan:%u, retVal:0x%x).",
-                             unit, vlan, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_vlan_set(unit, vlan, &cfg); ret != 0)
+        return ZR_CHIP_FAILED(VLAN, ret, "Zr vlan destroy failed (unit:%u, vlan:%u, retVal:0x%x).", unit, vlan,
+                              ret);
     return LSW_OK;
 }
 
@@ -103,17 +85,12 @@ uint32_t ZR_VLAN_Delete(uint32_t unit, uint32_t vlan)
     if (zr::unitInfo(unit) == nullptr)
         return LSW_INVALID_ARGUMENT;
     for (uint32_t port : zr::PortSet(unit, LSWM_SET_CASCADE)) {
-        if (uint32_t ret = ZR_VLAN_DelMember(unit, port, vlan); ret != LSW_OK) {
-            LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret,
-                                 "Zr vlan del cascade port failed. (unit:%u, port:%u, vlanId:%u)", unit, port,
-                                 vlan);
-            return ret;
-        }
+        if (uint32_t ret = ZR_VLAN_DelMember(unit, port, vlan); ret != LSW_OK)
+            return ZR_FAILED(VLAN, ret, "Zr vlan del cascade port failed. (unit:%u, port:%u, vlanId:%u)", unit,
+                             port, vlan);
     }
-    if (uint32_t ret = HAL_VLAN_DestroyZr(unit, vlan); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret, "Zr vlan destroy failed.(unit:%u, vlan:%u).", unit, vlan);
-        return ret;
-    }
+    if (uint32_t ret = HAL_VLAN_DestroyZr(unit, vlan); ret != LSW_OK)
+        return ZR_FAILED(VLAN, ret, "Zr vlan destroy failed.(unit:%u, vlan:%u).", unit, vlan);
     return LSW_OK;
 }
 
@@ -122,11 +99,9 @@ uint32_t HAL_VLAN_GetPortMapZr(uint32_t unit, uint32_t vlan, uint32_t *memberMas
     if (memberMask == nullptr || untagMask == nullptr)
         return LSW_NULL_POINTER;
     VlanCfg cfg{};
-    if (uint32_t ret = l2sw_vlan_get(unit, vlan, &cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_VLAN, 0, ret,
-                             "Zr get vlan portmap failed (unit:%u, vlan:%u, retVal:0x%x).", unit, vlan, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_vlan_get(unit, vlan, &cfg); ret != 0)
+        return ZR_CHIP_FAILED(VLAN, ret, "Zr get vlan portmap failed (unit:%u, vlan:%u, retVal:0x%x).", unit,
+                              vlan, ret);
     *memberMask = cfg.memberMask;
     *untagMask = cfg.untagMask;
     return LSW_OK;

@@ -1,11 +1,11 @@
 // State and registers of a port, and what the chip tells of itself.
-#include "port/port_diag.h"
+#include "port/port.h"
 
-#include "frame/port_set.h"
+#include "base/port_set.h"
+#include "base/print.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "port/phy.h"
-#include "port/port.h"
 
 namespace
 {
@@ -60,11 +60,9 @@ uint32_t HAL_PORT_GetSnrZr(uint32_t unit, uint32_t port, LswmPortSnr *snr)
     if (snr == nullptr)
         return LSW_NULL_POINTER;
     SdkPortSnr chip{};
-    if (uint32_t ret = l2sw_port_snr_get(unit, port, &chip); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "get l2sw snr failed (unit = %u, port = %u, ret = %u).",
-                             unit, port, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_port_snr_get(unit, port, &chip); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "get l2sw snr failed (unit = %u, port = %u, ret = %u).", unit, port,
+                              ret);
     // The two sides number the status and the word before it the other way round.
     *snr = {.snrA = chip.word[0],
             .snrB = chip.word[1],
@@ -84,11 +82,8 @@ uint32_t HAL_PORT_GetMdixModeZr(uint32_t unit, uint32_t port, uint32_t *mode)
     uint32_t value = 0;
     const uint32_t ret = l2sw_port_phyReg_get(unit, port, kPhyMdiReg, &value);
     const uint32_t mdi = kMdiModes[value >> 14 & 3];
-    if (mdi == kMdiUnknown) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, LSW_UNSUPPORTED, "unknow mdi stat (unit = %u, port = %u).",
-                             unit, port);
-        return LSW_UNSUPPORTED;
-    }
+    if (mdi == kMdiUnknown)
+        return ZR_FAILED(PORT, LSW_UNSUPPORTED, "unknow mdi stat (unit = %u, port = %u).", unit, port);
     *mode = mdi;
     return ret;
 }
@@ -126,11 +121,8 @@ uint32_t HAL_PORT_GetKhCheckZr(uint32_t unit, uint32_t port, uint32_t *intact)
     if (intact == nullptr)
         return LSW_NULL_POINTER;
     uint32_t value = 0;
-    if (uint32_t ret = l2sw_getAsicReg(static_cast<uint8_t>(unit), ZR_PORT_KH_REG, &value); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "Port kh check failed (unit:%u, port:%u, ret:%u)", unit,
-                             port, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_getAsicReg(zr::unit8(unit), ZR_PORT_KH_REG, &value); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Port kh check failed (unit:%u, port:%u, ret:%u)", unit, port, ret);
     *intact = value == ZR_PORT_KH_MARK;
     return LSW_OK;
 }
@@ -139,20 +131,15 @@ uint32_t HAL_PORT_GetChipIdZr(uint32_t unit, uint32_t port, uint32_t *identifier
 {
     if (identifier == nullptr)
         return LSW_NULL_POINTER;
-    if (uint32_t ret = l2sw_getAsicReg(static_cast<uint8_t>(unit), kChipIdReg, identifier); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "Port get chip id failed (unit:%u, port:%u, ret:%u)",
-                             unit, port, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_getAsicReg(zr::unit8(unit), kChipIdReg, identifier); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Port get chip id failed (unit:%u, port:%u, ret:%u)", unit, port, ret);
     return LSW_OK;
 }
 
 uint32_t HAL_PORT_SetLEDForceZr(uint32_t unit, uint32_t port, uint32_t a, uint32_t b)
 {
-    if (uint32_t ret = l2sw_port_led_force_set(unit, port, a, b); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "led force set unit %u port %u", unit, port);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_port_led_force_set(unit, port, a, b); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "led force set unit %u port %u", unit, port);
     return LSW_OK;
 }
 
@@ -163,10 +150,8 @@ uint32_t HAL_PORT_LinkScanWarZr(uint32_t unit, uint32_t port)
         return LSW_INVALID_ARGUMENT;
     if (info->port[port].kind == LSWM_PORT_NO_LINK_SCAN)
         return LSW_OK;
-    if (uint32_t ret = l2sw_gephy_workaround_04_parallel(unit, port, 0); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "portlinkscan workaround %u port %u", unit, port);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_gephy_workaround_04_parallel(unit, port, 0); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "portlinkscan workaround %u port %u", unit, port);
     return LSW_OK;
 }
 

@@ -1,11 +1,11 @@
 // Diagnostic texts.
-#include "port/port_diag.h"
+#include "port/port.h"
 
-#include "chip/fs_level.h"
+#include "base/fs_level.h"
+#include "base/print.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
-#include "port/port.h"
 
 namespace
 {
@@ -83,10 +83,8 @@ uint32_t dumpState(uint32_t unit, uint32_t port, Text &text)
     PortDebugInfo info{};
     LswmPortSnr snr{};
     const uint32_t infoRet = HAL_PORT_PortDebugInfoGetZr(unit, port, &info);
-    if (uint32_t ret = infoRet + HAL_PORT_GetSnrZr(unit, port, &snr); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "PortDebugInfo get %u ret %u", port, ret);
-        return ret;
-    }
+    if (uint32_t ret = infoRet + HAL_PORT_GetSnrZr(unit, port, &snr); ret != 0)
+        return ZR_FAILED(PORT, ret, "PortDebugInfo get %u ret %u", port, ret);
     uint32_t fsData = 0;
     l2sw_switch_ahb_read(unit, zr::kFsDataAddress, &fsData);
 

@@ -1,21 +1,18 @@
-#include "port/isolation.h"
+#include "port/port.h"
 
-#include "frame/port_set.h"
+#include "base/port_set.h"
+#include "base/print.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
-#include "port/port.h"
 
 uint32_t HAL_PORT_GetIsolateMapZr(uint32_t unit, uint32_t port, uint32_t *permitMap)
 {
     if (permitMap == nullptr)
         return LSW_NULL_POINTER;
     uint32_t map = 0;
-    if (uint32_t ret = l2sw_port_isolation_get(unit, port, &map); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                             "Port get isolate failed (ret = %d, unit = %u, port = %u)", static_cast<int>(ret),
-                             unit, port);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_port_isolation_get(unit, port, &map); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Port get isolate failed (ret = %d, unit = %u, port = %u)",
+                              static_cast<int>(ret), unit, port);
     *permitMap = map;
     return LSW_OK;
 }
@@ -25,12 +22,10 @@ uint32_t HAL_PORT_SetIsolateZr(uint32_t unit, uint32_t port, const uint32_t *per
     if (permitMap == nullptr)
         return LSW_NULL_POINTER;
     const uint32_t map = *permitMap;
-    if (uint32_t ret = l2sw_port_isolation_set(unit, port, map); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                             "Port set isolate failed (ret = %d, unit = %u, port = %u, permitPortMap = 0x%x)",
-                             static_cast<int>(ret), unit, port, map);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_port_isolation_set(unit, port, map); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret,
+                              "Port set isolate failed (ret = %d, unit = %u, port = %u, permitPortMap = 0x%x)",
+                              static_cast<int>(ret), unit, port, map);
     return LSW_OK;
 }
 
@@ -80,12 +75,9 @@ uint32_t ZR_PORT_SetAllIsolate(uint32_t unit, uint32_t isolate)
         if (port == info->reservedPort)
             continue;
         const uint32_t portMap = othersMap & ~zr::portBit(port);
-        if (uint32_t ret = ZR_PORT_SetIsolate(unit, port, &portMap, isolate); ret != LSW_OK) {
-            LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                                 "ZR port set isolate failed, ret = %u, unit = %u, portId = %u", ret, unit,
-                                 port);
-            return ret;
-        }
+        if (uint32_t ret = ZR_PORT_SetIsolate(unit, port, &portMap, isolate); ret != LSW_OK)
+            return ZR_FAILED(PORT, ret, "ZR port set isolate failed, ret = %u, unit = %u, portId = %u", ret,
+                             unit, port);
     }
     return LSW_OK;
 }

@@ -1,6 +1,7 @@
 // Loopback of a port: inside the MAC, inside the PHY (PCS), or back to the link partner (remote).
 #include "port/port.h"
 
+#include "base/print.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
@@ -26,11 +27,9 @@ uint32_t ZR_PORT_GetLoopback(uint32_t unit, uint32_t port, uint32_t *mode)
 
 uint32_t HAL_PORT_GetLoopbackZr(uint32_t unit, uint32_t port, uint32_t *mode)
 {
-    if (mode == nullptr) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, LSW_NULL_POINTER,
-                             "get loop mode failed reason null pointer (unit = %u, port = %u).", unit, port);
-        return LSW_NULL_POINTER;
-    }
+    if (mode == nullptr)
+        return ZR_FAILED(PORT, LSW_NULL_POINTER,
+                         "get loop mode failed reason null pointer (unit = %u, port = %u).", unit, port);
     uint32_t on = 0;
     if (uint32_t ret = HAL_PORT_GetMacLoopbackZr(unit, port, &on); ret != LSW_OK)
         return ret;
@@ -55,11 +54,8 @@ uint32_t HAL_PORT_GetMacLoopbackZr(uint32_t unit, uint32_t port, uint32_t *on)
     if (on == nullptr)
         return LSW_NULL_POINTER;
     uint32_t value = 0;
-    if (uint32_t ret = l2sw_port_macLocalLoopbackEnable_get(unit, port, &value); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "get macloopback failed (unit = %u, port = %u).", unit,
-                             port);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_port_macLocalLoopbackEnable_get(unit, port, &value); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "get macloopback failed (unit = %u, port = %u).", unit, port);
     *on = value == 1;
     return LSW_OK;
 }
@@ -73,11 +69,8 @@ uint32_t HAL_PORT_GetPCSLoopbackZr(uint32_t unit, uint32_t port, uint32_t *on)
     uint32_t control = 0;
     uint32_t ret = l2sw_port_phyReg_get(unit, port, kPhyPcsLoopback, &vendor);
     ret += l2sw_port_phyReg_get(unit, port, kPhyControl, &control);
-    if (ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "get phyloopback failed (unit = %u, port = %u).", unit,
-                             port);
-        return LSW_CHIP_FAILED;
-    }
+    if (ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "get phyloopback failed (unit = %u, port = %u).", unit, port);
     *on = control >> kPhyControlLoopbackBit & 1U;
     return LSW_OK;
 }
@@ -87,11 +80,8 @@ uint32_t HAL_PORT_GetRemoteLoopbackZr(uint32_t unit, uint32_t port, uint32_t *on
     if (on == nullptr)
         return LSW_NULL_POINTER;
     uint32_t value = 0;
-    if (uint32_t ret = l2sw_port_phyReg_get(unit, port, kPhyRemoteLoopback, &value); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "get remote loopback failed (unit = %u, port = %u)", unit,
-                             port);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_port_phyReg_get(unit, port, kPhyRemoteLoopback, &value); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "get remote loopback failed (unit = %u, port = %u)", unit, port);
     *on = value & 1U;
     return LSW_OK;
 }
@@ -121,13 +111,11 @@ uint32_t HAL_PORT_SetLoopbackZr(uint32_t unit, uint32_t port, uint32_t mode)
         ret = HAL_PORT_SetRemoteLoopbackZr(unit, port);
         break;
     default:
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, LSW_UNSUPPORTED,
-                             "unsupport loop mode (unit = %u, port = %u, mode = %u).", unit, port, mode);
-        return LSW_UNSUPPORTED;
+        return ZR_FAILED(PORT, LSW_UNSUPPORTED, "unsupport loop mode (unit = %u, port = %u, mode = %u).", unit,
+                         port, mode);
     }
     if (ret != LSW_OK)
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "set loopback failed (unit = %u, port = %u).", unit,
-                             port);
+        ZR_PRINT_FAILED(PORT, ret, "set loopback failed (unit = %u, port = %u).", unit, port);
     return LSW_OK;
 }
 
@@ -136,19 +124,15 @@ uint32_t HAL_PORT_SetLoopbackDisableZr(uint32_t unit, uint32_t port)
     uint32_t ret = l2sw_port_macLocalLoopbackEnable_set(unit, port, 0);
     ret += l2sw_port_phyLocalLoopbackEnable_set(unit, port, 0);
     if (ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "set loopback disable failed (unit = %u, port = %u).",
-                             unit, port);
+        ZR_PRINT_FAILED(PORT, ret, "set loopback disable failed (unit = %u, port = %u).", unit, port);
     }
     return LSW_OK;
 }
 
 uint32_t HAL_PORT_SetMacLoopbackZr(uint32_t unit, uint32_t port)
 {
-    if (uint32_t ret = l2sw_port_macLocalLoopbackEnable_set(unit, port, 1); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "set local phy loopback failed (unit = %u, port = %u).",
-                             unit, port);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_port_macLocalLoopbackEnable_set(unit, port, 1); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "set local phy loopback failed (unit = %u, port = %u).", unit, port);
     return LSW_OK;
 }
 
@@ -158,20 +142,14 @@ uint32_t HAL_PORT_SetPCSLoopbackZr(uint32_t unit, uint32_t port)
     uint32_t ret = l2sw_port_phyReg_get(unit, port, kPhyControl, &control);
     ret += l2sw_port_phyReg_set(unit, port, kPhyControl, control | 1U << kPhyControlLoopbackBit);
     ret += l2sw_port_phyReg_set(unit, port, kPhyPcsLoopback, kPhyPcsLoopbackOn);
-    if (ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "set local phy loopback failed (unit = %u, port = %u).",
-                             unit, port);
-        return LSW_CHIP_FAILED;
-    }
+    if (ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "set local phy loopback failed (unit = %u, port = %u).", unit, port);
     return LSW_OK;
 }
 
 uint32_t HAL_PORT_SetRemoteLoopbackZr(uint32_t unit, uint32_t port)
 {
-    if (uint32_t ret = l2sw_port_phyReg_set(unit, port, kPhyRemoteLoopback, kPhyRemoteLoopbackOn); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "set remote loopback failed (unit = %u, port = %u).",
-                             unit, port);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_port_phyReg_set(unit, port, kPhyRemoteLoopback, kPhyRemoteLoopbackOn); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "set remote loopback failed (unit = %u, port = %u).", unit, port);
     return LSW_OK;
 }

@@ -1,6 +1,7 @@
 // Link abilities: what a port advertises and what its link partner advertised.
 #include "port/port.h"
 
+#include "base/print.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
@@ -48,19 +49,14 @@ uint32_t ZR_PORT_GetAutonegAbility(uint32_t unit, uint32_t port, LswmPortAbility
 
 uint32_t HAL_PORT_GetAutonegAbilityZr(uint32_t unit, uint32_t port, LswmPortAbility *ability)
 {
-    if (ability == nullptr) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, LSW_NULL_POINTER,
-                             "get auto ability mode failed reason null pointer (unit = %u, port = %u).", unit,
-                             port);
-        return LSW_NULL_POINTER;
-    }
+    if (ability == nullptr)
+        return ZR_FAILED(PORT, LSW_NULL_POINTER,
+                         "get auto ability mode failed reason null pointer (unit = %u, port = %u).", unit,
+                         port);
     memset_s(ability, sizeof(*ability), 0, sizeof(*ability));
     SdkPortAbility advertised{};
-    if (uint32_t ret = l2sw_port_phyAutoNegoAbility_get(unit, port, &advertised); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "get auto neg ability failed (unit = %u, port = %u).",
-                             unit, port);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_port_phyAutoNegoAbility_get(unit, port, &advertised); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "get auto neg ability failed (unit = %u, port = %u).", unit, port);
     for (const auto &entry : kAbilities)
         ability->*entry.manager = static_cast<uint8_t>(advertised.*entry.chip);
     return LSW_OK;
@@ -89,20 +85,15 @@ uint32_t ZR_PORT_GetRemoteAutonegAbility(uint32_t unit, uint32_t port, LswmPortA
 
 uint32_t HAL_PORT_GetAutonegRemoteAbilityZr(uint32_t unit, uint32_t port, LswmPortAbility *ability)
 {
-    if (ability == nullptr) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, LSW_NULL_POINTER,
-                             "get auto ability mode failed reason null pointer (unit = %u, port = %u).", unit,
-                             port);
-        return LSW_NULL_POINTER;
-    }
+    if (ability == nullptr)
+        return ZR_FAILED(PORT, LSW_NULL_POINTER,
+                         "get auto ability mode failed reason null pointer (unit = %u, port = %u).", unit,
+                         port);
     memset_s(ability, sizeof(*ability), 0, sizeof(*ability));
     uint32_t value[kPartnerRegs] = {};
     for (uint32_t reg = 0; reg < kPartnerRegs; ++reg) {
-        if (uint32_t ret = l2sw_port_phyReg_get(unit, port, kPartnerReg[reg], &value[reg]); ret != 0) {
-            LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "get phy reg failed (unit = %u, port = %u).", unit,
-                                 port);
-            return LSW_CHIP_FAILED;
-        }
+        if (uint32_t ret = l2sw_port_phyReg_get(unit, port, kPartnerReg[reg], &value[reg]); ret != 0)
+            return ZR_CHIP_FAILED(PORT, ret, "get phy reg failed (unit = %u, port = %u).", unit, port);
     }
     for (const auto &entry : kPartnerBits)
         ability->*entry.manager = value[entry.reg] >> entry.bit & 1U;

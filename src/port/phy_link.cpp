@@ -1,6 +1,7 @@
 // Link state of a port.
 #include "port/phy.h"
 
+#include "base/print.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "port/port.h"
@@ -17,8 +18,8 @@ uint32_t ZR_PORT_GetLinkStatus(uint32_t unit, uint32_t port, uint32_t *link)
 {
     const uint32_t ret = HAL_PHY_GetLinkstatusZr(unit, port, link);
     if (ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                             "ZR PHY GetLinkstatusZr ret = %u, unitId = %u, portId = %u", ret, unit, port);
+        ZR_PRINT_FAILED(PORT, ret, "ZR PHY GetLinkstatusZr ret = %u, unitId = %u, portId = %u", ret, unit,
+                        port);
     }
     return ret;
 }
@@ -40,11 +41,8 @@ uint32_t HAL_PHY_GetLinkstatusZr(uint32_t unit, uint32_t port, uint32_t *link)
         ret = l2sw_port_macForceLinkExt_get(unit, port, &flag, &forced);
         *link = forced.link == 1;
     }
-    if (ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "get link status failed (unit = %u, port = %u).", unit,
-                             port);
-        return LSW_CHIP_FAILED;
-    }
+    if (ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "get link status failed (unit = %u, port = %u).", unit, port);
     return LSW_OK;
 }
 
@@ -53,11 +51,8 @@ uint32_t HAL_PHY_GetMacLinkStatusZr(uint32_t unit, uint32_t port, uint32_t *link
     if (link == nullptr)
         return LSW_NULL_POINTER;
     SdkMacLink status{};
-    if (uint32_t ret = l2sw_port_macStatus_get(unit, port, &status); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "get mac link status failed (unit = %u, port = %u).",
-                             unit, port);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_port_macStatus_get(unit, port, &status); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "get mac link status failed (unit = %u, port = %u).", unit, port);
     *link = status.link == 1;
     return LSW_OK;
 }

@@ -1,7 +1,8 @@
 // Port start-up, frame size, CPU port, port map and port enable.
 #include "port/port.h"
 
-#include "frame/port_set.h"
+#include "base/port_set.h"
+#include "base/print.h"
 #include "l2/trunk.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
@@ -24,34 +25,24 @@ uint32_t ZR_PORT_Init(uint32_t unit)
     const LswmUnitInfo *info = zr::unitInfo(unit);
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
-    if (uint32_t ret = ZR_PORT_SetMaxFrame(unit, info->maxFrameSize); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "ZR SetMaxFrame unitId = %u, ret = %u", unit, ret);
-        return ret;
-    }
-    if (uint32_t ret = ZR_TRUNK_InitMode(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "ZR TRUNK InitMode unitId = %u, ret = %u", unit, ret);
-        return ret;
-    }
+    if (uint32_t ret = ZR_PORT_SetMaxFrame(unit, info->maxFrameSize); ret != LSW_OK)
+        return ZR_FAILED(PORT, ret, "ZR SetMaxFrame unitId = %u, ret = %u", unit, ret);
+    if (uint32_t ret = ZR_TRUNK_InitMode(unit); ret != LSW_OK)
+        return ZR_FAILED(PORT, ret, "ZR TRUNK InitMode unitId = %u, ret = %u", unit, ret);
     for (uint32_t port : zr::PortSet(unit, LSWM_SET_CASCADE)) {
-        if (uint32_t ret = HAL_TRUNK_AddMemberZr(unit, info->cascadeTrunkId, port); ret != LSW_OK) {
-            LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                                 "ZR TRUNK AddMember ret = %u, unitId = %u, portId = %u", ret, unit, port);
-            return ret;
-        }
+        if (uint32_t ret = HAL_TRUNK_AddMemberZr(unit, info->cascadeTrunkId, port); ret != LSW_OK)
+            return ZR_FAILED(PORT, ret, "ZR TRUNK AddMember ret = %u, unitId = %u, portId = %u", ret, unit,
+                             port);
     }
-    if (uint32_t ret = HAL_PORT_KhInitZr(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "ZR kh init unitId = %u, ret = %u", unit, ret);
-        return ret;
-    }
+    if (uint32_t ret = HAL_PORT_KhInitZr(unit); ret != LSW_OK)
+        return ZR_FAILED(PORT, ret, "ZR kh init unitId = %u, ret = %u", unit, ret);
     return LSW_OK;
 }
 
 uint32_t HAL_PORT_KhInitZr(uint32_t unit)
 {
-    if (uint32_t ret = l2sw_setAsicReg(static_cast<uint8_t>(unit), ZR_PORT_KH_REG, ZR_PORT_KH_MARK); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "Port kh init failed (unit:%u ret:%u)", unit, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_setAsicReg(zr::unit8(unit), ZR_PORT_KH_REG, ZR_PORT_KH_MARK); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Port kh init failed (unit:%u ret:%u)", unit, ret);
     return LSW_OK;
 }
 
@@ -61,9 +52,8 @@ uint32_t ZR_PORT_SetMaxFrame(uint32_t unit, uint32_t maxFrameSize)
 {
     const uint32_t ret = HAL_PORT_SetMaxFrameZr(unit, maxFrameSize);
     if (ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                             "HAL PORT SetMaxFrame Zr unitId = %u, ret = %u, maxFrameSize = %u", unit, ret,
-                             maxFrameSize);
+        ZR_PRINT_FAILED(PORT, ret, "HAL PORT SetMaxFrame Zr unitId = %u, ret = %u, maxFrameSize = %u", unit,
+                        ret, maxFrameSize);
     }
     return ret;
 }
@@ -81,8 +71,7 @@ uint32_t ZR_PORT_GetMaxFrame(uint32_t unit, uint32_t *maxFrameSize)
 {
     const uint32_t ret = HAL_PORT_GetMaxFrameZr(unit, maxFrameSize);
     if (ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "HAL PORT GetMaxFrame Zr unitId = %u, ret = %u", unit,
-                             ret);
+        ZR_PRINT_FAILED(PORT, ret, "HAL PORT GetMaxFrame Zr unitId = %u, ret = %u", unit, ret);
     }
     return ret;
 }
@@ -112,21 +101,13 @@ uint32_t ZR_PORT_CpuInit(uint32_t unit, uint32_t port, uint32_t addTag)
 
 uint32_t HAL_PORT_CpuInitZr(uint32_t unit, uint32_t port, uint32_t addTag)
 {
-    if (uint32_t ret = l2sw_cpu_tagPort_set(unit, port, 0); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                             "Config Cpu port failed(unit = %u, portId = %u, ret = %u).", unit, port, ret);
-        return LSW_CHIP_FAILED;
-    }
-    if (uint32_t ret = l2sw_cpu_enable_set(unit, addTag); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "Config trap to cpu add tag failed(unit = %u, ret = %u).",
-                             unit, ret);
-        return LSW_CHIP_FAILED;
-    }
-    if (uint32_t ret = l2sw_cpu_tag_ethertype_set(unit, kCpuTagEtherType); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "Config cpu ethernet type failed(unit = %u, ret = %u).",
-                             unit, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_cpu_tagPort_set(unit, port, 0); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Config Cpu port failed(unit = %u, portId = %u, ret = %u).", unit,
+                              port, ret);
+    if (uint32_t ret = l2sw_cpu_enable_set(unit, addTag); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Config trap to cpu add tag failed(unit = %u, ret = %u).", unit, ret);
+    if (uint32_t ret = l2sw_cpu_tag_ethertype_set(unit, kCpuTagEtherType); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Config cpu ethernet type failed(unit = %u, ret = %u).", unit, ret);
     return LSW_OK;
 }
 
@@ -135,11 +116,9 @@ uint32_t HAL_PORT_GetValidPortMapZr(uint32_t unit, uint32_t *portMap)
     if (portMap == nullptr)
         return LSW_NULL_POINTER;
     uint32_t mask = 0;
-    if (uint32_t ret = l2sw_switch_logPortMask_get(unit, &mask); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret, "Zr Port Get Valid PortMap failed (ret = %d, unit = %u)",
-                             static_cast<int>(ret), unit);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_switch_logPortMask_get(unit, &mask); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Zr Port Get Valid PortMap failed (ret = %d, unit = %u)",
+                              static_cast<int>(ret), unit);
     *portMap = mask;
     return LSW_OK;
 }
@@ -151,12 +130,10 @@ uint32_t ZR_PORT_SetEnable(uint32_t unit, uint32_t port, uint32_t enable)
 
 uint32_t HAL_PORT_SetEnableZr(uint32_t unit, uint32_t port, uint32_t enable)
 {
-    if (uint32_t ret = l2sw_port_adminEnable_set(unit, port, enable); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                             "Port set Enable failed(ret = %u, unit = %u, portId = %u, enable = %u).", ret,
-                             unit, port, enable);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_port_adminEnable_set(unit, port, enable); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret,
+                              "Port set Enable failed(ret = %u, unit = %u, portId = %u, enable = %u).", ret,
+                              unit, port, enable);
     return LSW_OK;
 }
 
@@ -167,15 +144,11 @@ uint32_t ZR_PORT_GetEnable(uint32_t unit, uint32_t port, uint32_t *enable)
 
 uint32_t HAL_PORT_GetEnableZr(uint32_t unit, uint32_t port, uint32_t *enable)
 {
-    if (enable == nullptr) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, LSW_NULL_POINTER,
-                             "get enable failed reason null pointer (unit = %u, port = %u).", unit, port);
-        return LSW_NULL_POINTER;
-    }
-    if (uint32_t ret = l2sw_port_adminEnable_get(unit, port, enable); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                             "Port get enable failed(ret = %u, unit = %u, portId = %u).", ret, unit, port);
-        return LSW_CHIP_FAILED;
-    }
+    if (enable == nullptr)
+        return ZR_FAILED(PORT, LSW_NULL_POINTER,
+                         "get enable failed reason null pointer (unit = %u, port = %u).", unit, port);
+    if (uint32_t ret = l2sw_port_adminEnable_get(unit, port, enable); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Port get enable failed(ret = %u, unit = %u, portId = %u).", ret, unit,
+                              port);
     return LSW_OK;
 }

@@ -1,9 +1,10 @@
 // Traffic counters and the accumulated odrop count.
-#include "port/port_stat.h"
+#include "port/port.h"
 
+#include "base/print.h"
+#include "base/unit.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
-#include "port/port.h"
 
 namespace
 {
@@ -31,7 +32,7 @@ uint64_t g_odropTotal[kOdropPorts];
 
 uint32_t commandOdrop(uint32_t unit, uint32_t port, OdropCommand command)
 {
-    return l2sw_setAsicReg(static_cast<uint8_t>(unit), kOdropCommandReg, 0x4000 | (port + 24) << 4 | command);
+    return l2sw_setAsicReg(zr::unit8(unit), kOdropCommandReg, 0x4000 | (port + 24) << 4 | command);
 }
 
 // Across a wrap of the 16-bit count the manager's counter advances by 0xFFFF, not 0x10000.
@@ -65,20 +66,15 @@ uint32_t HAL_PORT_GetStatisticZr(uint32_t unit, uint32_t port, LswmPortStatistic
     if (statistics == nullptr)
         return LSW_NULL_POINTER;
     SdkPortCounters counters{};
-    if (uint32_t ret = l2sw_stat_port_getAll(unit, port, &counters); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                             "HAL PORT GetStatisticZr failed (unit = %u, port = %u, ret = %u).", unit, port,
-                             ret);
-        return LSW_CHIP_FAILED;
-    }
-    if (uint32_t ret = commandOdrop(unit, port, kOdropLatch); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                             "HAL PORT GetStatisticZr odrop write failed (unit = %u, port = %u, ret = %u).",
-                             unit, port, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_stat_port_getAll(unit, port, &counters); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "HAL PORT GetStatisticZr failed (unit = %u, port = %u, ret = %u).",
+                              unit, port, ret);
+    if (uint32_t ret = commandOdrop(unit, port, kOdropLatch); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret,
+                              "HAL PORT GetStatisticZr odrop write failed (unit = %u, port = %u, ret = %u).",
+                              unit, port, ret);
     uint32_t reading = 0;
-    if (l2sw_getAsicReg(static_cast<uint8_t>(unit), kOdropValueReg, &reading) != 0)
+    if (l2sw_getAsicReg(zr::unit8(unit), kOdropValueReg, &reading) != 0)
         reading = g_lastOdrop[port];
     *statistics = {};
     accumulateOdrop(port, reading);
@@ -93,18 +89,12 @@ uint32_t HAL_PORT_ClearStatisticsZr(uint32_t unit, uint32_t port)
         return LSW_INVALID_ARGUMENT;
     g_lastOdrop[port] = 0;
     g_odropTotal[port] = 0;
-    if (uint32_t ret = l2sw_stat_port_reset(unit, port); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                             "Port clear stat failed(ret = %u, unit = %u, portId, enable = %u).", ret, unit,
-                             port);
-        return LSW_CHIP_FAILED;
-    }
-    if (uint32_t ret = commandOdrop(unit, port, kOdropClear); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_PORT, 0, ret,
-                             "Port clear odrop failed(ret = %u, unit = %u, portId, enable = %u).", ret, unit,
-                             port);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = l2sw_stat_port_reset(unit, port); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Port clear stat failed(ret = %u, unit = %u, portId, enable = %u).",
+                              ret, unit, port);
+    if (uint32_t ret = commandOdrop(unit, port, kOdropClear); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Port clear odrop failed(ret = %u, unit = %u, portId, enable = %u).",
+                              ret, unit, port);
     return LSW_OK;
 }
 

@@ -1,5 +1,7 @@
 #include "qos/hsec.h"
 
+#include "base/print.h"
+#include "base/unit.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 #include "records/acl_records.h"
@@ -69,7 +71,7 @@ uint32_t HAL_HSEC_GetSharedMeterZr(uint32_t unit, uint32_t chipMeter, uint32_t *
     uint32_t chipMode = 0;
     uint32_t chipRate = 0;
     uint32_t unused = 0;
-    if (l2sw_rate_shareMeter_get(static_cast<uint8_t>(unit), chipMeter, &chipMode, &chipRate, &unused) != 0)
+    if (l2sw_rate_shareMeter_get(zr::unit8(unit), chipMeter, &chipMode, &chipRate, &unused) != 0)
         return LSW_CHIP_FAILED;
     const bool raw = chipMode == ZR_HSEC_RATE_MODE_RAW;
     *mode = raw;
@@ -81,13 +83,10 @@ uint32_t HAL_HSEC_GetCarZr(uint32_t unit, uint32_t chipMeter, LswmCar *car)
 {
     if (car == nullptr)
         return LSW_NULL_POINTER;
-    if (uint32_t ret = HAL_HSEC_GetSharedMeterZr(unit, chipMeter, &car->rate, &car->mode); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "Zr get car failed (unit:%u, meter:%u, ret:%u).", unit,
-                             chipMeter, ret);
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = HAL_HSEC_GetSharedMeterZr(unit, chipMeter, &car->rate, &car->mode); ret != LSW_OK)
+        return ZR_CHIP_FAILED(ACL, ret, "Zr get car failed (unit:%u, meter:%u, ret:%u).", unit, chipMeter, ret);
     uint32_t chipBucket = 0;
-    if (l2sw_rate_shareMeterBucket_get(static_cast<uint8_t>(unit), chipMeter, &chipBucket) != 0)
+    if (l2sw_rate_shareMeterBucket_get(zr::unit8(unit), chipMeter, &chipBucket) != 0)
         return LSW_CHIP_FAILED;
     car->bucket = chipBucket;
     return LSW_OK;

@@ -1,6 +1,7 @@
 #include "qos/qos.h"
 
-#include "frame/port_set.h"
+#include "base/port_set.h"
+#include "base/print.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
@@ -9,19 +10,12 @@ uint32_t ZR_QOS_Init(uint32_t unit)
 {
     if (zr::unitInfo(unit) == nullptr)
         return LSW_INVALID_ARGUMENT;
-    if (uint32_t ret = ZR_QOS_ChipInit(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "Zr qos init failed unitId = %u, ret=0x%x.", unit, ret);
-        return ret;
-    }
-    if (uint32_t ret = ZR_QOS_MmuBuffInit(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "Mmu buffer init failed unitId = %u, ret = %u", unit, ret);
-        return ret;
-    }
-    if (uint32_t ret = ZR_QOS_EgrInit(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "Zr qos egress init failed unitId = %u, ret=0x%x.", unit,
-                             ret);
-        return ret;
-    }
+    if (uint32_t ret = ZR_QOS_ChipInit(unit); ret != LSW_OK)
+        return ZR_FAILED(QOS, ret, "Zr qos init failed unitId = %u, ret=0x%x.", unit, ret);
+    if (uint32_t ret = ZR_QOS_MmuBuffInit(unit); ret != LSW_OK)
+        return ZR_FAILED(QOS, ret, "Mmu buffer init failed unitId = %u, ret = %u", unit, ret);
+    if (uint32_t ret = ZR_QOS_EgrInit(unit); ret != LSW_OK)
+        return ZR_FAILED(QOS, ret, "Zr qos egress init failed unitId = %u, ret=0x%x.", unit, ret);
     return LSW_OK;
 }
 
@@ -29,40 +23,30 @@ uint32_t ZR_QOS_ChipInit(uint32_t unit)
 {
     const uint32_t ret = HAL_QOS_ChipInitZr(unit);
     if (ret != LSW_OK)
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "HAL QOS chip init failed Zr unitId = %u, ret = %u", unit,
-                             ret);
-    return ret;
+        return ZR_FAILED(QOS, ret, "HAL QOS chip init failed Zr unitId = %u, ret = %u", unit, ret);
+    return LSW_OK;
 }
 
 uint32_t ZR_QOS_MmuBuffInit(uint32_t unit)
 {
     const uint32_t ret = HAL_QOS_SetSysBasedFCThreshZr(unit, ZR_QOS_PAUSE_THRESHOLD);
     if (ret != LSW_OK)
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "Set SysBasedFCThresh Zr unitId = %u, ret = %u", unit,
-                             ret);
-    return ret;
+        return ZR_FAILED(QOS, ret, "Set SysBasedFCThresh Zr unitId = %u, ret = %u", unit, ret);
+    return LSW_OK;
 }
 
 uint32_t ZR_QOS_EgrInit(uint32_t unit)
 {
     if (zr::unitInfo(unit) == nullptr)
         return LSW_INVALID_ARGUMENT;
-    if (uint32_t ret = ZR_QOS_PriSelInit(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "PriSel Init Zr unitId = %u, ret = %u", unit, ret);
-        return ret;
-    }
-    if (uint32_t ret = ZR_QOS_PortPriSelInit(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "PortPriSel Init Zr unitId = %u, ret = %u", unit, ret);
-        return ret;
-    }
-    if (uint32_t ret = ZR_QOS_QueueMapInit(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "QueueMap Init Zr unitId = %u, ret = %u", unit, ret);
-        return ret;
-    }
-    if (uint32_t ret = ZR_QOS_QueScheduleInit(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "Queue schedule Init Zr unitId = %u, ret = %u", unit, ret);
-        return ret;
-    }
+    if (uint32_t ret = ZR_QOS_PriSelInit(unit); ret != LSW_OK)
+        return ZR_FAILED(QOS, ret, "PriSel Init Zr unitId = %u, ret = %u", unit, ret);
+    if (uint32_t ret = ZR_QOS_PortPriSelInit(unit); ret != LSW_OK)
+        return ZR_FAILED(QOS, ret, "PortPriSel Init Zr unitId = %u, ret = %u", unit, ret);
+    if (uint32_t ret = ZR_QOS_QueueMapInit(unit); ret != LSW_OK)
+        return ZR_FAILED(QOS, ret, "QueueMap Init Zr unitId = %u, ret = %u", unit, ret);
+    if (uint32_t ret = ZR_QOS_QueScheduleInit(unit); ret != LSW_OK)
+        return ZR_FAILED(QOS, ret, "Queue schedule Init Zr unitId = %u, ret = %u", unit, ret);
     return LSW_OK;
 }
 
@@ -71,8 +55,8 @@ uint32_t ZR_QOS_PriSelInit(uint32_t unit)
     static constexpr uint32_t kPriSel[ZR_QOS_PRISEL_VALUES] = {1, 5, 7, 6, 0};
     const uint32_t ret = HAL_QOS_SetPriSelZr(unit, ZR_QOS_PRISEL_INDEX, kPriSel);
     if (ret != LSW_OK)
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "HAL QOS Set PriSel Zr unitId = %u, ret = %u", unit, ret);
-    return ret;
+        return ZR_FAILED(QOS, ret, "HAL QOS Set PriSel Zr unitId = %u, ret = %u", unit, ret);
+    return LSW_OK;
 }
 
 uint32_t ZR_QOS_PortPriSelInit(uint32_t unit)
@@ -82,12 +66,9 @@ uint32_t ZR_QOS_PortPriSelInit(uint32_t unit)
     static constexpr uint32_t kSets[] = {LSWM_SET_PRISEL_A, LSWM_SET_PRISEL_B};
     for (uint32_t set : kSets) {
         for (uint32_t port : zr::PortSet(unit, set)) {
-            if (uint32_t ret = HAL_QOS_SetPortPriSelZr(unit, port, ZR_QOS_PRISEL_INDEX); ret != LSW_OK) {
-                LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret,
-                                     "HAL QOS Set PriSel Zr unitId = %u, ret = %u, portId = %u", unit, ret,
-                                     port);
-                return ret;
-            }
+            if (uint32_t ret = HAL_QOS_SetPortPriSelZr(unit, port, ZR_QOS_PRISEL_INDEX); ret != LSW_OK)
+                return ZR_FAILED(QOS, ret, "HAL QOS Set PriSel Zr unitId = %u, ret = %u, portId = %u", unit,
+                                 ret, port);
         }
     }
     return LSW_OK;
@@ -95,18 +76,12 @@ uint32_t ZR_QOS_PortPriSelInit(uint32_t unit)
 
 uint32_t ZR_QOS_QueueMapInit(uint32_t unit)
 {
-    if (uint32_t ret = ZR_QOS_PriMapInit(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "PriMap Init Zr unitId = %u, ret = %u", unit, ret);
-        return ret;
-    }
-    if (uint32_t ret = ZR_QOS_DscpPriMapInit(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "DscpPriMap Init Zr unitId = %u, ret = %u", unit, ret);
-        return ret;
-    }
-    if (uint32_t ret = ZR_QOS_PqPriMapInit(unit); ret != LSW_OK) {
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "PqPriMap Init Zr unitId = %u, ret = %u", unit, ret);
-        return ret;
-    }
+    if (uint32_t ret = ZR_QOS_PriMapInit(unit); ret != LSW_OK)
+        return ZR_FAILED(QOS, ret, "PriMap Init Zr unitId = %u, ret = %u", unit, ret);
+    if (uint32_t ret = ZR_QOS_DscpPriMapInit(unit); ret != LSW_OK)
+        return ZR_FAILED(QOS, ret, "DscpPriMap Init Zr unitId = %u, ret = %u", unit, ret);
+    if (uint32_t ret = ZR_QOS_PqPriMapInit(unit); ret != LSW_OK)
+        return ZR_FAILED(QOS, ret, "PqPriMap Init Zr unitId = %u, ret = %u", unit, ret);
     return LSW_OK;
 }
 
@@ -116,18 +91,16 @@ uint32_t ZR_QOS_PriMapInit(uint32_t unit)
     // The chip has a map per number of queues: the selector is that number.
     const uint32_t ret = HAL_QOS_SetPriMapZr(unit, ZR_QOS_QUEUES, kQueueOfPriority, ZR_QOS_QUEUES);
     if (ret != LSW_OK)
-        LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret, "HAL QOS Set PriMap Zr unitId = %u, ret = %u", unit, ret);
-    return ret;
+        return ZR_FAILED(QOS, ret, "HAL QOS Set PriMap Zr unitId = %u, ret = %u", unit, ret);
+    return LSW_OK;
 }
 
 uint32_t ZR_QOS_DscpPriMapInit(uint32_t unit)
 {
     for (uint32_t dscp = 0; dscp < ZR_QOS_DSCPS; ++dscp) {
-        if (uint32_t ret = HAL_QOS_SetDscpPriMapZr(unit, dscp, dscp >> 3); ret != LSW_OK) {
-            LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret,
-                                 "HAL QOS Set DscpPriMap Zr unitId = %u, loop = %u, ret = %u", unit, dscp, ret);
-            return ret;
-        }
+        if (uint32_t ret = HAL_QOS_SetDscpPriMapZr(unit, dscp, dscp >> 3); ret != LSW_OK)
+            return ZR_FAILED(QOS, ret, "HAL QOS Set DscpPriMap Zr unitId = %u, loop = %u, ret = %u", unit, dscp,
+                             ret);
     }
     return LSW_OK;
 }
@@ -135,11 +108,9 @@ uint32_t ZR_QOS_DscpPriMapInit(uint32_t unit)
 uint32_t ZR_QOS_PqPriMapInit(uint32_t unit)
 {
     for (uint32_t p8021 = 0; p8021 < ZR_QOS_QUEUES; ++p8021) {
-        if (uint32_t ret = HAL_QOS_Set1pPriMapZr(unit, p8021, p8021); ret != LSW_OK) {
-            LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret,
-                                 "HAL QOS Set 1pPriMap Zr unitId = %u, loop = %u, ret = %u", unit, p8021, ret);
-            return ret;
-        }
+        if (uint32_t ret = HAL_QOS_Set1pPriMapZr(unit, p8021, p8021); ret != LSW_OK)
+            return ZR_FAILED(QOS, ret, "HAL QOS Set 1pPriMap Zr unitId = %u, loop = %u, ret = %u", unit, p8021,
+                             ret);
     }
     return LSW_OK;
 }
@@ -150,12 +121,10 @@ uint32_t ZR_QOS_QueScheduleInit(uint32_t unit)
         return LSW_INVALID_ARGUMENT;
     static constexpr uint32_t kWeights[ZR_QOS_QUEUES] = {};
     for (uint32_t port : zr::PortSet(unit, LSWM_SET_VALID)) {
-        if (uint32_t ret = HAL_QOS_SetPortcheduleWeightZr(unit, port, kWeights); ret != LSW_OK) {
-            LSWM_ConfigFailPrint(LSW_MODULE_QOS, 0, ret,
-                                 "HAL QOS queue schedule init failed Zr unitId = %u, portId = %u, ret = 0x%x",
-                                 unit, port, ret);
-            return ret;
-        }
+        if (uint32_t ret = HAL_QOS_SetPortcheduleWeightZr(unit, port, kWeights); ret != LSW_OK)
+            return ZR_FAILED(QOS, ret,
+                             "HAL QOS queue schedule init failed Zr unitId = %u, portId = %u, ret = 0x%x", unit,
+                             port, ret);
     }
     return LSW_OK;
 }

@@ -1,8 +1,8 @@
 // Counters, and the maps of rule to counter and meter.
 #include "records/acl_records.h"
 
+#include "base/bitmap.h"
 #include "platform/manager.h"
-#include "records/bitmap.h"
 
 namespace
 {

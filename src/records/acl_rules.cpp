@@ -1,9 +1,9 @@
 // Rules: partitions, the choice of ids, the records.
 #include "records/acl_records.h"
 
-#include "frame/memory.h"
+#include "base/bitmap.h"
+#include "base/memory.h"
 #include "platform/manager.h"
-#include "records/bitmap.h"
 
 namespace
 {

@@ -1,8 +1,8 @@
 #include "records/meter_records.h"
 
+#include "base/bitmap.h"
+#include "base/id_map.h"
 #include "platform/manager.h"
-#include "records/bitmap.h"
-#include "records/id_map.h"
 
 HsecMeterInfo g_HsecMeterInfo[LSWM_UNITS][ZR_HSEC_METER_TYPES];
 

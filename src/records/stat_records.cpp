@@ -1,8 +1,8 @@
 #include "records/stat_records.h"
 
-#include "frame/trace.h"
+#include "base/id_map.h"
+#include "base/print.h"
 #include "platform/manager.h"
-#include "records/id_map.h"
 
 namespace
 {
@@ -75,8 +75,7 @@ uint32_t COM_QOS_IsLogicStatIdInUse(uint32_t unit, uint32_t type, uint32_t logic
     const QosStatEntry *entry = map.findLogic(logicId);
     if (entry == nullptr)
         return 0;
-    if (zr::traceOn(LSW_TRACE_DETAIL))
-        LSWM_DebugInfoPrint(LSW_MODULE_QOS, 0, "TYPE %u logicid %u  idx %u", type, logicId, map.indexOf(entry));
+    ZR_TRACE(DETAIL, QOS, "TYPE %u logicid %u  idx %u", type, logicId, map.indexOf(entry));
     return 1;
 }
 
@@ -90,9 +89,7 @@ uint32_t COM_QOS_SetStatEntry(uint32_t unit, uint32_t type, uint32_t logicId, ui
     if (entry == nullptr)
         return LSW_NO_RESOURCE;
     ++stat.part->usedCount;
-    if (zr::traceOn(LSW_TRACE_DETAIL))
-        LSWM_DebugInfoPrint(LSW_MODULE_QOS, 0, "ADD TYPE %u logicid %u chipid %u idx %u", type, logicId, chipId,
-                            map.indexOf(entry));
+    ZR_TRACE(DETAIL, QOS, "ADD TYPE %u logicid %u chipid %u idx %u", type, logicId, chipId, map.indexOf(entry));
     return LSW_OK;
 }
 
@@ -111,8 +108,7 @@ uint32_t COM_QOS_StatLogicIdToChipId(uint32_t unit, uint32_t type, uint32_t logi
     if (entry == nullptr)
         return LSW_CHIP_FAILED;
     *chipId = entry->chipId;
-    if (zr::traceOn(LSW_TRACE_DETAIL))
-        LSWM_DebugInfoPrint(LSW_MODULE_QOS, 0, "TYPE %u logicid %u chipid %u", type, logicId, entry->chipId);
+    ZR_TRACE(DETAIL, QOS, "TYPE %u logicid %u chipid %u", type, logicId, entry->chipId);
     return LSW_OK;
 }
 
@@ -145,8 +141,6 @@ uint32_t COM_QOS_ReleseStatRecord(uint32_t unit, uint32_t type, uint32_t logicId
         return LSW_OK;
     entry->valid = 0;
     --stat.part->usedCount;
-    if (zr::traceOn(LSW_TRACE_DETAIL))
-        LSWM_DebugInfoPrint(LSW_MODULE_QOS, 0, "Delete TYPE %u logicid %u i %u", type, logicId,
-                            map.indexOf(entry));
+    ZR_TRACE(DETAIL, QOS, "Delete TYPE %u logicid %u i %u", type, logicId, map.indexOf(entry));
     return LSW_OK;
 }

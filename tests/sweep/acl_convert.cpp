@@ -1,7 +1,7 @@
 // Conversion of ACL rules in both directions.
-#include "acl/convert.h"
+#include "acl/acl.h"
 
-#include "acl/field_chain.h"
+#include "base/field_chain.h"
 #include "tests/sweep/sweep.h"
 
 namespace zrtest

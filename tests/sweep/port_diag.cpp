@@ -1,8 +1,5 @@
 // Counters, diagnostics and isolation of ports.
-#include "port/port_diag.h"
-#include "port/isolation.h"
 #include "port/port.h"
-#include "port/port_stat.h"
 #include "tests/sweep/sweep.h"
 
 namespace zrtest

@@ -1,4 +1,4 @@
-#include "sim/board/command.h"
+#include "sim/command.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 // The SDK's VLAN functions over the table model.
-#include "sim/chip/sdk.h"
 #include "sim/chip/vlan_table.h"
+#include "sim/sdk/sdk.h"
 
 using namespace zrsim;
 

@@ -1,4 +1,4 @@
-#include "sim/chip/sdk.h"
+#include "sim/sdk/sdk.h"
 
 uint8_t l2sw_eco[3];
 

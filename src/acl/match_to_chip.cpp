@@ -1,7 +1,8 @@
 // Match fields, manager to chip.
-#include "acl/convert.h"
+#include "acl/acl.h"
 
-#include "frame/memory.h"
+#include "base/memory.h"
+#include "base/print.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
@@ -62,10 +63,8 @@ uint32_t HAL_ACL_ConvertDMacZr(uint32_t unit, const uint8_t *mac, const uint8_t 
     if (!node)
         return LSW_NO_MEMORY;
     setMac(*node, mac, mask);
-    if (uint32_t ret = node.chain(unit, cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ConvertDMac acl field add type");
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = node.chain(unit, cfg); ret != 0)
+        return ZR_CHIP_FAILED(ACL, ret, "ConvertDMac acl field add type");
     return LSW_OK;
 }
 
@@ -75,10 +74,8 @@ uint32_t HAL_ACL_ConvertSMacZr(uint32_t unit, const uint8_t *mac, const uint8_t 
     if (!node)
         return LSW_NO_MEMORY;
     setMac(*node, mac, mask);
-    if (uint32_t ret = node.chain(unit, cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ConvertSMac acl field add type");
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = node.chain(unit, cfg); ret != 0)
+        return ZR_CHIP_FAILED(ACL, ret, "ConvertSMac acl field add type");
     return LSW_OK;
 }
 
@@ -88,10 +85,8 @@ uint32_t HAL_ACL_ConvertEthTypeZr(uint32_t unit, uint32_t value, uint32_t mask, 
     if (!node)
         return LSW_NO_MEMORY;
     node->data.word = {value, mask};
-    if (uint32_t ret = node.chain(unit, cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ConvertEthType acl field add type");
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = node.chain(unit, cfg); ret != 0)
+        return ZR_CHIP_FAILED(ACL, ret, "ConvertEthType acl field add type");
     return LSW_OK;
 }
 
@@ -109,10 +104,8 @@ uint32_t HAL_ACL_ConvertOuterVlanAndPriZr(uint32_t unit, const LswmAclMatch *mat
         node->data.tag.priority = {match->outerPriority, match->outerPriorityMask};
     if (byVlan)
         node->data.tag.vlan = {match->outerVlan, match->outerVlanMask};
-    if (uint32_t ret = node.chain(unit, cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ConvertOuterVlanAndPri acl field add type");
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = node.chain(unit, cfg); ret != 0)
+        return ZR_CHIP_FAILED(ACL, ret, "ConvertOuterVlanAndPri acl field add type");
     return LSW_OK;
 }
 
@@ -123,10 +116,8 @@ uint32_t HAL_ACL_ConvertUdfDataZr(uint32_t unit, uint32_t fieldType, uint32_t va
     if (!node)
         return LSW_NO_MEMORY;
     node->data.word = {value, mask};
-    if (uint32_t ret = node.chain(unit, cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ConvertUdfData acl field add type");
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = node.chain(unit, cfg); ret != 0)
+        return ZR_CHIP_FAILED(ACL, ret, "ConvertUdfData acl field add type");
     return LSW_OK;
 }
 
@@ -138,10 +129,8 @@ uint32_t HAL_ACL_ConvertCapWapZr(uint32_t unit, uint32_t fieldType, const uint8_
         return LSW_NO_MEMORY;
     const uint8_t *word = fieldType == SDK_FIELD_SELECTOR_3 ? capwap : capwap + 2;
     node->data.word = {static_cast<uint32_t>(word[0] << 8 | word[1]), mask & 0xFFFF};
-    if (uint32_t ret = node.chain(unit, cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ConvertCapWap acl field add type");
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = node.chain(unit, cfg); ret != 0)
+        return ZR_CHIP_FAILED(ACL, ret, "ConvertCapWap acl field add type");
     return LSW_OK;
 }
 
@@ -151,10 +140,8 @@ uint32_t HAL_ACL_ConvertSrcIpZr(uint32_t unit, uint32_t value, uint32_t mask, Fi
     if (!node)
         return LSW_NO_MEMORY;
     node->data.ip.address = {value, mask};
-    if (uint32_t ret = node.chain(unit, cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ConvertSip acl field add type");
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = node.chain(unit, cfg); ret != 0)
+        return ZR_CHIP_FAILED(ACL, ret, "ConvertSip acl field add type");
     return LSW_OK;
 }
 
@@ -164,10 +151,8 @@ uint32_t HAL_ACL_ConvertDstIpZr(uint32_t unit, uint32_t value, uint32_t mask, Fi
     if (!node)
         return LSW_NO_MEMORY;
     node->data.ip.address = {value, mask};
-    if (uint32_t ret = node.chain(unit, cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ConvertDstIp acl field add type");
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = node.chain(unit, cfg); ret != 0)
+        return ZR_CHIP_FAILED(ACL, ret, "ConvertDstIp acl field add type");
     return LSW_OK;
 }
 
@@ -177,10 +162,8 @@ uint32_t HAL_ACL_ConvertIpProtocolZr(uint32_t unit, uint32_t value, uint32_t mas
     if (!node)
         return LSW_NO_MEMORY;
     node->data.word = {value, mask};
-    if (uint32_t ret = node.chain(unit, cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ConvertIpProtocol acl field add type");
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = node.chain(unit, cfg); ret != 0)
+        return ZR_CHIP_FAILED(ACL, ret, "ConvertIpProtocol acl field add type");
     return LSW_OK;
 }
 
@@ -190,10 +173,8 @@ uint32_t HAL_ACL_ConvertSrcPortZr(uint32_t unit, uint32_t tcp, uint32_t value, u
     if (!node)
         return LSW_NO_MEMORY;
     node->data.word = {value, mask};
-    if (uint32_t ret = node.chain(unit, cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ConvertSrcPort acl field add type");
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = node.chain(unit, cfg); ret != 0)
+        return ZR_CHIP_FAILED(ACL, ret, "ConvertSrcPort acl field add type");
     return LSW_OK;
 }
 
@@ -203,10 +184,8 @@ uint32_t HAL_ACL_ConvertDstPortZr(uint32_t unit, uint32_t tcp, uint32_t value, u
     if (!node)
         return LSW_NO_MEMORY;
     node->data.word = {value, kWholePort};
-    if (uint32_t ret = node.chain(unit, cfg); ret != 0) {
-        LSWM_ConfigFailPrint(LSW_MODULE_ACL, 0, ret, "ConvertDstPort acl field add type");
-        return LSW_CHIP_FAILED;
-    }
+    if (uint32_t ret = node.chain(unit, cfg); ret != 0)
+        return ZR_CHIP_FAILED(ACL, ret, "ConvertDstPort acl field add type");
     return LSW_OK;
 }
 

@@ -1,5 +1,5 @@
 // Match fields, chip to manager.
-#include "acl/convert.h"
+#include "acl/acl.h"
 
 namespace
 {

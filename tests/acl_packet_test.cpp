@@ -13,7 +13,7 @@
 
 #include "acl/acl.h"
 #include "platform/chip_sdk.h"
-#include "sim/board/command.h"
+#include "sim/command.h"
 #include "tests/kit/device.h"
 
 namespace zrtest
@@ -28,12 +28,12 @@ constexpr uint32_t kUnit = 1;
 constexpr uint32_t kWan = 3;
 constexpr uint32_t kLan = 2;
 
-// The frames made from tests/frames/frames.txt, by the line that describes each.
+// The frames made from tests/packets/packets.txt, by the line that describes each.
 std::map<std::string, Bytes> readFrames()
 {
-    std::ifstream in(ZRLSW_FRAMES);
+    std::ifstream in(ZRLSW_PACKETS);
     if (!in)
-        throw std::runtime_error("no frames in " ZRLSW_FRAMES);
+        throw std::runtime_error("no frames in " ZRLSW_PACKETS);
     std::map<std::string, Bytes> frames;
     for (std::string line; std::getline(in, line);) {
         const size_t end = line.rfind(": ");
@@ -49,7 +49,7 @@ const Bytes &frameNamed(const std::string &name)
     static const std::map<std::string, Bytes> frames = readFrames();
     const auto found = frames.find(name);
     if (found == frames.end())
-        throw std::runtime_error("tests/frames/frames.txt has no frame '" + name + "'");
+        throw std::runtime_error("tests/packets/packets.txt has no frame '" + name + "'");
     return found->second;
 }
 

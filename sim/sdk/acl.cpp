@@ -1,6 +1,6 @@
 // The SDK's ingress ACL functions over the table model.
 #include "sim/chip/acl_table.h"
-#include "sim/chip/sdk.h"
+#include "sim/sdk/sdk.h"
 
 using namespace zrsim;
 

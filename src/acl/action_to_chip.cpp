@@ -1,5 +1,5 @@
 // Actions between manager and chip, both ways.
-#include "acl/convert.h"
+#include "acl/acl.h"
 
 namespace
 {

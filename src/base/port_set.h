@@ -1,18 +1,12 @@
-// Walks over the manager's port sets and guarded access to its unit information.
+// Walks over the manager's port sets.
 #pragma once
 
 #include <bit>
 
-#include "platform/manager.h"
+#include "base/unit.h"
 
 namespace zr
 {
-
-// The unit's record, or null for a unit that the manager does not have.
-inline const LswmUnitInfo *unitInfo(uint32_t unit)
-{
-    return unit < LSWM_UNITS ? &g_lswmInfo[unit] : nullptr;
-}
 
 // A port's bit in a one-word map, or in its word of a set. A map has no bits of its own for ports 32 and
 // above, which no chip of the family has: they share those of ports 0 to 31.

@@ -2,7 +2,7 @@
 #include "sim/chip/ports.h"
 
 #include "sim/chip/chip.h"
-#include "sim/chip/sdk.h"
+#include "sim/sdk/sdk.h"
 
 using namespace zrsim;
 

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 
-#include "sim/board/command.h"
 #include "sim/chip/chip.h"
-#include "sim/chip/frames.h"
-#include "sim/chip/sdk.h"
+#include "sim/command.h"
+#include "sim/pipeline/capture.h"
+#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

@@ -1,4 +1,4 @@
-#include "sim/chip/acl_match.h"
+#include "sim/pipeline/acl_match.h"
 
 namespace zrsim
 {

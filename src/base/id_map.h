@@ -2,7 +2,7 @@
 // {logicId, chipId, valid} entries in which the entry of lowest index wins.
 #pragma once
 
-#include "frame/memory.h"
+#include "base/memory.h"
 
 namespace zr
 {

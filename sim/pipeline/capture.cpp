@@ -1,4 +1,4 @@
-#include "sim/chip/frames.h"
+#include "sim/pipeline/capture.h"
 
 #include <fmt/format.h>
 
@@ -6,7 +6,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "sim/board/command.h"
+#include "sim/command.h"
 
 namespace zrsim
 {
