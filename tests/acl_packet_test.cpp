@@ -1,4 +1,4 @@
-// Frames of a packet library (tests/frames) through the virtual chip's ingress ACL: the default policies and
+// Frames of tests/packets through the virtual chip's ingress ACL: the default policies and
 // hand-set rules catch what they name and nothing else.
 #include <fmt/ranges.h>
 #include <gmock/gmock.h>
@@ -28,14 +28,18 @@ constexpr uint32_t kUnit = 1;
 constexpr uint32_t kWan = 3;
 constexpr uint32_t kLan = 2;
 
-// The frames made from tests/packets/packets.txt, by the line that describes each.
+const std::string kPackets = ZRLSW_SOURCE_DIR "/tests/packets/packets.txt";
+const std::string kCapture = ZRLSW_SOURCE_DIR "/tests/packets/packets.pcap";
+
 std::map<std::string, Bytes> readFrames()
 {
-    std::ifstream in(ZRLSW_PACKETS);
+    std::ifstream in(kPackets);
     if (!in)
-        throw std::runtime_error("no frames in " ZRLSW_PACKETS);
+        throw std::runtime_error("no frames in " + kPackets);
     std::map<std::string, Bytes> frames;
     for (std::string line; std::getline(in, line);) {
+        if (line[0] == '#')
+            continue;
         const size_t end = line.rfind(": ");
         Bytes &frame = frames[line.substr(0, end)];
         for (size_t i = end + 2; i + 1 < line.size(); i += 2)
@@ -49,7 +53,7 @@ const Bytes &frameNamed(const std::string &name)
     static const std::map<std::string, Bytes> frames = readFrames();
     const auto found = frames.find(name);
     if (found == frames.end())
-        throw std::runtime_error("tests/packets/packets.txt has no frame '" + name + "'");
+        throw std::runtime_error(kPackets + " has no frame '" + name + "'");
     return found->second;
 }
 
@@ -281,7 +285,7 @@ protected:
         AclFramesTest::SetUp();
         ASSERT_EQ(dev.ops().acl.updateLanWanPolicy(kUnit, kWan, 1), 0U);
         path = ::testing::TempDir() + "/zr_frames_" + std::to_string(getpid()) + ".pcap";
-        std::ofstream(path, std::ios::binary) << std::ifstream(ZRLSW_CAPTURE, std::ios::binary).rdbuf();
+        std::ofstream(path, std::ios::binary) << std::ifstream(kCapture, std::ios::binary).rdbuf();
     }
     void TearDown() override
     {
