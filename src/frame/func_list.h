@@ -5,10 +5,10 @@
 
 ZR_EXTERN_C_BEGIN
 
-// Takes the library into use: fetches the twelve operation tables from the manager, giving `value` to
-// each getter, and fills each in turn (common, port, MAC, VLAN, QoS, ACL, CAR, multicast, storm
-// control, spanning tree, link aggregation, fault monitoring). A module whose getter answers null is
-// skipped. May be called again; prints nothing, cannot fail.
+// Registers the operations with the manager: fetches the twelve operation tables, passing `value` unchanged
+// to each getter, and fills each in turn (common, port, MAC, VLAN, QoS, ACL, CAR, multicast, storm control,
+// spanning tree, link aggregation, fault monitoring). A table whose getter returns null is skipped. Must run
+// before any table is used; may be called again. Prints nothing, cannot fail.
 ZR_EXPORT void ZR_COMMON_FuncListInit(uint32_t value);
 
 // Each writes its module's operations into `ops`; reserved slots keep what they held. Null is ignored.

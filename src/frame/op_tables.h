@@ -1,21 +1,20 @@
 // The twelve operation tables that the switch manager owns and this library fills: the system's
-// table of contents. A table is an array of slots of pointer width; each struct here names the slots
-// in their order, so that an operation with another signature, or a name at another slot, does not compile.
+// table of contents. A table is an array of slots of pointer width; each struct here names the slots in
+// their order, and frame/slots.h the operation of each. An operation with another signature, or a name at
+// another slot, does not compile.
 //
 // The manager hands over each table by LSW_<MODULE>_GetFuncPtr; the library writes the named slots and
-// leaves the reserved ones as they came. Every operation takes the unit (0 to 2) first unless said
-// otherwise and returns a status (platform/manager.h). What an operation does, prints and leaves
-// unwritten on failure stands with its declaration in the header named beside each table.
+// leaves the reserved ones as they came. Every operation takes the unit (0 to 2) first and returns a status
+// (platform/manager.h) unless said otherwise. What an operation does, prints and leaves unwritten on failure
+// is described at its declaration, in the header named beside each table.
 #pragma once
 
+#include "frame/slots.h"
 #include "platform/abi.h"
 #include "platform/manager_records.h"
 
 // A slot that the library does not write.
 typedef void (*ZrReservedSlot)(void);
-
-// Ties a member to its slot number.
-#define ZR_ASSERT_SLOT(table, member, slot) ZR_ASSERT_OFFSET(table, member, (slot) * sizeof(void *))
 
 // Common chip control: chip/chip.h
 typedef struct {
@@ -26,16 +25,10 @@ typedef struct {
     // One line of the chip's command line.
     uint32_t (*cliCmdPrase)(uint32_t unit, const char *command);
     ZrReservedSlot reserved4[4];
-    // Why a port drops frames. The answer is a text to be released with LSWM_MemFree, or null.
+    // Why a port drops frames: a text to be freed with LSWM_MemFree, or null.
     char *(*chipCaptureDropReasonEnable)(uint32_t unit, uint32_t port);
     char *(*chipGetDropReason)(uint32_t unit, uint32_t port);
 } ZrCommonOps;
-ZR_ASSERT_SLOT(ZrCommonOps, initChip, 0);
-ZR_ASSERT_SLOT(ZrCommonOps, chipRegRead, 1);
-ZR_ASSERT_SLOT(ZrCommonOps, chipRegWrite, 2);
-ZR_ASSERT_SLOT(ZrCommonOps, cliCmdPrase, 3);
-ZR_ASSERT_SLOT(ZrCommonOps, chipCaptureDropReasonEnable, 8);
-ZR_ASSERT_SLOT(ZrCommonOps, chipGetDropReason, 9);
 ZR_ASSERT_SIZE(ZrCommonOps, 10 * sizeof(void *));
 
 // Ports and PHYs: port/port.h
@@ -61,7 +54,7 @@ typedef struct {
     // Counters.
     uint32_t (*getStatistics)(uint32_t unit, uint32_t port, LswmPortStatistics *statistics);
     uint32_t (*clearStatistics)(uint32_t unit, uint32_t port);
-    // Duplex (0 half, 1 full), frame size in bytes, isolation, loopback.
+    // Duplex (0 half, 1 full; 2 leaves it as it is), frame size in bytes, isolation, loopback.
     uint32_t (*setDuplex)(uint32_t unit, uint32_t port, uint32_t duplex);
     uint32_t (*getDuplex)(uint32_t unit, uint32_t port, uint32_t *duplex);
     uint32_t (*getMaxFrame)(uint32_t unit, uint32_t *maxFrameSize);
@@ -79,38 +72,6 @@ typedef struct {
     uint32_t (*getIsolateMap)(uint32_t unit, uint32_t port, uint32_t *isolateMap);
     uint32_t (*setAdvert)(uint32_t unit, uint32_t port, const LswmPortAbility *ability);
 } ZrPortOps;
-ZR_ASSERT_SLOT(ZrPortOps, init, 0);
-ZR_ASSERT_SLOT(ZrPortOps, regRead, 1);
-ZR_ASSERT_SLOT(ZrPortOps, regWrite, 2);
-ZR_ASSERT_SLOT(ZrPortOps, setEnable, 3);
-ZR_ASSERT_SLOT(ZrPortOps, getEnable, 4);
-ZR_ASSERT_SLOT(ZrPortOps, cpuInit, 5);
-ZR_ASSERT_SLOT(ZrPortOps, getLinkStatus, 6);
-ZR_ASSERT_SLOT(ZrPortOps, linkEvt, 7);
-ZR_ASSERT_SLOT(ZrPortOps, linkScanWar, 8);
-ZR_ASSERT_SLOT(ZrPortOps, getSpeed, 9);
-ZR_ASSERT_SLOT(ZrPortOps, setSpeed, 10);
-ZR_ASSERT_SLOT(ZrPortOps, getAutonegEnable, 11);
-ZR_ASSERT_SLOT(ZrPortOps, setAutonegEnable, 12);
-ZR_ASSERT_SLOT(ZrPortOps, getAutonegAbility, 13);
-ZR_ASSERT_SLOT(ZrPortOps, getRemoteAutonegAbility, 14);
-ZR_ASSERT_SLOT(ZrPortOps, getStatistics, 15);
-ZR_ASSERT_SLOT(ZrPortOps, clearStatistics, 16);
-ZR_ASSERT_SLOT(ZrPortOps, setDuplex, 17);
-ZR_ASSERT_SLOT(ZrPortOps, getDuplex, 18);
-ZR_ASSERT_SLOT(ZrPortOps, getMaxFrame, 19);
-ZR_ASSERT_SLOT(ZrPortOps, setIsolate, 20);
-ZR_ASSERT_SLOT(ZrPortOps, getLoopback, 21);
-ZR_ASSERT_SLOT(ZrPortOps, setLoopback, 22);
-ZR_ASSERT_SLOT(ZrPortOps, getDebugInfo, 23);
-ZR_ASSERT_SLOT(ZrPortOps, getSnr, 24);
-ZR_ASSERT_SLOT(ZrPortOps, getKhCheck, 25);
-ZR_ASSERT_SLOT(ZrPortOps, getChipId, 26);
-ZR_ASSERT_SLOT(ZrPortOps, setLedForce, 27);
-ZR_ASSERT_SLOT(ZrPortOps, getLinkDownPhyReg, 28);
-ZR_ASSERT_SLOT(ZrPortOps, setAllIsolate, 29);
-ZR_ASSERT_SLOT(ZrPortOps, getIsolateMap, 30);
-ZR_ASSERT_SLOT(ZrPortOps, setAdvert, 31);
 ZR_ASSERT_SIZE(ZrPortOps, 32 * sizeof(void *));
 
 // MAC address table: l2/mac.h
@@ -137,23 +98,6 @@ typedef struct {
     uint32_t (*getCapacity)(uint32_t unit, uint32_t *capacity, uint32_t *used);
     void (*registerCallBack)(uint32_t type, void (*callBack)(void)); // no unit
 } ZrMacOps;
-ZR_ASSERT_SLOT(ZrMacOps, init, 0);
-ZR_ASSERT_SLOT(ZrMacOps, syncMacInsert, 1);
-ZR_ASSERT_SLOT(ZrMacOps, addMac, 2);
-ZR_ASSERT_SLOT(ZrMacOps, setAgeTime, 3);
-ZR_ASSERT_SLOT(ZrMacOps, getAgeTime, 4);
-ZR_ASSERT_SLOT(ZrMacOps, delAllMac, 5);
-ZR_ASSERT_SLOT(ZrMacOps, delByVlanMac, 6);
-ZR_ASSERT_SLOT(ZrMacOps, delByPort, 7);
-ZR_ASSERT_SLOT(ZrMacOps, delByVlan, 8);
-ZR_ASSERT_SLOT(ZrMacOps, delByPortVlan, 9);
-ZR_ASSERT_SLOT(ZrMacOps, delByMac, 10);
-ZR_ASSERT_SLOT(ZrMacOps, delDynMac, 11);
-ZR_ASSERT_SLOT(ZrMacOps, getMacEntry, 12);
-ZR_ASSERT_SLOT(ZrMacOps, setPortLearnMode, 13);
-ZR_ASSERT_SLOT(ZrMacOps, getPortLearnMode, 14);
-ZR_ASSERT_SLOT(ZrMacOps, getCapacity, 16);
-ZR_ASSERT_SLOT(ZrMacOps, registerCallBack, 17);
 ZR_ASSERT_SIZE(ZrMacOps, 18 * sizeof(void *));
 
 // VLANs: l2/vlan.h
@@ -173,17 +117,6 @@ typedef struct {
     ZrReservedSlot reserved10;
     uint32_t (*setTagMode)(uint32_t unit, uint32_t port, uint32_t tagMode);
 } ZrVlanOps;
-ZR_ASSERT_SLOT(ZrVlanOps, init, 0);
-ZR_ASSERT_SLOT(ZrVlanOps, create, 1);
-ZR_ASSERT_SLOT(ZrVlanOps, destroy, 2);
-ZR_ASSERT_SLOT(ZrVlanOps, addMember, 3);
-ZR_ASSERT_SLOT(ZrVlanOps, addMultiMember, 4);
-ZR_ASSERT_SLOT(ZrVlanOps, delMember, 5);
-ZR_ASSERT_SLOT(ZrVlanOps, getPortMap, 6);
-ZR_ASSERT_SLOT(ZrVlanOps, setPortPvid, 7);
-ZR_ASSERT_SLOT(ZrVlanOps, getPortPvid, 8);
-ZR_ASSERT_SLOT(ZrVlanOps, setIgrPortFilter, 9);
-ZR_ASSERT_SLOT(ZrVlanOps, setTagMode, 11);
 ZR_ASSERT_SIZE(ZrVlanOps, 12 * sizeof(void *));
 
 // QoS: qos/qos.h
@@ -194,7 +127,7 @@ ZR_ASSERT_SIZE(ZrQosOps, 1 * sizeof(void *));
 
 // Access control lists: records/acl_records.h (identifiers), acl/acl.h (entries and policies)
 typedef struct {
-    // Identifiers. The first answers 1 or 0, not a status.
+    // Identifiers. The first returns 1 or 0, not a status.
     uint32_t (*isLogicRuleInUse)(uint32_t unit, uint32_t logicRuleId);
     uint32_t (*allocLogicRuleId)(uint32_t unit, uint32_t partition, uint32_t *logicRuleId);
     uint32_t (*logicRuleToChipRule)(uint32_t unit, uint32_t logicRuleId, uint32_t *firstChipId);
@@ -213,24 +146,11 @@ typedef struct {
     ZrReservedSlot reserved12;
     uint32_t (*init)(uint32_t unit);
 } ZrAclOps;
-ZR_ASSERT_SLOT(ZrAclOps, isLogicRuleInUse, 0);
-ZR_ASSERT_SLOT(ZrAclOps, allocLogicRuleId, 1);
-ZR_ASSERT_SLOT(ZrAclOps, logicRuleToChipRule, 2);
-ZR_ASSERT_SLOT(ZrAclOps, updateLanWanPolicy, 3);
-ZR_ASSERT_SLOT(ZrAclOps, setRuleMapEntry, 4);
-ZR_ASSERT_SLOT(ZrAclOps, releaseRuleRecord, 5);
-ZR_ASSERT_SLOT(ZrAclOps, addEntry, 6);
-ZR_ASSERT_SLOT(ZrAclOps, getEntry, 7);
-ZR_ASSERT_SLOT(ZrAclOps, delEntry, 8);
-ZR_ASSERT_SLOT(ZrAclOps, modifyEntryPortmap, 9);
-ZR_ASSERT_SLOT(ZrAclOps, addEntryPortmap, 10);
-ZR_ASSERT_SLOT(ZrAclOps, removeEntryPortmap, 11);
-ZR_ASSERT_SLOT(ZrAclOps, init, 13);
 ZR_ASSERT_SIZE(ZrAclOps, 14 * sizeof(void *));
 
 // Rate limits (CAR): records/meter_records.h (identifiers), qos/hsec.h (meters and counters)
 typedef struct {
-    // Identifiers, per meter type (0 to 5). The first answers 1 or 0, not a status.
+    // Identifiers, per meter type (0 to 5). The first returns 1 or 0, not a status.
     uint32_t (*isLogicMeterInUse)(uint32_t unit, uint32_t type, uint32_t logicId);
     uint32_t (*logicMeterToChipMeter)(uint32_t unit, uint32_t type, uint32_t logicId, uint32_t *chipId);
     uint32_t (*chipMeterToLogicMeter)(uint32_t unit, uint32_t type, uint32_t chipId, uint32_t *logicId);
@@ -242,7 +162,7 @@ typedef struct {
     uint32_t (*releaseRecord)(uint32_t unit, uint32_t type, uint32_t logicId);
     // Meters on the chip.
     uint32_t (*getCar)(uint32_t unit, uint32_t chipMeter, LswmCar *car);
-    uint32_t (*configCar)(uint8_t unit, uint32_t chipMeter, const LswmCar *car);
+    uint32_t (*configCar)(uint8_t unit, uint32_t chipMeter, const LswmCar *car); // the unit in 8 bits
     uint32_t (*delCar)(uint32_t unit, uint32_t chipMeter);
     ZrReservedSlot reserved10;
     // Allocation: nothing is taken until setMeterEntry.
@@ -250,19 +170,6 @@ typedef struct {
     uint32_t (*allocChipMeter)(uint32_t unit, uint32_t type, uint32_t *chipId);
     uint32_t (*init)(uint32_t unit);
 } ZrHsecOps;
-ZR_ASSERT_SLOT(ZrHsecOps, isLogicMeterInUse, 0);
-ZR_ASSERT_SLOT(ZrHsecOps, logicMeterToChipMeter, 1);
-ZR_ASSERT_SLOT(ZrHsecOps, chipMeterToLogicMeter, 2);
-ZR_ASSERT_SLOT(ZrHsecOps, entryIdToLogicMeter, 3);
-ZR_ASSERT_SLOT(ZrHsecOps, getStat, 4);
-ZR_ASSERT_SLOT(ZrHsecOps, setMeterEntry, 5);
-ZR_ASSERT_SLOT(ZrHsecOps, releaseRecord, 6);
-ZR_ASSERT_SLOT(ZrHsecOps, getCar, 7);
-ZR_ASSERT_SLOT(ZrHsecOps, configCar, 8);
-ZR_ASSERT_SLOT(ZrHsecOps, delCar, 9);
-ZR_ASSERT_SLOT(ZrHsecOps, allocMeterId, 11);
-ZR_ASSERT_SLOT(ZrHsecOps, allocChipMeter, 12);
-ZR_ASSERT_SLOT(ZrHsecOps, init, 13);
 ZR_ASSERT_SIZE(ZrHsecOps, 14 * sizeof(void *));
 
 // Multicast: qos/rma.h
@@ -276,8 +183,6 @@ typedef struct {
     uint32_t (*init)(uint32_t unit);
     uint32_t (*set)(uint32_t unit, uint32_t port, const LswmStormControl *control);
 } ZrStormctlOps;
-ZR_ASSERT_SLOT(ZrStormctlOps, init, 0);
-ZR_ASSERT_SLOT(ZrStormctlOps, set, 1);
 ZR_ASSERT_SIZE(ZrStormctlOps, 2 * sizeof(void *));
 
 // Spanning tree: l2/stp.h
@@ -289,12 +194,6 @@ typedef struct {
     uint32_t (*flushMacByPortVlan)(uint32_t unit, const LswmMacEntry *entry);
     uint32_t (*flushMacByPort)(uint32_t unit, const LswmMacEntry *entry);
 } ZrStpOps;
-ZR_ASSERT_SLOT(ZrStpOps, stgCreate, 0);
-ZR_ASSERT_SLOT(ZrStpOps, setVlanInstanceid, 1);
-ZR_ASSERT_SLOT(ZrStpOps, setStpMode, 2);
-ZR_ASSERT_SLOT(ZrStpOps, flushMacByPortInstance, 3);
-ZR_ASSERT_SLOT(ZrStpOps, flushMacByPortVlan, 4);
-ZR_ASSERT_SLOT(ZrStpOps, flushMacByPort, 5);
 ZR_ASSERT_SIZE(ZrStpOps, 6 * sizeof(void *));
 
 // Link aggregation: l2/trunk.h
@@ -306,12 +205,6 @@ typedef struct {
     uint32_t (*destroy)(uint32_t unit, uint32_t logicTrunkId);
     uint32_t (*getTrunkNum)(uint32_t unit, uint32_t *number);
 } ZrTrunkOps;
-ZR_ASSERT_SLOT(ZrTrunkOps, addMember, 0);
-ZR_ASSERT_SLOT(ZrTrunkOps, delMember, 1);
-ZR_ASSERT_SLOT(ZrTrunkOps, getMember, 2);
-ZR_ASSERT_SLOT(ZrTrunkOps, create, 3);
-ZR_ASSERT_SLOT(ZrTrunkOps, destroy, 4);
-ZR_ASSERT_SLOT(ZrTrunkOps, getTrunkNum, 5);
 ZR_ASSERT_SIZE(ZrTrunkOps, 6 * sizeof(void *));
 
 // Fault monitoring: frame/fmea.h
@@ -319,3 +212,8 @@ typedef struct {
     uint32_t (*monitorUnitReg)(uint32_t unit);
 } ZrFmeaOps;
 ZR_ASSERT_SIZE(ZrFmeaOps, 1 * sizeof(void *));
+
+// Ties every member that the library fills to its slot number.
+#define ZR_ASSERT_SLOT(table, slot, member, operation) ZR_ASSERT_OFFSET(table, member, (slot) * sizeof(void *));
+ZR_SLOTS(ZR_ASSERT_SLOT)
+#undef ZR_ASSERT_SLOT

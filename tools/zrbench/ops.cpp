@@ -18,138 +18,13 @@ namespace
 {
 
 struct Member {
-    size_t offset;
+    const std::type_info &table;
+    size_t slot;
     const std::type_info &type; // of the function pointer
 };
 
-#define MEMBER(table, member)                                                                                  \
-    Member                                                                                                     \
-    {                                                                                                          \
-        offsetof(table, member), typeid(decltype(table::member))                                               \
-    }
-
-const std::vector<Member> kCommon = {
-    MEMBER(ZrCommonOps, initChip),
-    MEMBER(ZrCommonOps, chipRegRead),
-    MEMBER(ZrCommonOps, chipRegWrite),
-    MEMBER(ZrCommonOps, cliCmdPrase),
-    MEMBER(ZrCommonOps, chipCaptureDropReasonEnable),
-    MEMBER(ZrCommonOps, chipGetDropReason),
-};
-
-const std::vector<Member> kPort = {
-    MEMBER(ZrPortOps, init),
-    MEMBER(ZrPortOps, regRead),
-    MEMBER(ZrPortOps, regWrite),
-    MEMBER(ZrPortOps, setEnable),
-    MEMBER(ZrPortOps, getEnable),
-    MEMBER(ZrPortOps, cpuInit),
-    MEMBER(ZrPortOps, getLinkStatus),
-    MEMBER(ZrPortOps, linkEvt),
-    MEMBER(ZrPortOps, linkScanWar),
-    MEMBER(ZrPortOps, getSpeed),
-    MEMBER(ZrPortOps, setSpeed),
-    MEMBER(ZrPortOps, getAutonegEnable),
-    MEMBER(ZrPortOps, setAutonegEnable),
-    MEMBER(ZrPortOps, getAutonegAbility),
-    MEMBER(ZrPortOps, getRemoteAutonegAbility),
-    MEMBER(ZrPortOps, getStatistics),
-    MEMBER(ZrPortOps, clearStatistics),
-    MEMBER(ZrPortOps, setDuplex),
-    MEMBER(ZrPortOps, getDuplex),
-    MEMBER(ZrPortOps, getMaxFrame),
-    MEMBER(ZrPortOps, setIsolate),
-    MEMBER(ZrPortOps, getLoopback),
-    MEMBER(ZrPortOps, setLoopback),
-    MEMBER(ZrPortOps, getDebugInfo),
-    MEMBER(ZrPortOps, getSnr),
-    MEMBER(ZrPortOps, getKhCheck),
-    MEMBER(ZrPortOps, getChipId),
-    MEMBER(ZrPortOps, setLedForce),
-    MEMBER(ZrPortOps, getLinkDownPhyReg),
-    MEMBER(ZrPortOps, setAllIsolate),
-    MEMBER(ZrPortOps, getIsolateMap),
-    MEMBER(ZrPortOps, setAdvert),
-};
-
-const std::vector<Member> kMac = {
-    MEMBER(ZrMacOps, init),          MEMBER(ZrMacOps, syncMacInsert),    MEMBER(ZrMacOps, addMac),
-    MEMBER(ZrMacOps, setAgeTime),    MEMBER(ZrMacOps, getAgeTime),       MEMBER(ZrMacOps, delAllMac),
-    MEMBER(ZrMacOps, delByVlanMac),  MEMBER(ZrMacOps, delByPort),        MEMBER(ZrMacOps, delByVlan),
-    MEMBER(ZrMacOps, delByPortVlan), MEMBER(ZrMacOps, delByMac),         MEMBER(ZrMacOps, delDynMac),
-    MEMBER(ZrMacOps, getMacEntry),   MEMBER(ZrMacOps, setPortLearnMode), MEMBER(ZrMacOps, getPortLearnMode),
-    MEMBER(ZrMacOps, getCapacity),   MEMBER(ZrMacOps, registerCallBack),
-};
-
-const std::vector<Member> kVlan = {
-    MEMBER(ZrVlanOps, init),           MEMBER(ZrVlanOps, create),
-    MEMBER(ZrVlanOps, destroy),        MEMBER(ZrVlanOps, addMember),
-    MEMBER(ZrVlanOps, addMultiMember), MEMBER(ZrVlanOps, delMember),
-    MEMBER(ZrVlanOps, getPortMap),     MEMBER(ZrVlanOps, setPortPvid),
-    MEMBER(ZrVlanOps, getPortPvid),    MEMBER(ZrVlanOps, setIgrPortFilter),
-    MEMBER(ZrVlanOps, setTagMode),
-};
-
-const std::vector<Member> kQos = {
-    MEMBER(ZrQosOps, init),
-};
-
-const std::vector<Member> kAcl = {
-    MEMBER(ZrAclOps, isLogicRuleInUse),
-    MEMBER(ZrAclOps, allocLogicRuleId),
-    MEMBER(ZrAclOps, logicRuleToChipRule),
-    MEMBER(ZrAclOps, updateLanWanPolicy),
-    MEMBER(ZrAclOps, setRuleMapEntry),
-    MEMBER(ZrAclOps, releaseRuleRecord),
-    MEMBER(ZrAclOps, addEntry),
-    MEMBER(ZrAclOps, getEntry),
-    MEMBER(ZrAclOps, delEntry),
-    MEMBER(ZrAclOps, modifyEntryPortmap),
-    MEMBER(ZrAclOps, addEntryPortmap),
-    MEMBER(ZrAclOps, removeEntryPortmap),
-    MEMBER(ZrAclOps, init),
-};
-
-const std::vector<Member> kHsec = {
-    MEMBER(ZrHsecOps, isLogicMeterInUse),
-    MEMBER(ZrHsecOps, logicMeterToChipMeter),
-    MEMBER(ZrHsecOps, chipMeterToLogicMeter),
-    MEMBER(ZrHsecOps, entryIdToLogicMeter),
-    MEMBER(ZrHsecOps, getStat),
-    MEMBER(ZrHsecOps, setMeterEntry),
-    MEMBER(ZrHsecOps, releaseRecord),
-    MEMBER(ZrHsecOps, getCar),
-    MEMBER(ZrHsecOps, configCar),
-    MEMBER(ZrHsecOps, delCar),
-    MEMBER(ZrHsecOps, allocMeterId),
-    MEMBER(ZrHsecOps, allocChipMeter),
-    MEMBER(ZrHsecOps, init),
-};
-
-const std::vector<Member> kMc = {
-    MEMBER(ZrMcOps, init),
-};
-
-const std::vector<Member> kStormctl = {
-    MEMBER(ZrStormctlOps, init),
-    MEMBER(ZrStormctlOps, set),
-};
-
-const std::vector<Member> kStp = {
-    MEMBER(ZrStpOps, stgCreate),          MEMBER(ZrStpOps, setVlanInstanceid),
-    MEMBER(ZrStpOps, setStpMode),         MEMBER(ZrStpOps, flushMacByPortInstance),
-    MEMBER(ZrStpOps, flushMacByPortVlan), MEMBER(ZrStpOps, flushMacByPort),
-};
-
-const std::vector<Member> kTrunk = {
-    MEMBER(ZrTrunkOps, addMember), MEMBER(ZrTrunkOps, delMember), MEMBER(ZrTrunkOps, getMember),
-    MEMBER(ZrTrunkOps, create),    MEMBER(ZrTrunkOps, destroy),   MEMBER(ZrTrunkOps, getTrunkNum),
-};
-
-const std::vector<Member> kFmea = {
-    MEMBER(ZrFmeaOps, monitorUnitReg),
-};
-
+#define MEMBER(table, slot, member, operation) {typeid(table), slot, typeid(decltype(table::member))},
+const Member kMembers[] = {ZR_SLOTS(MEMBER)};
 #undef MEMBER
 
 // A function pointer's type as a C header writes it, without the "(*)".
@@ -181,15 +56,15 @@ std::string commandFor(const Slot &slot)
     return found == commands().end() ? std::string() : std::string((*found)->name);
 }
 
-template <class Table>
-void addSlots(std::vector<Slot> &slots, std::string_view module, const std::vector<Member> &members,
-              Table *table)
+template <class Table> void addSlots(std::vector<Slot> &slots, std::string_view module, Table *table)
 {
     auto *operations = reinterpret_cast<void **>(table);
     for (size_t number = 0; number < sizeof(Table) / sizeof(void *); ++number) {
-        const auto member = std::ranges::find(members, number * sizeof(void *), &Member::offset);
-        slots.push_back(
-            {module, number, operations[number], member != members.end() ? &member->type : nullptr});
+        const auto *member = std::ranges::find_if(kMembers, [&](const Member &candidate) {
+            return candidate.table == typeid(Table) && candidate.slot == number;
+        });
+        slots.push_back({module, number, operations[number],
+                         member != std::ranges::end(kMembers) ? &member->type : nullptr});
     }
 }
 
@@ -198,18 +73,18 @@ void addSlots(std::vector<Slot> &slots, std::string_view module, const std::vect
 std::vector<Slot> slots(const Tables &tables)
 {
     std::vector<Slot> all;
-    addSlots(all, "COMMON", kCommon, tables.common);
-    addSlots(all, "PORT", kPort, tables.port);
-    addSlots(all, "MAC", kMac, tables.mac);
-    addSlots(all, "VLAN", kVlan, tables.vlan);
-    addSlots(all, "QOS", kQos, tables.qos);
-    addSlots(all, "ACL", kAcl, tables.acl);
-    addSlots(all, "HSEC", kHsec, tables.hsec);
-    addSlots(all, "MC", kMc, tables.mc);
-    addSlots(all, "STORMCTL", kStormctl, tables.stormctl);
-    addSlots(all, "STP", kStp, tables.stp);
-    addSlots(all, "TRUNK", kTrunk, tables.trunk);
-    addSlots(all, "FMEA", kFmea, tables.fmea);
+    addSlots(all, "COMMON", tables.common);
+    addSlots(all, "PORT", tables.port);
+    addSlots(all, "MAC", tables.mac);
+    addSlots(all, "VLAN", tables.vlan);
+    addSlots(all, "QOS", tables.qos);
+    addSlots(all, "ACL", tables.acl);
+    addSlots(all, "HSEC", tables.hsec);
+    addSlots(all, "MC", tables.mc);
+    addSlots(all, "STORMCTL", tables.stormctl);
+    addSlots(all, "STP", tables.stp);
+    addSlots(all, "TRUNK", tables.trunk);
+    addSlots(all, "FMEA", tables.fmea);
     return all;
 }
 
