@@ -232,6 +232,67 @@ TEST_F(AclConvertTest, EveryRefusedFieldIsPrintedAndFreedAndMissingMemoryIsSilen
     }
 }
 
+TEST_F(AclConvertTest, NullPointersEndAConversionBeforeItBegins)
+{
+    const LswmAclMatch none{};
+    const uint8_t bytes[6] = {};
+    Cfg cfg;
+    LswmAclMatch match{};
+    LswmAclAction action{};
+    FilterAct act{};
+    FilterCfgRaw raw{};
+    raw.id[0] = 7;
+    raw.value[0] = 1;
+    act.carEnable = 1;
+    LswmAclAction policed{};
+    policed.flags = LSWM_ACTION_CAR;
+
+    dev.forget();
+    const std::pair<const char *, uint32_t> statuses[] = {
+        {"rule, match", ZR_OP(HAL_ACL_ConvertRuleInfoZr)(1, nullptr, &cfg)},
+        {"rule, cfg", ZR_OP(HAL_ACL_ConvertRuleInfoZr)(1, &none, nullptr)},
+        {"layer 2, match", ZR_OP(HAL_ACL_ConvertL2InfoZr)(1, nullptr, &cfg)},
+        {"layer 2, cfg", ZR_OP(HAL_ACL_ConvertL2InfoZr)(1, &none, nullptr)},
+        {"IPv4, match", ZR_OP(HAL_ACL_ConvertIpv4InfoZr)(1, nullptr, &cfg)},
+        {"IPv4, cfg", ZR_OP(HAL_ACL_ConvertIpv4InfoZr)(1, &none, nullptr)},
+        {"empty match", ZR_OP(HAL_ACL_EmptyMatchHandle)(1, nullptr)},
+        {"DMAC", ZR_OP(HAL_ACL_ConvertDMacZr)(1, nullptr, bytes, &cfg)},
+        {"DMAC, mask", ZR_OP(HAL_ACL_ConvertDMacZr)(1, bytes, nullptr, &cfg)},
+        {"DMAC, cfg", ZR_OP(HAL_ACL_ConvertDMacZr)(1, bytes, bytes, nullptr)},
+        {"SMAC", ZR_OP(HAL_ACL_ConvertSMacZr)(1, nullptr, bytes, &cfg)},
+        {"SMAC, mask", ZR_OP(HAL_ACL_ConvertSMacZr)(1, bytes, nullptr, &cfg)},
+        {"SMAC, cfg", ZR_OP(HAL_ACL_ConvertSMacZr)(1, bytes, bytes, nullptr)},
+        {"EtherType", ZR_OP(HAL_ACL_ConvertEthTypeZr)(1, 1, 1, nullptr)},
+        {"UDF", ZR_OP(HAL_ACL_ConvertUdfDataZr)(1, 41, 1, 1, nullptr)},
+        {"tag, match", ZR_OP(HAL_ACL_ConvertOuterVlanAndPriZr)(1, nullptr, &cfg)},
+        {"tag, cfg", ZR_OP(HAL_ACL_ConvertOuterVlanAndPriZr)(1, &none, nullptr)},
+        {"CAPWAP", ZR_OP(HAL_ACL_ConvertCapWapZr)(1, 29, nullptr, 1, &cfg)},
+        {"CAPWAP, cfg", ZR_OP(HAL_ACL_ConvertCapWapZr)(1, 30, bytes, 1, nullptr)},
+        {"DIP", ZR_OP(HAL_ACL_ConvertDstIpZr)(1, 1, 1, nullptr)},
+        {"SIP", ZR_OP(HAL_ACL_ConvertSrcIpZr)(1, 1, 1, nullptr)},
+        {"protocol", ZR_OP(HAL_ACL_ConvertIpProtocolZr)(1, 1, 1, nullptr)},
+        {"source port", ZR_OP(HAL_ACL_ConvertSrcPortZr)(1, 0, 1, 1, nullptr)},
+        {"destination port", ZR_OP(HAL_ACL_ConvertDstPortZr)(1, 1, 1, 1, nullptr)},
+    };
+    ZR_OP(HAL_ACL_FilterCfgToRuleZr)(nullptr, &raw);
+    ZR_OP(HAL_ACL_FilterCfgToRuleZr)(&match, nullptr);
+    ZR_OP(HAL_ACL_FieldToRuleCfgZr)(7, 1, 1, nullptr);
+    ZR_OP(HAL_ACL_MacFieldToRuleMacZr)(0, 1, 1, nullptr);
+    ZR_OP(HAL_ACL_FilterActToLswmActionZr)(nullptr, &act);
+    ZR_OP(HAL_ACL_FilterActToLswmActionZr)(&action, nullptr);
+    FilterAct filled{};
+    ZR_OP(HAL_ACL_ConvertFwdActionZr)(nullptr, &filled);
+    ZR_OP(HAL_ACL_ConvertFwdActionZr)(&policed, nullptr);
+
+    for (auto [what, status] : statuses)
+        EXPECT_EQ(status, uint32_t{LSW_NULL_POINTER}) << what;
+    EXPECT_EQ(dev.recorded().size(), 0U) << "neither memory nor SDK was asked";
+    EXPECT_EQ(cfg.head, nullptr);
+    EXPECT_EQ(wordsOf(match), Words{});
+    EXPECT_EQ(wordsOf(action), Words{});
+    EXPECT_EQ(wordsOf(filled), Words{});
+}
+
 TEST_F(AclConvertTest, TheActionBecomesSwitchesAndArguments)
 {
     const struct {

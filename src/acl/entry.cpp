@@ -29,67 +29,6 @@ struct ChipRule {
 
 // ---- adding -------------------------------------------------------------------------------------
 
-uint32_t HAL_ACL_GetEntryCntZr(uint32_t unit, const LswmAclMatch *match, const LswmAclAction *action,
-                               uint32_t *count)
-{
-    if (match == nullptr || action == nullptr || count == nullptr)
-        return LSW_NULL_POINTER;
-    ChipRule rule;
-    if (uint32_t ret = rule.convert(unit, match, action); ret != LSW_OK)
-        return ret;
-    uint32_t needed = 0;
-    const uint32_t ret = l2swFilterIgrAclRuleNumGet(unit, &rule.cfg, &rule.act, &needed);
-    *count = needed;
-    return ret != 0 ? LSW_CHIP_FAILED : LSW_OK;
-}
-
-uint32_t HAL_ACL_AddEntryZr(uint32_t unit, uint32_t firstChipId, const LswmAclMatch *match,
-                            const LswmAclAction *action, uint32_t *count)
-{
-    if (match == nullptr || action == nullptr || count == nullptr)
-        return LSW_NULL_POINTER;
-    ChipRule rule;
-    if (uint32_t ret = rule.convert(unit, match, action); ret != LSW_OK)
-        return ret;
-    uint32_t written = 0;
-    if (l2sw_filter_igrAcl_cfg_add(unit, firstChipId, &rule.cfg, &rule.act, &written) != 0)
-        return LSW_CHIP_FAILED;
-    *count = written;
-    return LSW_OK;
-}
-
-uint32_t ZR_ACL_AllocEntryId(uint32_t unit, uint32_t partition, uint32_t count, uint32_t *firstChipId)
-{
-    return COM_ACL_AllocChipRuleId(unit, partition, count, firstChipId);
-}
-
-uint32_t ZR_ACL_AssignCounterId(uint32_t unit, LswmAclAction *action)
-{
-    if (action == nullptr)
-        return LSW_NULL_POINTER;
-    if ((action->flags & LSWM_ACTION_COUNT) == 0)
-        return LSW_OK;
-    return COM_ACL_AllocChipCounter(unit, &action->counterId) != LSW_OK ? LSW_CHIP_FAILED : LSW_OK;
-}
-
-uint32_t ZR_ACL_SetRuleCounterMapEntry(uint32_t unit, uint32_t firstChipId, const LswmAclAction *action)
-{
-    if (action == nullptr)
-        return LSW_NULL_POINTER;
-    if ((action->flags & LSWM_ACTION_COUNT) == 0)
-        return LSW_OK;
-    return COM_ACL_SetRuleCounterMapEntry(unit, firstChipId, action->counterId, 1);
-}
-
-uint32_t ZR_ACL_SetRuleCarMapEntry(uint32_t unit, uint32_t firstChipId, const LswmAclAction *action)
-{
-    if (action == nullptr)
-        return LSW_NULL_POINTER;
-    if ((action->flags & LSWM_ACTION_CAR) == 0)
-        return LSW_OK;
-    return COM_ACL_SetRuleCarMapEntry(unit, firstChipId, static_cast<uint8_t>(action->carId), 1);
-}
-
 uint32_t ZR_ACL_AddEntry(uint32_t unit, LswmAclRule *rule, AclEntryPlace *place)
 {
     if (rule == nullptr || place == nullptr)
@@ -116,9 +55,19 @@ uint32_t ZR_ACL_AddEntry(uint32_t unit, LswmAclRule *rule, AclEntryPlace *place)
     return ZR_ACL_SetRuleCounterMapEntry(unit, firstChipId, action);
 }
 
-uint32_t ZR_ACL_SetRuleMapEntry(uint32_t unit, uint32_t logicRuleId, uint32_t firstChipId, uint32_t count)
+uint32_t HAL_ACL_AddEntryZr(uint32_t unit, uint32_t firstChipId, const LswmAclMatch *match,
+                            const LswmAclAction *action, uint32_t *count)
 {
-    return COM_ACL_SetRuleRecord(unit, logicRuleId, firstChipId, count);
+    if (match == nullptr || action == nullptr || count == nullptr)
+        return LSW_NULL_POINTER;
+    ChipRule rule;
+    if (uint32_t ret = rule.convert(unit, match, action); ret != LSW_OK)
+        return ret;
+    uint32_t written = 0;
+    if (l2sw_filter_igrAcl_cfg_add(unit, firstChipId, &rule.cfg, &rule.act, &written) != 0)
+        return LSW_CHIP_FAILED;
+    *count = written;
+    return LSW_OK;
 }
 
 uint32_t ZR_ACL_AddLogicEntry(uint32_t unit, LswmAclRule *rule, uint32_t *logicRuleId)
@@ -139,7 +88,70 @@ uint32_t ZR_ACL_AddLogicEntry(uint32_t unit, LswmAclRule *rule, uint32_t *logicR
     return LSW_OK;
 }
 
-// ---- reading back -------------------------------------------------------------------------------
+uint32_t ZR_ACL_AssignCounterId(uint32_t unit, LswmAclAction *action)
+{
+    if (action == nullptr)
+        return LSW_NULL_POINTER;
+    if ((action->flags & LSWM_ACTION_COUNT) == 0)
+        return LSW_OK;
+    return COM_ACL_AllocChipCounter(unit, &action->counterId) != LSW_OK ? LSW_CHIP_FAILED : LSW_OK;
+}
+
+uint32_t HAL_ACL_GetEntryCntZr(uint32_t unit, const LswmAclMatch *match, const LswmAclAction *action,
+                               uint32_t *count)
+{
+    if (match == nullptr || action == nullptr || count == nullptr)
+        return LSW_NULL_POINTER;
+    ChipRule rule;
+    if (uint32_t ret = rule.convert(unit, match, action); ret != LSW_OK)
+        return ret;
+    uint32_t needed = 0;
+    const uint32_t ret = l2swFilterIgrAclRuleNumGet(unit, &rule.cfg, &rule.act, &needed);
+    *count = needed;
+    return ret != 0 ? LSW_CHIP_FAILED : LSW_OK;
+}
+
+uint32_t ZR_ACL_AllocEntryId(uint32_t unit, uint32_t partition, uint32_t count, uint32_t *firstChipId)
+{
+    return COM_ACL_AllocChipRuleId(unit, partition, count, firstChipId);
+}
+
+uint32_t ZR_ACL_SetRuleCarMapEntry(uint32_t unit, uint32_t firstChipId, const LswmAclAction *action)
+{
+    if (action == nullptr)
+        return LSW_NULL_POINTER;
+    if ((action->flags & LSWM_ACTION_CAR) == 0)
+        return LSW_OK;
+    return COM_ACL_SetRuleCarMapEntry(unit, firstChipId, static_cast<uint8_t>(action->carId), 1);
+}
+
+uint32_t ZR_ACL_SetRuleCounterMapEntry(uint32_t unit, uint32_t firstChipId, const LswmAclAction *action)
+{
+    if (action == nullptr)
+        return LSW_NULL_POINTER;
+    if ((action->flags & LSWM_ACTION_COUNT) == 0)
+        return LSW_OK;
+    return COM_ACL_SetRuleCounterMapEntry(unit, firstChipId, action->counterId, 1);
+}
+
+uint32_t ZR_ACL_SetRuleMapEntry(uint32_t unit, uint32_t logicRuleId, uint32_t firstChipId, uint32_t count)
+{
+    return COM_ACL_SetRuleRecord(unit, logicRuleId, firstChipId, count);
+}
+
+// ---- reading back, removing ---------------------------------------------------------------------
+
+uint32_t ZR_ACL_GetEntry(uint32_t unit, uint32_t firstChipId, LswmAclRule *rule)
+{
+    if (rule == nullptr)
+        return LSW_NULL_POINTER;
+    AclRuleInfoView run;
+    if (COM_ACL_GetRuleInfoFromChipId(unit, firstChipId, &run) != LSW_OK)
+        return LSW_CHIP_FAILED;
+    if (uint32_t ret = HAL_ACL_GetEntryZr(unit, run.firstChipId, &rule->match, &rule->action); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "Chip 8 Get Entry unit:%u ifcid %u", unit, run.firstChipId);
+    return LSW_OK;
+}
 
 uint32_t HAL_ACL_GetEntryZr(uint32_t unit, uint32_t chipRuleId, LswmAclMatch *match, LswmAclAction *action)
 {
@@ -154,25 +166,6 @@ uint32_t HAL_ACL_GetEntryZr(uint32_t unit, uint32_t chipRuleId, LswmAclMatch *ma
         HAL_ACL_FilterActToLswmActionZr(action, &act);
     }
     return LSW_OK;
-}
-
-uint32_t ZR_ACL_GetEntry(uint32_t unit, uint32_t firstChipId, LswmAclRule *rule)
-{
-    if (rule == nullptr)
-        return LSW_NULL_POINTER;
-    AclRuleInfoView run;
-    if (COM_ACL_GetRuleInfoFromChipId(unit, firstChipId, &run) != LSW_OK)
-        return LSW_CHIP_FAILED;
-    if (uint32_t ret = HAL_ACL_GetEntryZr(unit, run.firstChipId, &rule->match, &rule->action); ret != LSW_OK)
-        return ZR_FAILED(ACL, ret, "Chip 8 Get Entry unit:%u ifcid %u", unit, run.firstChipId);
-    return LSW_OK;
-}
-
-// ---- removing -----------------------------------------------------------------------------------
-
-uint32_t HAL_ACL_DelEntryZr(uint32_t unit, uint32_t chipRuleId)
-{
-    return l2sw_filter_igrAcl_cfg_del(unit, chipRuleId) != 0 ? LSW_CHIP_FAILED : LSW_OK;
 }
 
 uint32_t ZR_ACL_DelEntry(uint32_t unit, uint32_t firstChipId)
@@ -192,4 +185,9 @@ uint32_t ZR_ACL_DelEntry(uint32_t unit, uint32_t firstChipId)
         return ZR_FAILED(ACL, ret, "COM_ACL_SetRuleCarMapEntryValid failed 1 unit %u ifcid %u", unit,
                          run.firstChipId);
     return COM_ACL_SetRuleCounterMapEntryValid(unit, run.firstChipId, 0);
+}
+
+uint32_t HAL_ACL_DelEntryZr(uint32_t unit, uint32_t chipRuleId)
+{
+    return l2sw_filter_igrAcl_cfg_del(unit, chipRuleId) != 0 ? LSW_CHIP_FAILED : LSW_OK;
 }

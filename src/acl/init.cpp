@@ -28,19 +28,19 @@ uint32_t setSelector(uint32_t unit, const FieldSelector &word)
 
 } // namespace
 
-uint32_t HAL_ACL_InitCapwapKeepaliveFiled(uint32_t unit)
+uint32_t ZR_ACL_Init(uint32_t unit)
 {
-    for (const FieldSelector &word : kCapwapWords)
-        if (setSelector(unit, word) != 0)
-            return LSW_CHIP_FAILED;
+    if (uint32_t ret = COM_ACL_RuleInfoInit(unit, ZR_ACL_RULES); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR ACL Ruleinfo init unitId = %u", unit);
+    if (uint32_t ret = COM_ACL_CounterInfoInit(unit, ZR_ACL_COUNTERS); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR ACL Counterinfo init unitId = %u", unit);
+    if (uint32_t ret = ZR_ACL_InitPartInfo(unit); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR ACL RulePartinfo init unitId = %u", unit);
+    if (uint32_t ret = ZR_ACL_InitLanWanDefualtPolicy(unit); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR ACL lan wan policy init unitId = %u", unit);
+    if (uint32_t ret = HAL_ACL_InitFieldSelectorZr(unit); ret != LSW_OK)
+        return ZR_FAILED(ACL, ret, "ZR ACL field selector init unitId = %u", unit);
     return LSW_OK;
-}
-
-uint32_t HAL_ACL_InitFieldSelectorZr(uint32_t unit)
-{
-    if (setSelector(unit, kUdfWord) != 0)
-        return LSW_CHIP_FAILED;
-    return HAL_ACL_InitCapwapKeepaliveFiled(unit);
 }
 
 uint32_t ZR_ACL_InitPartInfo(uint32_t unit)
@@ -55,17 +55,17 @@ uint32_t ZR_ACL_InitPartInfo(uint32_t unit)
     return LSW_OK;
 }
 
-uint32_t ZR_ACL_Init(uint32_t unit)
+uint32_t HAL_ACL_InitFieldSelectorZr(uint32_t unit)
 {
-    if (uint32_t ret = COM_ACL_RuleInfoInit(unit, ZR_ACL_RULES); ret != LSW_OK)
-        return ZR_FAILED(ACL, ret, "ZR ACL Ruleinfo init unitId = %u", unit);
-    if (uint32_t ret = COM_ACL_CounterInfoInit(unit, ZR_ACL_COUNTERS); ret != LSW_OK)
-        return ZR_FAILED(ACL, ret, "ZR ACL Counterinfo init unitId = %u", unit);
-    if (uint32_t ret = ZR_ACL_InitPartInfo(unit); ret != LSW_OK)
-        return ZR_FAILED(ACL, ret, "ZR ACL RulePartinfo init unitId = %u", unit);
-    if (uint32_t ret = ZR_ACL_InitLanWanDefualtPolicy(unit); ret != LSW_OK)
-        return ZR_FAILED(ACL, ret, "ZR ACL lan wan policy init unitId = %u", unit);
-    if (uint32_t ret = HAL_ACL_InitFieldSelectorZr(unit); ret != LSW_OK)
-        return ZR_FAILED(ACL, ret, "ZR ACL field selector init unitId = %u", unit);
+    if (setSelector(unit, kUdfWord) != 0)
+        return LSW_CHIP_FAILED;
+    return HAL_ACL_InitCapwapKeepaliveFiled(unit);
+}
+
+uint32_t HAL_ACL_InitCapwapKeepaliveFiled(uint32_t unit)
+{
+    for (const FieldSelector &word : kCapwapWords)
+        if (setSelector(unit, word) != 0)
+            return LSW_CHIP_FAILED;
     return LSW_OK;
 }

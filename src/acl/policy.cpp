@@ -15,8 +15,8 @@ struct AclLanWanPolicy {
 };
 AclLanWanPolicy g_AclLanWanPolicy[LSWM_UNITS];
 
-// What tells one default policy from the others. Values are numbers in the processor's byte order; a field
-// that its flags do not name stays 0.
+// What sets one default policy apart from the others. Values are in the processor's byte order; a field that
+// its flags do not name stays 0.
 struct Policy {
     uint32_t matchFlags;
     uint16_t etherType;
@@ -31,7 +31,7 @@ constexpr uint32_t kToUdpPort = LSWM_MATCH_IP_PROTOCOL | LSWM_MATCH_L4_DST_PORT;
 enum { kArp, kNtp, kDhcpRequest, kDhcpReply, kCoap };
 constexpr Policy kPolicies[] = {
     {LSWM_MATCH_ETHER_TYPE, 0x0806, 0, 0, 3}, // ARP
-    {kFromUdpPort, 0, 123, 0, 5},             // NTP answers
+    {kFromUdpPort, 0, 123, 0, 5},             // NTP from servers
     {kToUdpPort, 0, 0, 67, 4},                // DHCP to servers
     {kToUdpPort, 0, 0, 68, 4},                // DHCP to clients
     {kToUdpPort, 0, 0, 5683, 3},              // CoAP
@@ -66,7 +66,7 @@ LswmAclRule ruleOf(const Policy &policy)
     return rule;
 }
 
-// Installs a policy and lists it; a full list keeps the rule on the chip but does not follow its ports.
+// Installs a policy and lists it; once the list is full, a policy is installed but its ports are not updated.
 uint32_t install(uint32_t unit, const Policy &policy)
 {
     LswmAclRule rule = ruleOf(policy);
@@ -79,7 +79,7 @@ uint32_t install(uint32_t unit, const Policy &policy)
     return LSW_OK;
 }
 
-// Gives the port to, or takes it from, every listed policy.
+// Adds the port to, or removes it from, every listed policy.
 uint32_t updatePolicies(uint32_t (*change)(uint32_t unit, uint32_t firstChipId, const uint32_t *ports),
                         uint32_t unit, uint32_t port)
 {
@@ -100,6 +100,14 @@ uint32_t updatePolicies(uint32_t (*change)(uint32_t unit, uint32_t firstChipId, 
 }
 
 } // namespace
+
+uint32_t ZR_ACL_InitLanWanDefualtPolicy(uint32_t unit)
+{
+    for (const Policy &policy : kPolicies)
+        if (install(unit, policy) != LSW_OK)
+            return LSW_CHIP_FAILED;
+    return LSW_OK;
+}
 
 uint32_t ZR_ACL_InitLanWanARPPolicy(uint32_t unit)
 {
@@ -126,12 +134,11 @@ uint32_t ZR_ACL_InitLanWanCoapPolicy(uint32_t unit)
     return install(unit, kPolicies[kCoap]);
 }
 
-uint32_t ZR_ACL_InitLanWanDefualtPolicy(uint32_t unit)
+uint32_t ZR_ACL_UpdateLANWanPolicy(uint32_t unit, uint32_t port, uint32_t portType)
 {
-    for (const Policy &policy : kPolicies)
-        if (install(unit, policy) != LSW_OK)
-            return LSW_CHIP_FAILED;
-    return LSW_OK;
+    constexpr uint32_t kFacesWan = 1;
+    return portType == kFacesWan ? ZR_ACL_UpdateWanDefaultPolicy(unit, port)
+                                 : ZR_ACL_UpdateLANDefaultPolicy(unit, port);
 }
 
 uint32_t ZR_ACL_UpdateWanDefaultPolicy(uint32_t unit, uint32_t port)
@@ -142,11 +149,4 @@ uint32_t ZR_ACL_UpdateWanDefaultPolicy(uint32_t unit, uint32_t port)
 uint32_t ZR_ACL_UpdateLANDefaultPolicy(uint32_t unit, uint32_t port)
 {
     return updatePolicies(ZR_ACL_RemoveEntryPortmap, unit, port);
-}
-
-uint32_t ZR_ACL_UpdateLANWanPolicy(uint32_t unit, uint32_t port, uint32_t portType)
-{
-    constexpr uint32_t kFacesWan = 1;
-    return portType == kFacesWan ? ZR_ACL_UpdateWanDefaultPolicy(unit, port)
-                                 : ZR_ACL_UpdateLANDefaultPolicy(unit, port);
 }

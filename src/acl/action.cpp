@@ -46,6 +46,8 @@ constexpr uint32_t kReadBackPort16 = 1U << 16;
 
 void HAL_ACL_ConvertFwdActionZr(const LswmAclAction *action, FilterAct *act)
 {
+    if (action == nullptr || act == nullptr)
+        return;
     for (const auto &row : kForwarding) {
         if ((action->flags & row.flags) != 0) {
             act->*row.enable = 1;
@@ -72,6 +74,8 @@ void HAL_ACL_ConvertFwdActionZr(const LswmAclAction *action, FilterAct *act)
 
 void HAL_ACL_FilterActToLswmActionZr(LswmAclAction *action, const FilterAct *act)
 {
+    if (action == nullptr || act == nullptr)
+        return;
     for (const auto &row : kForwarding) {
         if (act->*row.enable != 0)
             action->flags |= row.flagsReadBack;

@@ -1,4 +1,4 @@
-// Match fields, chip to manager.
+// Match fields, chip to manager: the inverse of match_to_chip.cpp.
 #include "acl/acl.h"
 
 namespace
@@ -74,19 +74,20 @@ template <typename Row, size_t N> const Row *find(const Row (&rows)[N], uint32_t
 
 } // namespace
 
-void HAL_ACL_MacFieldToRuleMacZr(uint16_t part, uint16_t value, uint16_t mask, uint8_t *macAndMask)
+void HAL_ACL_FilterCfgToRuleZr(LswmAclMatch *match, const FilterCfgRaw *raw)
 {
-    if (part > 2)
+    if (match == nullptr || raw == nullptr)
         return;
-    uint8_t *mac = macAndMask + 4 - 2 * part;
-    mac[0] = highByte(value);
-    mac[1] = lowByte(value);
-    mac[6] = highByte(mask);
-    mac[7] = lowByte(mask);
+    for (uint32_t field = 0; field < SDK_RAW_FIELDS; ++field)
+        HAL_ACL_FieldToRuleCfgZr(raw->id[field], static_cast<uint16_t>(raw->value[field]),
+                                 static_cast<uint16_t>(raw->mask[field]), match);
+    match->portBitmap = raw->portBitmap;
 }
 
 void HAL_ACL_FieldToRuleCfgZr(uint32_t rawId, uint16_t value, uint16_t mask, LswmAclMatch *match)
 {
+    if (match == nullptr)
+        return;
     if (const MacField *mac = find(kMacFields, rawId)) {
         HAL_ACL_MacFieldToRuleMacZr(mac->part, value, mask, reinterpret_cast<uint8_t *>(match) + mac->offset);
         match->flags |= mac->flag;
@@ -112,10 +113,13 @@ void HAL_ACL_FieldToRuleCfgZr(uint32_t rawId, uint16_t value, uint16_t mask, Lsw
     }
 }
 
-void HAL_ACL_FilterCfgToRuleZr(LswmAclMatch *match, const FilterCfgRaw *raw)
+void HAL_ACL_MacFieldToRuleMacZr(uint16_t part, uint16_t value, uint16_t mask, uint8_t *macAndMask)
 {
-    for (uint32_t field = 0; field < SDK_RAW_FIELDS; ++field)
-        HAL_ACL_FieldToRuleCfgZr(raw->id[field], static_cast<uint16_t>(raw->value[field]),
-                                 static_cast<uint16_t>(raw->mask[field]), match);
-    match->portBitmap = raw->portBitmap;
+    if (part > 2 || macAndMask == nullptr)
+        return;
+    uint8_t *mac = macAndMask + 4 - 2 * part;
+    mac[0] = highByte(value);
+    mac[1] = lowByte(value);
+    mac[6] = highByte(mask);
+    mac[7] = lowByte(mask);
 }
