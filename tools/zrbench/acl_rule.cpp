@@ -60,7 +60,8 @@ constexpr Flag kValues[] = {
 
 [[noreturn]] void refuse(std::string_view name, const json &found, std::string_view expected)
 {
-    throw UsageError{fmt::format("{}: expected {}, found {}", name, expected, shown(found))};
+    throw ArgumentError{{fmt::format("expected {}, found {}", expected, shown(found))},
+                        name.empty() ? "" : fmt::format("/{}", name)};
 }
 
 // ---- numbers, addresses ---------------------------------------------------------------------
@@ -133,7 +134,7 @@ void storeMac(LswmAclMatch &match, size_t offset, std::string_view name, const j
         for (size_t i = 0; i < 6; ++i)
             reinterpret_cast<uint8_t *>(&match)[offset + i] = bytes[i].get<uint8_t>();
     } catch (const ArgumentError &error) {
-        throw UsageError{fmt::format("{}: {}", name, error.text)};
+        throw ArgumentError{{error.text}, fmt::format("/{}", name)};
     }
 }
 
@@ -143,24 +144,24 @@ void parseField(LswmAclMatch &match, const Field &field, const json &given)
 {
     json value = given;
     std::string mask;
+    bool masked = false;
     if (given.is_string()) {
         const auto text = given.get<std::string>();
         const size_t slash = text.find('/');
         value = text.substr(0, slash);
-        mask = slash == std::string::npos ? "" : text.substr(slash + 1);
+        masked = slash != std::string::npos;
+        mask = masked ? text.substr(slash + 1) : "";
     }
     match.flags |= field.flag;
     if (field.form == Form::Mac) {
         storeMac(match, field.value, field.name, value);
-        storeMac(match, field.mask, field.name, mask.empty() ? "ff:ff:ff:ff:ff:ff" : mask);
+        storeMac(match, field.mask, field.name, !masked ? "ff:ff:ff:ff:ff:ff" : mask);
         return;
     }
     const bool ip = field.form == Form::Ip && value.is_string();
     const uint32_t most = field.form == Form::Capwap ? 0xFFFFFFFF : field.whole;
     const std::optional<uint32_t> number = ip ? parseIp(value.get<std::string>()) : asNumber(value);
-    const std::optional<uint32_t> bits = mask.empty() ? field.whole
-                                         : ip         ? parseIpMask(mask)
-                                                      : parseNumber(mask);
+    const std::optional<uint32_t> bits = !masked ? field.whole : ip ? parseIpMask(mask) : parseNumber(mask);
     if (!number || !bits || *number > most || *bits > field.whole)
         refuse(field.name, given,
                ip ? "192.0.2.1, 192.0.2.0/24 or 192.0.2.0/255.255.255.0"
@@ -239,8 +240,9 @@ bool parseAction(LswmAclAction &action, const std::string &name, const json &val
     if (name == "forward") {
         action.flags |= forwardFlags(value);
     } else if (name == "count") {
-        if (value != json(false))
-            action.flags |= LSWM_ACTION_COUNT;
+        if (!value.is_boolean())
+            refuse(name, value, "true or false");
+        action.flags |= value.get<bool>() ? LSWM_ACTION_COUNT : 0;
     } else if (name == "car") {
         action.flags |= LSWM_ACTION_CAR;
         action.carId = number(name, value, kAny);
@@ -302,14 +304,19 @@ LswmAclRule parseRule(const json &rule)
 {
     LswmAclRule record{};
     if (!rule.is_object())
-        refuse("rule", rule, "an object such as {\"etherType\": \"0x0806\", \"forward\": \"c\"}");
+        refuse("", rule, "an object such as {\"etherType\": \"0x0806\", \"forward\": \"c\"}");
     for (const auto &[name, value] : rule.items()) {
         if (name == "partition")
             record.partition = number(name, value, 0xFFFFFFFF);
         else if (!parseMatch(record.match, name, value) && !parseAction(record.action, name, value))
-            throw UsageError{fmt::format("a rule has no \"{}\"; it has {}", name, ruleNames())};
+            throw UsageError{fmt::format("a rule has no {}; it has {}", shown(name), ruleNames())};
     }
     return record;
+}
+
+void checkRule(const json &rule)
+{
+    parseRule(rule);
 }
 
 nlohmann::ordered_json showRule(const LswmAclRule &rule)

@@ -16,11 +16,12 @@
 namespace zrbench
 {
 
-// Throws UsageError for a name that a rule does not have and for a value that does not fit.
+// Throws UsageError for a name that a rule does not have, ArgumentError for a value that does not fit; its
+// argument is the place within the rule: "/vlan".
 LswmAclRule parseRule(const nlohmann::json &rule);
+void checkRule(const nlohmann::json &rule);
 
-// What a rule that was read back says, in the same form: the match first. A counter appears as "count": its
-// number.
+// A rule that was read back, in the same form, the match first; "count" is the number of its counter.
 nlohmann::ordered_json showRule(const LswmAclRule &rule);
 
 // On one line: "etherType=0x0806 forward=c".

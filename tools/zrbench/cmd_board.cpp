@@ -1,6 +1,9 @@
+// The world around the chips: the board's interpreter, and the environment. A desktop's numeric environment
+// is the process's own.
 #include <cstdlib>
 
-#include "tools/zrbench/command.h"
+#include "tools/zrbench/rows.h"
+#include "tools/zrbench/values.h"
 
 namespace zrbench
 {
@@ -8,36 +11,53 @@ namespace zrbench
 namespace
 {
 
-// A desktop's numeric environment is the process's own.
+void checkName(const nlohmann::json &name)
+{
+    const auto text = name.get<std::string>();
+    if (text.empty() || text.find('=') != std::string::npos)
+        throw UsageError{"expected the name of an environment variable, found " + shown(name)};
+}
+
+void checkAssignment(const nlohmann::json &assignment)
+{
+    if (const size_t equals = assignment.get<std::string>().find('=');
+        equals == std::string::npos || equals == 0)
+        throw UsageError{"expected NAME=VALUE, found " + shown(assignment)};
+}
+
+Outcome set(Session &, const Arguments &a)
+{
+    const std::string text = a.text("name");
+    const size_t equals = text.find('=');
+    setenv(text.substr(0, equals).c_str(), text.substr(equals + 1).c_str(), 1);
+    return Outcome::shown("");
+}
+
+Outcome unset(Session &, const Arguments &a)
+{
+    unsetenv(a.text("name").c_str());
+    return Outcome::shown("");
+}
+
 const Command kCommands[] = {
     {"board",
-     {{"unit", Type::Unit}, {"line", Type::Text}},
+     {kUnit, {"line", Type::Text}},
      "runs a line of the board's interpreter and shows what it prints: cables, frames, revisions; try \"board "
      "0 help\"",
      "",
-     [](Bench &bench, const Arguments &a) {
-         return Outcome::shown(bench.board(a.number("unit"), a.text("line")));
+     [](Session &session, const Arguments &a) {
+         return Outcome::shown(session.board(a.number("unit"), a.text("line")));
      }},
     {"env set",
-     {{"name", Type::Text}},
+     {{.name = "name", .type = Type::Text, .check = checkAssignment}},
      "sets an environment variable: NAME=VALUE",
      "",
-     [](Bench &, const Arguments &a) {
-         const std::string text = a.text("name");
-         const size_t equals = text.find('=');
-         if (equals == std::string::npos || equals == 0)
-             throw UsageError{"expected NAME=VALUE, found \"" + text + "\""};
-         setenv(text.substr(0, equals).c_str(), text.substr(equals + 1).c_str(), 1);
-         return Outcome::shown("");
-     }},
+     set},
     {"env unset",
-     {{"name", Type::Text}},
+     {{.name = "name", .type = Type::Text, .check = checkName}},
      "removes an environment variable",
      "",
-     [](Bench &, const Arguments &a) {
-         unsetenv(a.text("name").c_str());
-         return Outcome::shown("");
-     }},
+     unset},
 };
 
 } // namespace

@@ -1,9 +1,8 @@
+// Meters of the rate-limit table.
 #include <fmt/format.h>
 
-#include "platform/manager.h"
 #include "qos/hsec.h"
-#include "tools/zrbench/qos_commands.h"
-#include "tools/zrbench/slots.h"
+#include "tools/zrbench/rows.h"
 
 namespace zrbench
 {
@@ -11,75 +10,66 @@ namespace zrbench
 namespace
 {
 
-constexpr Argument kUnit{"unit", Type::Unit};
-constexpr Argument kType{"type", Type::Number, {}, true};
-constexpr Argument kLogic{"logic", Type::Number};
-constexpr Argument kChip{"chip", Type::Number};
-constexpr Argument kMode{"mode", Type::Number};
-constexpr Argument kRate{"rate", Type::Number};
-constexpr Argument kBucket{"bucket", Type::Number};
-
-const ZrHsecOps &hsec(Bench &bench)
-{
-    return *bench.tables().hsec;
-}
-
-uint32_t typeOf(const Arguments &a)
-{
-    return a.number("type", ZR_HSEC_CAR_METER_TYPE);
-}
-
-// Draws identifiers, programs the chip meter and records the pair, as the manager does with several slots.
-Outcome addMeter(Bench &bench, const Arguments &a)
+// Allocates identifiers, programs the chip meter and records the pair, as the manager does with several slots.
+Outcome addMeter(Session &session, const Arguments &a)
 {
     const uint32_t unit = a.number("unit");
     uint32_t logic = 0;
     uint32_t chip = 0;
-    if (uint32_t ret = need(hsec(bench).allocMeterId, "HSEC 11")(unit, typeOf(a), &logic, &chip); ret != LSW_OK)
-        return Outcome::of(ret);
-    const LswmCar car{a.number("mode"), a.number("rate"), a.number("bucket")};
-    if (uint32_t ret = need(hsec(bench).configCar, "HSEC 8")(static_cast<uint8_t>(unit), chip, &car);
+    if (uint32_t ret = session.slot(&ZrHsecOps::allocMeterId)(unit, a.number("type"), &logic, &chip);
         ret != LSW_OK)
         return Outcome::of(ret);
-    Outcome outcome = Outcome::of(need(hsec(bench).setMeterEntry, "HSEC 5")(unit, typeOf(a), logic, chip));
-    return outcome.status == LSW_OK ? outcome.out("logic", logic).out("chip", chip) : outcome;
+    const LswmCar car{a.number("mode"), a.number("rate"), a.number("bucket")};
+    if (uint32_t ret = session.slot(&ZrHsecOps::configCar)(static_cast<uint8_t>(unit), chip, &car);
+        ret != LSW_OK)
+        return Outcome::of(ret);
+    Outcome outcome = Outcome::of(session.slot(&ZrHsecOps::setMeterEntry)(unit, a.number("type"), logic, chip));
+    return outcome.out("logic", logic).out("chip", chip);
 }
 
-// Turns a logic meter off and gives its identifiers back.
-Outcome removeMeter(Bench &bench, const Arguments &a)
+// Switches a logic meter off and releases its identifiers.
+Outcome removeMeter(Session &session, const Arguments &a)
 {
     const uint32_t unit = a.number("unit");
     const uint32_t logic = a.number("logic");
     uint32_t chip = 0;
-    if (uint32_t ret = need(hsec(bench).logicMeterToChipMeter, "HSEC 1")(unit, typeOf(a), logic, &chip);
+    if (uint32_t ret = session.slot(&ZrHsecOps::logicMeterToChipMeter)(unit, a.number("type"), logic, &chip);
         ret != LSW_OK)
         return Outcome::of(ret);
-    if (uint32_t ret = need(hsec(bench).delCar, "HSEC 9")(unit, chip); ret != LSW_OK)
+    if (uint32_t ret = session.slot(&ZrHsecOps::delCar)(unit, chip); ret != LSW_OK)
         return Outcome::of(ret);
-    return Outcome::of(need(hsec(bench).releaseRecord, "HSEC 6")(unit, typeOf(a), logic));
+    return Outcome::of(session.slot(&ZrHsecOps::releaseRecord)(unit, a.number("type"), logic));
 }
 
-Outcome getCar(Bench &bench, const Arguments &a)
+Outcome getCar(Session &session, const Arguments &a)
 {
     LswmCar car{};
-    Outcome outcome = Outcome::of(hsec(bench).getCar(a.number("unit"), a.number("chip"), &car));
-    if (outcome.status == LSW_OK)
-        outcome.out("mode", car.mode).out("rate", car.rate).out("chipBucket", car.bucket);
-    return outcome;
+    return Outcome::of(session.slot(&ZrHsecOps::getCar)(a.number("unit"), a.number("chip"), &car))
+        .out("mode", car.mode)
+        .out("rate", car.rate)
+        .out("chipBucket", car.bucket);
 }
 
-Outcome setCar(Bench &bench, const Arguments &a)
+Outcome setCar(Session &session, const Arguments &a)
 {
     const LswmCar car{a.number("mode"), a.number("rate"), a.number("bucket")};
-    return Outcome::of(hsec(bench).configCar(static_cast<uint8_t>(a.number("unit")), a.number("chip"), &car));
+    return Outcome::of(
+        session.slot(&ZrHsecOps::configCar)(static_cast<uint8_t>(a.number("unit")), a.number("chip"), &car));
 }
 
-Outcome listMeters(Bench &bench, const Arguments &a)
+Outcome getHits(Session &session, const Arguments &a)
+{
+    LswmCounter counter{};
+    return Outcome::of(session.slot(&ZrHsecOps::getStat)(a.number("unit"), a.number("rule"), &counter))
+        .out("hits", counter.count);
+}
+
+Outcome listMeters(Session &session, const Arguments &a)
 {
     const uint32_t unit = a.number("unit");
-    const auto inUse = need(hsec(bench).isLogicMeterInUse, "HSEC 0");
-    const auto chipOf = need(hsec(bench).logicMeterToChipMeter, "HSEC 1");
-    const auto get = need(hsec(bench).getCar, "HSEC 7");
+    const auto inUse = session.slot(&ZrHsecOps::isLogicMeterInUse);
+    const auto chipOf = session.slot(&ZrHsecOps::logicMeterToChipMeter);
+    const auto get = session.slot(&ZrHsecOps::getCar);
     TextTable table({"LOGIC", "CHIP", "MODE", "RATE", "CHIP BUCKET"});
     for (uint32_t logic = 0; logic < ZR_HSEC_CAR_METERS; ++logic) {
         uint32_t chip = 0;
@@ -93,20 +83,23 @@ Outcome listMeters(Bench &bench, const Arguments &a)
     return Outcome::shown(table.text());
 }
 
+constexpr Argument kType{.name = "type", .optional = true, .otherwise = ZR_HSEC_CAR_METER_TYPE};
+constexpr Argument kLogic{"logic"};
+constexpr Argument kChip{"chip"};
+constexpr Argument kMode{"mode"};
+constexpr Argument kRate{"rate"};
+constexpr Argument kBucket{"bucket"};
+
 const Command kCommands[] = {
-    {"meter init",
-     {kUnit},
-     "initialises the meter records",
-     "HSEC 13",
-     [](Bench &bench, const Arguments &a) { return Outcome::of(hsec(bench).init(a.number("unit"))); }},
+    slotRow("meter init", &ZrHsecOps::init, {kUnit}, "initialises the meter records"),
     {"meter add",
-     {kUnit, kMode, kRate, kBucket, kType},
-     "draws, programs and records a meter",
+     {kByteUnit, kMode, kRate, kBucket, kType},
+     "allocates, programs and records a meter",
      "HSEC 11, 8, 5",
      addMeter},
     {"meter remove",
      {kUnit, kLogic, kType},
-     "turns a meter off and frees its identifiers",
+     "switches a meter off and releases its identifiers",
      "HSEC 1, 9, 6",
      removeMeter},
     {"meter list",
@@ -114,108 +107,36 @@ const Command kCommands[] = {
      "shows the recorded meters and what is programmed in them",
      "HSEC 0, 1, 7",
      listMeters},
-    {"meter show",
-     {kUnit, kChip, {"bytes", Type::Number, {}, true}},
-     "measures the burst and rate that a chip meter really lets through, with frames of 500 or so many bytes",
-     "",
-     [](Bench &bench, const Arguments &a) {
-         return measured(bench, a, fmt::format("meter {} {}", a.number("chip"), a.number("bytes", 500)));
-     }},
-    {"meter inuse",
-     {kUnit, kLogic, kType},
-     "tells whether a logic meter is taken",
-     "HSEC 0",
-     [](Bench &bench, const Arguments &a) {
-         Outcome outcome = Outcome::shown("");
-         return outcome.out("inUse",
-                            hsec(bench).isLogicMeterInUse(a.number("unit"), typeOf(a), a.number("logic")));
-     }},
-    {"meter chip",
-     {kUnit, kLogic, kType},
-     "finds the chip meter of a logic meter",
-     "HSEC 1",
-     [](Bench &bench, const Arguments &a) {
-         uint32_t chip = 0;
-         Outcome outcome = Outcome::of(
-             hsec(bench).logicMeterToChipMeter(a.number("unit"), typeOf(a), a.number("logic"), &chip));
-         return outcome.status == LSW_OK ? outcome.out("chip", chip) : outcome;
-     }},
-    {"meter logic",
-     {kUnit, kChip, kType},
-     "finds the logic meter of a chip meter",
-     "HSEC 2",
-     [](Bench &bench, const Arguments &a) {
-         uint32_t logic = 0;
-         Outcome outcome = Outcome::of(
-             hsec(bench).chipMeterToLogicMeter(a.number("unit"), typeOf(a), a.number("chip"), &logic));
-         return outcome.status == LSW_OK ? outcome.out("logic", logic) : outcome;
-     }},
-    {"meter entry",
-     {kUnit, {"entry", Type::Number}, kType},
-     "gives the logic meter of an entry identifier",
-     "HSEC 3",
-     [](Bench &bench, const Arguments &a) {
-         uint32_t logic = 0;
-         Outcome outcome = Outcome::of(
-             hsec(bench).entryIdToLogicMeter(a.number("unit"), typeOf(a), a.number("entry"), &logic));
-         return outcome.status == LSW_OK ? outcome.out("logic", logic) : outcome;
-     }},
+    measuredRow("meter show", "meter", {kUnit, kChip, {.name = "bytes", .optional = true, .otherwise = 500}},
+                "measures the burst and rate that a chip meter really passes, with frames of BYTES (500)"),
+    inUseRow(slotRow("meter inuse", &ZrHsecOps::isLogicMeterInUse, {kUnit, kType, kLogic},
+                     "shows whether a logic meter is in use")),
+    slotRow("meter chip", &ZrHsecOps::logicMeterToChipMeter, {kUnit, kType, kLogic, kChip},
+            "finds the chip meter of a logic meter"),
+    slotRow("meter logic", &ZrHsecOps::chipMeterToLogicMeter, {kUnit, kType, kChip, kLogic},
+            "finds the logic meter of a chip meter"),
+    slotRow("meter entry", &ZrHsecOps::entryIdToLogicMeter, {kUnit, kType, "entry", kLogic},
+            "shows the logic meter of an entry identifier"),
     {"meter hits",
-     {kUnit, {"rule", Type::Number}},
+     {kUnit, {"rule"}},
      "reads the hit counter of an ACL rule by its first chip rule id",
-     "HSEC 4",
-     [](Bench &bench, const Arguments &a) {
-         LswmCounter counter{};
-         Outcome outcome = Outcome::of(hsec(bench).getStat(a.number("unit"), a.number("rule"), &counter));
-         return outcome.status == LSW_OK ? outcome.out("hits", counter.count) : outcome;
-     }},
-    {"meter record",
-     {kUnit, kLogic, kChip, kType},
-     "records which chip meter backs a logic meter",
-     "HSEC 5",
-     [](Bench &bench, const Arguments &a) {
-         return Outcome::of(
-             hsec(bench).setMeterEntry(a.number("unit"), typeOf(a), a.number("logic"), a.number("chip")));
-     }},
-    {"meter release",
-     {kUnit, kLogic, kType},
-     "frees a logic meter and its chip meter",
-     "HSEC 6",
-     [](Bench &bench, const Arguments &a) {
-         return Outcome::of(hsec(bench).releaseRecord(a.number("unit"), typeOf(a), a.number("logic")));
-     }},
-    {"meter get", {kUnit, kChip}, "reads a chip meter back", "HSEC 7", getCar},
+     slotLabel(&ZrHsecOps::getStat),
+     getHits},
+    slotRow("meter record", &ZrHsecOps::setMeterEntry, {kUnit, kType, kLogic, kChip},
+            "records which chip meter backs a logic meter"),
+    slotRow("meter release", &ZrHsecOps::releaseRecord, {kUnit, kType, kLogic},
+            "releases a logic meter and its chip meter"),
+    {"meter get", {kUnit, kChip}, "reads a chip meter back", slotLabel(&ZrHsecOps::getCar), getCar},
     {"meter set",
-     {kUnit, kChip, kMode, kRate, kBucket},
+     {kByteUnit, kChip, kMode, kRate, kBucket},
      "programs a chip meter: mode 1 passes the rate, any other is mode 0",
-     "HSEC 8",
+     slotLabel(&ZrHsecOps::configCar),
      setCar},
-    {"meter delete",
-     {kUnit, kChip},
-     "ends the use of a chip meter",
-     "HSEC 9",
-     [](Bench &bench, const Arguments &a) {
-         return Outcome::of(hsec(bench).delCar(a.number("unit"), a.number("chip")));
-     }},
-    {"meter alloc",
-     {kUnit, kType},
-     "chooses a free logic and a free chip meter, without taking them",
-     "HSEC 11",
-     [](Bench &bench, const Arguments &a) {
-         uint32_t logic = 0;
-         uint32_t chip = 0;
-         Outcome outcome = Outcome::of(hsec(bench).allocMeterId(a.number("unit"), typeOf(a), &logic, &chip));
-         return outcome.status == LSW_OK ? outcome.out("logic", logic).out("chip", chip) : outcome;
-     }},
-    {"meter alloc-chip",
-     {kUnit, kType},
-     "chooses a free chip meter, without taking it",
-     "HSEC 12",
-     [](Bench &bench, const Arguments &a) {
-         uint32_t chip = 0;
-         Outcome outcome = Outcome::of(hsec(bench).allocChipMeter(a.number("unit"), typeOf(a), &chip));
-         return outcome.status == LSW_OK ? outcome.out("chip", chip) : outcome;
-     }},
+    slotRow("meter delete", &ZrHsecOps::delCar, {kUnit, kChip}, "ends the use of a chip meter"),
+    slotRow("meter alloc", &ZrHsecOps::allocMeterId, {kUnit, kType, kLogic, kChip},
+            "chooses a free logic and a free chip meter, without taking them"),
+    slotRow("meter alloc-chip", &ZrHsecOps::allocChipMeter, {kUnit, kType, kChip},
+            "chooses a free chip meter, without taking it"),
 };
 
 } // namespace

@@ -1,7 +1,7 @@
 // Counters, diagnostics and isolation of ports.
 #include <fmt/format.h>
 
-#include "tools/zrbench/command.h"
+#include "tools/zrbench/rows.h"
 
 namespace zrbench
 {
@@ -9,33 +9,18 @@ namespace zrbench
 namespace
 {
 
-std::string hex(uint32_t value, unsigned digits)
+std::string hex(uint32_t value)
 {
-    return fmt::format("{:#0{}x}", value, digits + 2);
-}
-
-// Bit n = port n: what the first word of a port map can hold.
-uint32_t portMap(const std::vector<uint32_t> &ports)
-{
-    uint32_t map = 0;
-    for (uint32_t port : ports) {
-        if (port > 31)
-            throw UsageError{fmt::format("expected ports from 0 to 31, found {}", port)};
-        map |= 1U << port;
-    }
-    return map;
+    return fmt::format("{:#06x}", value);
 }
 
 // PHY register argument: page in the upper, register number in the lower 16 bits.
 uint32_t pagedRegister(const Arguments &a)
 {
-    const uint32_t page = a.number("page", 0);
-    if (a.number("register") > 0xFFFF || page > 0xFFFF)
-        throw UsageError{"expected a register and a page of 16 bits each"};
-    return page << 16 | a.number("register");
+    return a.number("page") << 16 | a.number("register");
 }
 
-// What is known of a counter besides its number.
+// What a counter stands for, where it is known.
 std::string_view counterNote(size_t counter)
 {
     switch (counter) {
@@ -50,19 +35,17 @@ std::string_view counterNote(size_t counter)
     }
 }
 
-Outcome statistics(Bench &bench, const Arguments &a)
+constexpr uint32_t kCounters = std::extent_v<decltype(LswmPortStatistics::counter)>;
+
+Outcome statistics(Session &session, const Arguments &a)
 {
     LswmPortStatistics record{};
-    constexpr uint32_t kCounters = sizeof record.counter / sizeof record.counter[0];
-    const uint32_t only = a.number("counter", 0);
-    if (only >= kCounters)
-        throw UsageError{fmt::format("expected a counter from 0 to {}, found {}", kCounters - 1, only)};
     Outcome outcome =
-        Outcome::of(bench.tables().port->getStatistics(a.number("unit"), a.number("port"), &record));
-    if (outcome.status != 0)
+        Outcome::of(session.slot(&ZrPortOps::getStatistics)(a.number("unit"), a.number("port"), &record));
+    if (outcome.status != LSW_OK)
         return outcome;
     if (a.has("counter"))
-        return outcome.out("value", record.counter[only]);
+        return outcome.out("value", record.counter[a.number("counter")]);
     TextTable table({"COUNTER", "VALUE", ""});
     uint32_t counting = 0;
     for (uint32_t counter = 0; counter < kCounters; ++counter) {
@@ -76,231 +59,142 @@ Outcome statistics(Bench &bench, const Arguments &a)
     return outcome;
 }
 
-// A text operation's buffer of the size asked for, by default large enough.
-class TextBuffer
+// The buffer of an operation that writes text, of the size asked for; the text from `offset` on. A buffer of
+// size 0 is not terminated by the library.
+Outcome textOf(const Arguments &a, size_t offset, auto operation)
 {
-public:
-    explicit TextBuffer(const Arguments &a) : size_(a.number("size", 2048))
-    {
-        constexpr uint32_t kMost = 1 << 20;
-        if (size_ > kMost)
-            throw UsageError{fmt::format("expected a size up to {}, found {}", kMost, size_)};
-        bytes_.resize(size_ + 1); // a buffer of size 0 is not terminated by the library
-    }
-    char *data() { return bytes_.data(); }
-    uint32_t size() const { return size_; }
-    std::string text(uint32_t offset = 0) const
-    {
-        return offset < size_ ? bytes_.c_str() + offset : std::string();
-    }
-
-private:
-    uint32_t size_;
-    std::string bytes_;
-};
-
-Outcome debugDump(Bench &bench, const Arguments &a)
-{
-    TextBuffer buffer(a);
-    Outcome outcome = Outcome::of(
-        bench.tables().port->getDebugInfo(a.number("unit"), a.number("port"), buffer.data(), buffer.size()));
-    outcome.text = buffer.text();
+    const uint32_t size = a.number("size");
+    std::string buffer(size + 1, '\0');
+    Outcome outcome = Outcome::of(operation(buffer.data(), size));
+    outcome.text = offset < size ? buffer.c_str() + offset : "";
     return outcome;
 }
 
-Outcome linkDownRegisters(Bench &bench, const Arguments &a)
+Outcome debugDump(Session &session, const Arguments &a)
 {
-    TextBuffer buffer(a);
-    const uint32_t offset = a.number("offset", 0);
-    Outcome outcome = Outcome::of(bench.tables().port->getLinkDownPhyReg(a.number("unit"), a.number("port"),
-                                                                         buffer.data(), buffer.size(), offset));
-    outcome.text = buffer.text(offset) + "\n"; // the text is one line and has no end of its own
+    return textOf(a, 0, [&](char *buffer, uint32_t size) {
+        return session.slot(&ZrPortOps::getDebugInfo)(a.number("unit"), a.number("port"), buffer, size);
+    });
+}
+
+Outcome linkDownRegisters(Session &session, const Arguments &a)
+{
+    const uint32_t offset = a.number("offset");
+    Outcome outcome = textOf(a, offset, [&](char *buffer, uint32_t size) {
+        return session.slot(&ZrPortOps::getLinkDownPhyReg)(a.number("unit"), a.number("port"), buffer, size,
+                                                           offset);
+    });
+    outcome.text += "\n"; // the text is one line without an end of its own
     return outcome;
 }
 
-Outcome snr(Bench &bench, const Arguments &a)
+Outcome snr(Session &session, const Arguments &a)
 {
     LswmPortSnr record{};
-    Outcome outcome = Outcome::of(bench.tables().port->getSnr(a.number("unit"), a.number("port"), &record));
-    if (outcome.status == 0)
-        outcome.out("a", record.snrA)
-            .out("b", record.snrB)
-            .out("c", record.snrC)
-            .out("d", record.snrD)
-            .out("status", record.status)
-            .out("trap", record.trap);
-    return outcome;
+    return Outcome::of(session.slot(&ZrPortOps::getSnr)(a.number("unit"), a.number("port"), &record))
+        .out("a", record.snrA)
+        .out("b", record.snrB)
+        .out("c", record.snrC)
+        .out("d", record.snrD)
+        .out("status", record.status)
+        .out("trap", record.trap);
 }
 
-Outcome phyRead(Bench &bench, const Arguments &a)
+Outcome phyRead(Session &session, const Arguments &a)
 {
     uint16_t value = 0;
-    Outcome outcome = Outcome::of(
-        bench.tables().port->regRead(a.number("unit"), a.number("port"), 0, pagedRegister(a), &value));
-    if (outcome.status == 0)
-        outcome.out("value", hex(value, 4));
-    return outcome;
+    return Outcome::of(session.slot(&ZrPortOps::regRead)(a.number("unit"), a.number("port"), 0,
+                                                         pagedRegister(a), &value))
+        .out("value", hex(value));
 }
 
-Outcome phyWrite(Bench &bench, const Arguments &a)
+Outcome phyWrite(Session &session, const Arguments &a)
 {
-    const uint32_t value = a.number("value");
-    if (value > 0xFFFF)
-        throw UsageError{fmt::format("expected a value of 16 bits, found {:#x}", value)};
-    return Outcome::of(bench.tables().port->regWrite(a.number("unit"), a.number("port"), 0, pagedRegister(a),
-                                                     static_cast<uint16_t>(value)));
+    return Outcome::of(session.slot(&ZrPortOps::regWrite)(
+        a.number("unit"), a.number("port"), 0, pagedRegister(a), static_cast<uint16_t>(a.number("value"))));
 }
 
-Outcome khCheck(Bench &bench, const Arguments &a)
-{
-    uint32_t intact = 0;
-    Outcome outcome = Outcome::of(bench.tables().port->getKhCheck(a.number("unit"), a.number("port"), &intact));
-    return outcome.status == 0 ? outcome.out("intact", intact) : outcome;
-}
-
-Outcome chipId(Bench &bench, const Arguments &a)
-{
-    uint32_t identifier = 0;
-    Outcome outcome =
-        Outcome::of(bench.tables().port->getChipId(a.number("unit"), a.number("port"), &identifier));
-    return outcome.status == 0 ? outcome.out("identifier", hex(identifier, 4)) : outcome;
-}
-
-uint32_t onOff(const Arguments &a)
-{
-    return a.text("isolate") == "on" ? 1 : 0;
-}
-
-Outcome setIsolate(Bench &bench, const Arguments &a)
-{
-    const uint32_t map = portMap(a.ports("from"));
-    return Outcome::of(bench.tables().port->setIsolate(a.number("unit"), a.number("port"), &map, onOff(a)));
-}
-
-Outcome isolateMap(Bench &bench, const Arguments &a)
+Outcome setIsolate(Session &session, const Arguments &a)
 {
     uint32_t map = 0;
-    Outcome outcome = Outcome::of(bench.tables().port->getIsolateMap(a.number("unit"), a.number("port"), &map));
-    return outcome.status == 0 ? outcome.out("from", showPorts(map)) : outcome;
+    for (const uint32_t port : a.ports("from"))
+        map |= 1U << port;
+    return Outcome::of(
+        session.slot(&ZrPortOps::setIsolate)(a.number("unit"), a.number("port"), &map, a.number("isolate")));
 }
 
-// The board's own stimuli, typed.
-Outcome traffic(Bench &bench, const Arguments &a)
-{
-    return Outcome::shown(bench.board(
-        a.number("unit"), fmt::format("traffic {} {} {} {} {}", a.number("port"), a.text("direction"),
-                                      a.text("kind"), a.number("frames"), a.number("bytes", 64))));
-}
+constexpr Argument kSize{.name = "size", .optional = true, .otherwise = 2048, .most = 1 << 20};
+constexpr Argument kRegister{.name = "register", .most = UINT16_MAX};
+constexpr Argument kPage{.name = "page", .optional = true, .most = UINT16_MAX};
+constexpr Argument kIsolate{"isolate", Type::Word, "off|on"};
+constexpr Argument kFrames{"frames"};
 
-Outcome forward(Bench &bench, const Arguments &a)
-{
-    return Outcome::shown(bench.board(a.number("unit"), fmt::format("forward {} {} {}", a.number("from"),
-                                                                    a.number("to"), a.number("frames"))));
-}
-
-Outcome odrop(Bench &bench, const Arguments &a)
-{
-    return Outcome::shown(
-        bench.board(a.number("unit"), fmt::format("odrop {} {}", a.number("port"), a.number("frames"))));
-}
-
-constexpr Argument kUnit = {"unit", Type::Unit};
-constexpr Argument kPort = {"port", Type::Port};
-constexpr Argument kSize = {"size", Type::Number, {}, true};
+const Command kCommands[] = {
+    {"port stats",
+     {kUnit, kPort, {.name = "counter", .optional = true, .most = kCounters - 1}},
+     "shows the counters of a port that are not 0, or the value of one",
+     slotLabel(&ZrPortOps::getStatistics),
+     statistics},
+    slotRow("port clear", &ZrPortOps::clearStatistics, {kUnit, kPort}, "clears the counters of a port"),
+    {"port dump",
+     {kUnit, kPort, kSize},
+     "shows the debug dump of a port, read into a buffer of SIZE bytes",
+     slotLabel(&ZrPortOps::getDebugInfo),
+     debugDump},
+    {"port linkdown",
+     {kUnit, kPort, kSize, {.name = "offset", .optional = true}},
+     "shows the PHY registers that tell why a link is down, read into a buffer of SIZE bytes at OFFSET",
+     slotLabel(&ZrPortOps::getLinkDownPhyReg),
+     linkDownRegisters},
+    {"port snr",
+     {kUnit, kPort},
+     "shows the signal-to-noise readings of a port's four pairs",
+     slotLabel(&ZrPortOps::getSnr),
+     snr},
+    slotRow("port kh", &ZrPortOps::getKhCheck, {kUnit, kPort, "intact"},
+            "shows whether the chip still holds the marker of port start-up"),
+    slotRow("port chipid", &ZrPortOps::getChipId, {kUnit, kPort, {"identifier", hex}},
+            "shows the chip's identifier"),
+    slotRow("port led", &ZrPortOps::setLedForce, {kUnit, kPort, "a", "b"},
+            "forces the LEDs of a port; A and B are passed to the chip SDK"),
+    slotRow("port linkscan", &ZrPortOps::linkScanWar, {kUnit, kPort},
+            "applies the link-scan workaround for gigabit PHYs"),
+    {"phy read",
+     {kUnit, kPort, kRegister, kPage},
+     "reads a PHY register",
+     slotLabel(&ZrPortOps::regRead),
+     phyRead},
+    {"phy write",
+     {kUnit, kPort, kRegister, {.name = "value", .most = UINT16_MAX}, kPage},
+     "writes a PHY register",
+     slotLabel(&ZrPortOps::regWrite),
+     phyWrite},
+    {"isolate set",
+     {kUnit, kPort, {.name = "from", .type = Type::Ports, .most = 31}, kIsolate},
+     "isolates a port from others, or lifts the isolation",
+     slotLabel(&ZrPortOps::setIsolate),
+     setIsolate},
+    slotRow("isolate all", &ZrPortOps::setAllIsolate, {kUnit, kIsolate},
+            "isolates every port but the reserved one from all others, or lifts all isolation"),
+    slotRow("isolate show", &ZrPortOps::getIsolateMap, {kUnit, kPort, {"from", showPorts}},
+            "shows the ports that a port is isolated from"),
+    boardRow("traffic", "traffic",
+             {kUnit,
+              kPort,
+              {"direction", Type::Word, "in|out"},
+              {"kind", Type::Word, "unicast|multicast|broadcast"},
+              kFrames,
+              {.name = "bytes", .optional = true, .otherwise = 64}},
+             "board: frames of BYTES each (64) that enter or leave at a port"),
+    boardRow("forward", "forward", {kUnit, {"from"}, {"to"}, kFrames},
+             "board: frames sent from one port to another, which isolation may prevent"),
+    boardRow("odrop", "odrop", {kUnit, kPort, kFrames}, "board: frames dropped on the way out of a port"),
+};
 
 } // namespace
 
 std::span<const Command> portDiagnosticsCommands()
 {
-    static const Command kCommands[] = {
-        {"port stats",
-         {kUnit, kPort, {"counter", Type::Number, {}, true}},
-         "shows the counters of a port that are not 0, or the value of one",
-         "PORT 15",
-         statistics},
-        {"port clear",
-         {kUnit, kPort},
-         "clears the counters of a port",
-         "PORT 16",
-         [](Bench &bench, const Arguments &a) {
-             return Outcome::of(bench.tables().port->clearStatistics(a.number("unit"), a.number("port")));
-         }},
-        {"port dump",
-         {kUnit, kPort, kSize},
-         "shows the debug dump of a port, read into a buffer of SIZE bytes",
-         "PORT 23",
-         debugDump},
-        {"port linkdown",
-         {kUnit, kPort, kSize, {"offset", Type::Number, {}, true}},
-         "shows the PHY registers that tell why a link is down, read into a buffer of SIZE bytes at OFFSET",
-         "PORT 28",
-         linkDownRegisters},
-        {"port snr", {kUnit, kPort}, "signal-to-noise readings of a port's four pairs", "PORT 24", snr},
-        {"port kh",
-         {kUnit, kPort},
-         "whether the chip still holds the marker of port start-up",
-         "PORT 25",
-         khCheck},
-        {"port chipid", {kUnit, kPort}, "the chip's identifier", "PORT 26", chipId},
-        {"port led",
-         {kUnit, kPort, {"a", Type::Number}, {"b", Type::Number}},
-         "forces the LEDs of a port; A and B are the chip SDK's",
-         "PORT 27",
-         [](Bench &bench, const Arguments &a) {
-             return Outcome::of(bench.tables().port->setLedForce(a.number("unit"), a.number("port"),
-                                                                 a.number("a"), a.number("b")));
-         }},
-        {"port linkscan",
-         {kUnit, kPort},
-         "applies the link-scan work-around of gigabit PHYs",
-         "PORT 8",
-         [](Bench &bench, const Arguments &a) {
-             return Outcome::of(bench.tables().port->linkScanWar(a.number("unit"), a.number("port")));
-         }},
-        {"phy read",
-         {kUnit, kPort, {"register", Type::Number}, {"page", Type::Number, {}, true}},
-         "reads a PHY register",
-         "PORT 1",
-         phyRead},
-        {"phy write",
-         {kUnit, kPort, {"register", Type::Number}, {"value", Type::Number}, {"page", Type::Number, {}, true}},
-         "writes a PHY register",
-         "PORT 2",
-         phyWrite},
-        {"isolate set",
-         {kUnit, kPort, {"from", Type::Ports}, {"isolate", Type::Word, "on|off"}},
-         "isolates a port from others, or releases it",
-         "PORT 20",
-         setIsolate},
-        {"isolate all",
-         {kUnit, {"isolate", Type::Word, "on|off"}},
-         "isolates every port but the reserved one from all others, or releases them all",
-         "PORT 29",
-         [](Bench &bench, const Arguments &a) {
-             return Outcome::of(bench.tables().port->setAllIsolate(a.number("unit"), onOff(a)));
-         }},
-        {"isolate show", {kUnit, kPort}, "the ports that a port is isolated from", "PORT 30", isolateMap},
-        {"traffic",
-         {kUnit,
-          kPort,
-          {"direction", Type::Word, "in|out"},
-          {"kind", Type::Word, "unicast|multicast|broadcast"},
-          {"frames", Type::Number},
-          {"bytes", Type::Number, {}, true}},
-         "board: frames of BYTES each (64) that come in or go out at a port",
-         "",
-         traffic},
-        {"forward",
-         {kUnit, {"from", Type::Port}, {"to", Type::Port}, {"frames", Type::Number}},
-         "board: frames sent from one port towards another, which isolation may forbid",
-         "",
-         forward},
-        {"odrop",
-         {kUnit, kPort, {"frames", Type::Number}},
-         "board: frames dropped on the way out of a port",
-         "",
-         odrop},
-    };
     return kCommands;
 }
 

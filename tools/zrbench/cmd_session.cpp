@@ -1,3 +1,4 @@
+// The commands about the session itself: help, failures, unit information and the like.
 #include "tools/zrbench/commands.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/session.h"
@@ -9,90 +10,86 @@ namespace zrbench
 namespace
 {
 
-// The only bench there is.
-Session &session(Bench &bench)
+void checkFailure(const nlohmann::json &text)
 {
-    return static_cast<Session &>(bench);
+    parseFailure(text.get<std::string>());
 }
+
+constexpr Argument kManagedUnit{.name = "unit", .most = LSWM_UNITS - 1};
 
 const Command kCommands[] = {
     {"help",
      {{"topic", Type::Text, {}, true}},
      "lists the commands, or those that start with TOPIC",
      "",
-     [](Bench &, const Arguments &a) { return Outcome::shown(help(a.has("topic") ? a.text("topic") : "")); }},
+     [](Session &, const Arguments &a) { return Outcome::shown(help(a.text("topic"))); }},
     {"quit",
      {},
      "ends the session",
      "",
-     [](Bench &bench, const Arguments &) {
-         session(bench).quit();
+     [](Session &session, const Arguments &) {
+         session.quit();
          return Outcome::shown("");
      }},
     {"ops",
      {},
      "shows the operation tables slot by slot",
      "",
-     [](Bench &bench, const Arguments &) { return Outcome::shown(showOperations(bench.tables())); }},
+     [](Session &session, const Arguments &) { return Outcome::shown(showOperations(session.tables())); }},
     {"dump",
      {},
      "shows the state of chips, board and manager as JSON",
      "",
-     [](Bench &bench, const Arguments &) { return Outcome::shown(session(bench).dump() + "\n"); }},
+     [](Session &session, const Arguments &) { return Outcome::shown(session.dump() + "\n"); }},
     {"level",
      {{"level", Type::Number}},
-     "switches traces up to LEVEL on (2 events, 3 details); 0 switches all off",
+     "enables traces up to LEVEL (2 events, 3 details); 0 disables all",
      "",
-     [](Bench &bench, const Arguments &a) {
-         session(bench).setTraceLevel(a.number("level"));
+     [](Session &session, const Arguments &a) {
+         session.setTraceLevel(a.number("level"));
          return Outcome::shown("");
      }},
     {"trace",
      {{"calls", Type::Word, "off|calls|all"}},
      "shows under each step its calls of the chip SDK and the board, or all platform calls, nested ones too",
      "",
-     [](Bench &bench, const Arguments &a) {
+     [](Session &session, const Arguments &a) {
          const std::string word = a.text("calls");
-         session(bench).showCalls(word == "off"     ? ShownCalls::None
-                                  : word == "calls" ? ShownCalls::Library
-                                                    : ShownCalls::All);
+         session.showCalls(word == "off"     ? ShownCalls::None
+                           : word == "calls" ? ShownCalls::Library
+                                             : ShownCalls::All);
          return Outcome::shown("");
      }},
     {"fail",
-     {{"call", Type::Text}},
+     {{.name = "call", .type = Type::Text, .check = checkFailure}},
      "makes platform calls fail: NAME[@N[+]]=STATUS, all, the Nth from now on, or that and all after it",
      "",
-     [](Bench &bench, const Arguments &a) {
-         session(bench).fail(parseFailure(a.text("call")));
+     [](Session &session, const Arguments &a) {
+         session.fail(parseFailure(a.text("call")));
          return Outcome::shown("");
      }},
     {"fail none",
      {},
      "lets all platform calls work again",
      "",
-     [](Bench &bench, const Arguments &) {
-         if (session(bench).inspection().failNone != nullptr)
-             session(bench).inspection().failNone();
+     [](Session &session, const Arguments &) {
+         session.failNone();
          return Outcome::shown("");
      }},
     {"unit set",
-     {{"unit", Type::Unit}, {"info", Type::Json}},
+     {kManagedUnit, {.name = "info", .type = Type::Json, .check = checkUnitInfo}},
      "changes unit information: maxFrameSize, reservedPort, cascadeTrunk, portSets, ports",
      "",
-     [](Bench &bench, const Arguments &a) {
-         try {
-             session(bench).setUnitInfo(a.number("unit"), a.json("info"));
-         } catch (const ArgumentError &error) {
-             throw ArgumentError{{error.text}, "info" + error.argument};
-         }
+     [](Session &session, const Arguments &a) {
+         session.setUnitInfo(a.number("unit"), a.json("info"));
          return Outcome::shown("");
      }},
     {"unit show",
-     {{"unit", Type::Unit}},
+     {kManagedUnit},
      "shows the manager's unit information",
      "",
-     [](Bench &bench, const Arguments &a) {
-         return Outcome::shown(session(bench).showUnitInfo(a.number("unit")));
+     [](Session &session, const Arguments &a) {
+         return Outcome::shown(session.showUnitInfo(a.number("unit")));
      }},
 };
 

@@ -12,111 +12,100 @@
 #include <utility>
 #include <vector>
 
-#include "frame/op_tables.h"
-
 namespace zrbench
 {
 
-// The twelve tables as the library filled them. A null slot is an operation that the library lacks.
-struct Tables {
-    ZrCommonOps *common;
-    ZrPortOps *port;
-    ZrMacOps *mac;
-    ZrVlanOps *vlan;
-    ZrQosOps *qos;
-    ZrAclOps *acl;
-    ZrHsecOps *hsec;
-    ZrMcOps *mc;
-    ZrStormctlOps *stormctl;
-    ZrStpOps *stp;
-    ZrTrunkOps *trunk;
-    ZrFmeaOps *fmea;
-};
+class Session;
 
 // Thrown for anything the user got wrong: what was found and what was expected.
 struct UsageError {
     std::string text;
 };
 
+// What is wrong with one argument, or with a place within it: "info/ports".
+struct ArgumentError : UsageError {
+    std::string argument;
+};
+
 enum class Type {
     Number, // 32 bits: decimal, 0x hexadecimal
-    Unit,   // a number; named so that help and completion know it
-    Port,   // a number
-    Vlan,   // a number
     Mac,    // 00:11:22:33:44:55
     Ports,  // a list of ports: 1,2,5-7
-    Word,   // one of `choices`, separated by |
+    Word,   // one of `choices`, separated by |; as a number its place among them, from 0
     Text,   // the rest of the line
     Json,   // a JSON value: an object in a device file, text in {} in the shell
 };
 
 struct Argument {
     std::string_view name;
-    Type type;
-    std::string_view choices = {}; // of Word, as "on|off"
+    Type type = Type::Number;
+    std::string_view choices = {}; // of Word, as "off|on"
     bool optional = false;         // only the last ones
+    uint32_t otherwise = 0;        // a number that is left out
+    uint32_t most = UINT32_MAX;    // the largest number
+    // Throws UsageError for a value of the right type that the command cannot take.
+    void (*check)(const nlohmann::json &value) = nullptr;
 };
 
-// The arguments of one invocation by name, checked against the row.
+constexpr Argument kUnit{"unit"};
+constexpr Argument kByteUnit{.name = "unit", .most = UINT8_MAX}; // for operations that take 8 bits
+constexpr Argument kPort{"port"};
+constexpr Argument kVlan{"vlan"};
+constexpr Argument kOnOff{"enable", Type::Word, "off|on"};
+
+// The arguments of one invocation by name, each checked against its type.
 class Arguments
 {
 public:
+    Arguments() = default;
+    explicit Arguments(std::span<const Argument> declared) : declared_(declared) {}
+
     bool has(std::string_view name) const;
-    uint32_t number(std::string_view name) const; // Number, Unit, Port, Vlan
-    uint32_t number(std::string_view name, uint32_t otherwise) const;
+    uint32_t number(std::string_view name) const; // Number, Word
     std::vector<uint32_t> ports(std::string_view name) const;
     std::vector<uint8_t> mac(std::string_view name) const; // 6 bytes
-    std::string text(std::string_view name) const;         // Word, Text
+    std::string text(std::string_view name) const;         // Word, Text; empty when left out
     const nlohmann::json &json(std::string_view name) const;
 
     void set(std::string_view name, nlohmann::json value);
 
 private:
+    const Argument &declared(std::string_view name) const;
+
+    std::span<const Argument> declared_;
     nlohmann::json values_ = nlohmann::json::object();
 };
 
-// What a command answers.
+// What a command returns.
 struct Outcome {
-    bool hasStatus = true; // false for listings and for answers that are no status
+    bool hasStatus = true; // false for listings and for results that are no status
     uint32_t status = 0;
     // Outputs by name, shown as "name=value" and comparable in a device file's "out".
-    std::vector<std::pair<std::string, nlohmann::json>> outputs;
+    std::vector<std::pair<std::string, nlohmann::json>> outputs = {};
     // A table or text shown under the step as it is.
-    std::string text;
+    std::string text = {};
 
-    static Outcome of(uint32_t status) { return {true, status, {}, {}}; }
-    static Outcome shown(std::string text) { return {false, 0, {}, std::move(text)}; }
-    // Adds an output; outputs are added only when the status says that they were written.
+    static Outcome of(uint32_t status) { return {true, status}; }
+    static Outcome shown(std::string text) { return {.hasStatus = false, .text = std::move(text)}; }
+    // Adds an output, unless the status says that it was not written.
     Outcome &out(std::string name, nlohmann::json value)
     {
-        outputs.emplace_back(std::move(name), std::move(value));
+        if (status == 0)
+            outputs.emplace_back(std::move(name), std::move(value));
         return *this;
     }
-};
-
-// What a command works with.
-class Bench
-{
-public:
-    virtual ~Bench() = default;
-    virtual const Tables &tables() const = 0;
-    // An exported operation without a slot, by name; throws UsageError when the library lacks it.
-    virtual void *operation(std::string_view name) const = 0;
-    // Runs one line of the board's command interpreter through the common table; answers what it printed.
-    virtual std::string board(uint32_t unit, const std::string &line) = 0;
-    // Gives an answer text back to the manager's memory (LSWM_MemFree).
-    virtual void release(void *block) = 0;
 };
 
 struct Command {
     std::string_view name; // one or two words: "vlan create"
     std::vector<Argument> arguments;
     std::string_view help;
-    std::string_view slot; // "VLAN 1", or the operation's name when it has none, or empty
-    std::function<Outcome(Bench &bench, const Arguments &arguments)> run;
+    std::string slot; // "VLAN 1", or the operation's name when it has none, or empty
+    std::function<Outcome(Session &session, const Arguments &arguments)> run;
 };
 
 // One list a file; commands.cpp joins them.
+std::span<const Command> sessionCommands();
 std::span<const Command> commonCommands();
 std::span<const Command> boardCommands();
 std::span<const Command> portCommands();
@@ -127,13 +116,15 @@ std::span<const Command> vlanCommands();
 std::span<const Command> trunkCommands();
 std::span<const Command> aclCommands();
 std::span<const Command> qosCommands();
+std::span<const Command> meterCommands();
+std::span<const Command> statCommands();
 
 // A text table: a head and rows, columns padded to their widest cell.
 class TextTable
 {
 public:
-    explicit TextTable(std::vector<std::string> head);
-    void row(std::vector<std::string> cells);
+    explicit TextTable(std::vector<std::string> head) { rows_.push_back(std::move(head)); }
+    void row(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
     std::string text() const;
 
 private:

@@ -101,8 +101,8 @@ const Command &scanCommand(Scanner &scanner)
             alike.push_back(command->name);
     }
     if (alike.empty())
-        throw UsageError{fmt::format("no command \"{}\"; help lists them", first)};
-    throw UsageError{fmt::format("no command \"{}\"; there is {}", name.ends_with(' ') ? first : name,
+        throw UsageError{fmt::format("no command {}; help lists them", shown(first))};
+    throw UsageError{fmt::format("no command {}; there is {}", shown(name.ends_with(' ') ? first : name),
                                  fmt::join(alike, ", "))};
 }
 
@@ -112,12 +112,11 @@ json scanArgument(Scanner &scanner, const Argument &argument)
         return scanner.all();
     if (argument.type != Type::Json)
         return scanner.word();
-    const std::string_view text = scanner.value();
-    json value = json::parse(text, acceptNesting, false);
-    if (value.is_discarded())
-        throw ArgumentError{{fmt::format("expected a JSON value, found {}", shown(text))},
-                            std::string(argument.name)};
-    return value;
+    try {
+        return parseJson(scanner.value());
+    } catch (const UsageError &error) {
+        throw ArgumentError{{"expected a JSON value: " + error.text}, std::string(argument.name)};
+    }
 }
 
 std::string upperCase(std::string_view text)
@@ -148,7 +147,8 @@ const std::vector<const Command *> &commands()
         std::vector<const Command *> all;
         for (std::span<const Command> list :
              {sessionCommands(), commonCommands(), boardCommands(), portCommands(), portDiagnosticsCommands(),
-              macCommands(), stpCommands(), vlanCommands(), trunkCommands(), aclCommands(), qosCommands()}) {
+              macCommands(), stpCommands(), vlanCommands(), trunkCommands(), aclCommands(), qosCommands(),
+              meterCommands(), statCommands()}) {
             for (const Command &command : list)
                 all.push_back(&command);
         }
@@ -162,7 +162,9 @@ Invocation parseInvocation(std::string_view line, const json &named)
 {
     Scanner scanner(line);
     const Command &command = scanCommand(scanner);
-    Invocation invocation{&command, {}, std::string(Scanner(line).all())};
+    if (line.find('\0') != std::string_view::npos)
+        throw UsageError{"expected a line without NUL characters"};
+    Invocation invocation{&command, Arguments(command.arguments), std::string(Scanner(line).all())};
     for (const Argument &argument : command.arguments) {
         const auto given = named.find(std::string(argument.name));
         json value;
@@ -179,7 +181,7 @@ Invocation parseInvocation(std::string_view line, const json &named)
         invocation.arguments.set(argument.name, checkedValue(argument, value));
     }
     if (!scanner.atEnd())
-        throw UsageError{fmt::format("\"{}\" is too much: {}", scanner.all(), usage(command))};
+        throw UsageError{fmt::format("{} is too much: {}", shown(scanner.all()), usage(command))};
     for (const auto &[name, value] : named.items()) {
         if (!invocation.arguments.has(name))
             throw ArgumentError{{fmt::format("no such argument: {}", usage(command))}, name};
@@ -228,7 +230,7 @@ std::string help(std::string_view topic)
         text += command->slot.empty() ? "\n" : fmt::format(" [{}]\n", command->slot);
     }
     if (text.empty())
-        throw UsageError{fmt::format("no command starts with \"{}\"; help lists them", topic)};
+        throw UsageError{fmt::format("no command starts with {}; help lists them", shown(topic))};
     return text;
 }
 

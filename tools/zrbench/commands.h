@@ -35,7 +35,4 @@ std::string help(std::string_view topic);
 // What the last word of `line` can become.
 std::vector<std::string> completions(std::string_view line);
 
-// The commands about the session itself: help, failures, unit information and the like.
-std::span<const Command> sessionCommands();
-
 } // namespace zrbench

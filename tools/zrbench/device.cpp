@@ -4,7 +4,9 @@
 #include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
+#include <sstream>
 
+#include "tools/zrbench/session.h"
 #include "tools/zrbench/substitute.h"
 #include "tools/zrbench/values.h"
 
@@ -107,8 +109,8 @@ Run readRun(const Node &step)
     try {
         return {parseInvocation(text, named), std::move(expected)};
     } catch (const ArgumentError &error) {
-        if (named.contains(error.argument))
-            step[error.argument].refuse(error.text);
+        if (named.contains(error.argument.substr(0, error.argument.find('/'))))
+            Node{step.value, step.place + "/" + error.argument}.refuse(error.text);
         line.refuse(fmt::format("{}: {}", error.argument, error.text));
     } catch (const UsageError &error) {
         line.refuse(error.text);
@@ -187,33 +189,31 @@ DeviceUnit readUnit(const Node &node)
         unit.board = node["board"].texts();
         unit.info.erase("board");
     }
+    if (unit.unit >= LSWM_UNITS)
+        node.refuse(fmt::format("expected a unit from 0 to {}, found {}", LSWM_UNITS - 1, unit.unit));
+    try {
+        checkUnitInfo(unit.info);
+    } catch (const ArgumentError &error) {
+        Node{node.value, node.place + error.argument}.refuse(error.text);
+    }
     return unit;
 }
 
-json parseFile(const std::string &file)
+std::string contents(const std::string &file)
 {
     std::ifstream in(file);
-    if (!in || std::filesystem::is_directory(file))
-        throw UsageError{fmt::format("{}: cannot be read", file)};
-    try {
-        return json::parse(in, acceptNesting);
-    } catch (const UsageError &error) {
-        throw UsageError{fmt::format("{}: {}", file, error.text)};
-    } catch (const json::exception &error) {
-        // "[json.exception.parse_error.101] parse error at line 3, column 5: ..."
-        const std::string_view what = error.what();
-        const size_t start = what.find("at line");
-        throw UsageError{
-            fmt::format("{}: {}", file, start == std::string_view::npos ? what : what.substr(start))};
-    }
+    std::ostringstream text;
+    if (!in || std::filesystem::is_directory(file) || !(text << in.rdbuf()))
+        throw UsageError{"cannot be read"};
+    return text.str();
 }
 
 } // namespace
 
 Device loadDevice(const std::string &file)
 {
-    const json whole = parseFile(file);
     try {
+        const json whole = parseJson(contents(file));
         const Node root{whole, ""};
         if (!whole.is_object())
             root.expected("an object with \"steps\"");
@@ -226,7 +226,7 @@ Device loadDevice(const std::string &file)
             const Node environment = root["environment"];
             for (const auto &[name, unused] : environment.object().items()) {
                 if (name.empty() || name.find('=') != std::string::npos)
-                    environment[name].refuse("no name of an environment variable");
+                    environment[name].refuse("not the name of an environment variable");
                 device.environment.emplace_back(name, environment[name].text());
             }
         }

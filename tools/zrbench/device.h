@@ -1,4 +1,4 @@
-// A device and what is done with it, as a JSON file; docs/device-files.md describes it.
+// A device and the steps made on it, as a JSON file; docs/device-files.md describes it.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 namespace zrbench
 {
 
-// What a step must bring about.
+// What a step must result in.
 struct Expectation {
     uint32_t status = 0;
     std::vector<std::string> lines; // failure lines, whole and in order

@@ -1,14 +1,15 @@
 #include <CLI/CLI.hpp>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <memory>
+#include <sstream>
 #include <unistd.h>
 
 #include "tools/zrbench/ops.h"
+#include "tools/zrbench/output.h"
 #include "tools/zrbench/runner.h"
 #include "tools/zrbench/shell.h"
+#include "tools/zrbench/values.h"
 
 using namespace zrbench;
 
@@ -19,7 +20,6 @@ enum Exit { kAsExpected = 0, kNotAsExpected = 1, kUsage = 2 };
 
 struct Options {
     SessionOptions session;
-    std::string file;
     std::string topic;
     std::string colour = "auto";
     bool quiet = false;
@@ -41,9 +41,19 @@ public:
     }
 };
 
+// A file that is opened must not become a standard stream that came closed. Reading from or writing to its
+// stand-in fails as before.
+void occupyStandardStreams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0)
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
 int run(const Options &options)
 {
-    const Device device = loadDevice(options.file);
+    const Device device = loadDevice(options.session.deviceFile);
     Session session(options.session);
     Report report = options.report();
     runDevice(session, device, report);
@@ -57,8 +67,8 @@ int shell(const Options &options)
 {
     Session session(options.session);
     Report report = options.report();
-    if (!options.file.empty())
-        runDevice(session, loadDevice(options.file), report);
+    if (!options.session.deviceFile.empty())
+        runDevice(session, loadDevice(options.session.deviceFile), report);
     const bool good = runShell(session, report);
     session.finish();
     if (!good)
@@ -70,14 +80,15 @@ int shell(const Options &options)
 
 int main(int argc, char **argv)
 {
+    occupyStandardStreams();
     Options options;
     CLI::App app("Drives libzrlsw.so through the switch manager's operation tables.", "zrbench");
     app.formatter(std::make_shared<HelpFormatter>());
     app.require_subcommand(1);
     app.failure_message([](const CLI::App *failed, const CLI::Error &error) {
         const std::vector<std::string> unknown = failed->remaining();
-        return fmt::format("zrbench: {}{}; see --help\n", error.what(),
-                           unknown.empty() ? "" : fmt::format(", found {}", unknown[0]));
+        return fmt::format("zrbench: {}{}; see --help", error.what(),
+                           unknown.empty() ? "" : ", found " + shown(unknown[0]));
     });
     app.footer("Exit status: 0 all as expected, 1 a step was not as expected, 2 bad use, file or platform.\n"
                "Device files: docs/device-files.md");
@@ -98,7 +109,7 @@ int main(int argc, char **argv)
         ->expected(1)
         ->take_all();
     app.add_option("--level", options.session.traceLevel,
-                   "Switch the library's traces up to this level on: 2 events, 3 details")
+                   "Enable the library's traces up to this level: 2 events, 3 details")
         ->type_name("LEVEL");
     app.add_flag("--quiet", options.quiet, "Show only what is not as expected, and the summary");
     app.add_flag("--color{always}", options.colour,
@@ -106,41 +117,48 @@ int main(int argc, char **argv)
         ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
 
     int result = kAsExpected;
-    CLI::App *command = app.add_subcommand("run", "Carry out a device file")->fallthrough();
-    command->add_option("file", options.file, "The device and its steps, JSON")->required()->type_name("FILE");
+    CLI::App *command = app.add_subcommand("run", "Run a device file")->fallthrough();
+    command->add_option("file", options.session.deviceFile, "The device and its steps, JSON")
+        ->required()
+        ->type_name("FILE");
     command->callback([&] { result = run(options); });
 
     command = app.add_subcommand("shell", "Take commands by hand or from standard input")->fallthrough();
-    command->add_option("file", options.file, "A device file to carry out first")->type_name("FILE");
+    command->add_option("file", options.session.deviceFile, "A device file to run first")->type_name("FILE");
     command->callback([&] { result = shell(options); });
 
     command = app.add_subcommand("ops", "Show the operation tables slot by slot")->fallthrough();
     command->callback([&] {
         Session session(options.session);
-        fmt::print("{}", showOperations(session.tables()));
+        print("{}", showOperations(session.tables()));
         session.finish();
     });
 
     command =
         app.add_subcommand("commands", "List the commands of device files and of the shell")->fallthrough();
     command->add_option("topic", options.topic, "Only those that start with this");
-    command->callback([&] { fmt::print("{}", help(options.topic)); });
+    command->callback([&] { print("{}", help(options.topic)); });
 
     auto refuse = [](std::string_view text) {
-        std::fflush(stdout);
-        fmt::print(stderr, "zrbench: {}\n", text);
+        complain(fmt::format("zrbench: {}", text));
         return kUsage;
     };
     try {
-        app.parse(argc, argv);
-        if (std::fflush(stdout) != 0)
-            throw UsageError{fmt::format("cannot write standard output: {}", std::strerror(errno))};
-    } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? kAsExpected : kUsage;
+        try {
+            app.parse(argc, argv);
+        } catch (const CLI::ParseError &error) {
+            std::ostringstream output;
+            std::ostringstream errors;
+            result = app.exit(error, output, errors) == 0 ? kAsExpected : kUsage;
+            print("{}", output.str());
+            if (result != kAsExpected)
+                complain(errors.str());
+        }
+        standardOutput().check();
+        return result;
     } catch (const UsageError &error) {
         return refuse(error.text);
     } catch (const std::exception &error) {
         return refuse(error.what());
     }
-    return result;
 }

@@ -6,7 +6,7 @@
 #include <typeinfo>
 #include <vector>
 
-#include "tools/zrbench/command.h"
+#include "tools/zrbench/tables.h"
 
 namespace zrbench
 {

@@ -1,14 +1,21 @@
 #include "tools/zrbench/platform.h"
 
 #include <dlfcn.h>
+#include <elf.h>
+#include <filesystem>
 #include <fmt/format.h>
+#include <link.h>
 
 namespace zrbench
 {
 
-SharedObject::SharedObject(const std::string &path, int flags)
-    : path_(path), handle_(dlopen(path.c_str(), flags))
+SharedObject::SharedObject(const std::string &path, int flags) : path_(path)
 {
+    // The loader would wait for a FIFO's writer.
+    std::error_code error;
+    if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error))
+        throw UsageError{fmt::format("cannot load {}: not a regular file", path)};
+    handle_ = dlopen(path.c_str(), flags);
     if (handle_ == nullptr)
         throw UsageError{fmt::format("cannot load {}: {}", path, dlerror())};
 }
@@ -16,6 +23,15 @@ SharedObject::SharedObject(const std::string &path, int flags)
 void *SharedObject::find(const char *name) const
 {
     return dlsym(handle_, name);
+}
+
+bool SharedObject::hasFunction(const char *name) const
+{
+    Dl_info info{};
+    void *symbol = nullptr; // an ElfW(Sym)
+    const void *address = find(name);
+    return address != nullptr && dladdr1(address, &info, &symbol, RTLD_DL_SYMENT) != 0 && symbol != nullptr &&
+           ELF64_ST_TYPE(static_cast<const ElfW(Sym) *>(symbol)->st_info) == STT_FUNC;
 }
 
 void *SharedObject::need(const char *name) const
@@ -41,7 +57,7 @@ Inspection::Inspection(const SharedObject &platform)
     look(dump, "zrsim_dump");
 }
 
-Tables takeIntoUse(const SharedObject &platform, const SharedObject &library)
+Tables registerOperations(const SharedObject &platform, const SharedObject &library)
 {
     constexpr uint32_t kValue = 0; // handed to the getters unchanged; means nothing to the library
     library.need<void(uint32_t)>("ZR_COMMON_FuncListInit")(kValue);
@@ -49,7 +65,7 @@ Tables takeIntoUse(const SharedObject &platform, const SharedObject &library)
     auto fetch = [&]<class T>(T *&table, const char *getter) {
         table = static_cast<T *>(platform.need<void *(uint32_t)>(getter)(kValue));
         if (table == nullptr)
-            throw UsageError{fmt::format("{} answers no table", getter)};
+            throw UsageError{fmt::format("{} returns no table", getter)};
     };
     Tables tables{};
     fetch(tables.common, "LSW_Common_GetFuncPtr");

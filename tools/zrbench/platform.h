@@ -8,6 +8,7 @@
 #include "platform/manager.h"
 #include "sim/zrsim.h"
 #include "tools/zrbench/command.h"
+#include "tools/zrbench/tables.h"
 
 namespace zrbench
 {
@@ -21,6 +22,8 @@ public:
 
     // Null when there is no such symbol.
     void *find(const char *name) const;
+    // Whether there is such a function; a datum is none.
+    bool hasFunction(const char *name) const;
     // Throws UsageError when there is no such symbol.
     void *need(const char *name) const;
     template <class T> T *need(const char *name) const { return reinterpret_cast<T *>(need(name)); }
@@ -30,7 +33,8 @@ private:
     void *handle_;
 };
 
-// The stand-in's inspection interface. Every member is null on a platform that has none.
+// The stand-in's inspection interface. A platform may lack all of it or any function: that
+// member is null.
 struct Inspection {
     explicit Inspection(const SharedObject &platform);
 
@@ -47,7 +51,7 @@ struct Inspection {
     decltype(zrsim_dump) *dump;
 };
 
-// Takes the library into use and fetches the tables that it filled.
-Tables takeIntoUse(const SharedObject &platform, const SharedObject &library);
+// Has the library register its operations and fetches the tables that it filled.
+Tables registerOperations(const SharedObject &platform, const SharedObject &library);
 
 } // namespace zrbench

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <map>
 
+#include "tools/zrbench/output.h"
 #include "tools/zrbench/values.h"
 
 namespace zrbench
@@ -15,7 +16,7 @@ namespace
 constexpr const char *kGood = "32";
 constexpr const char *kRefused = "33";
 constexpr const char *kBad = "1;31";
-constexpr const char *kQuietly = "2";
+constexpr const char *kDim = "2";
 constexpr const char *kHeading = "1";
 
 constexpr size_t kTextWidth = 56;
@@ -62,7 +63,7 @@ void printIndented(std::string_view text)
         const size_t end = std::min(text.find('\n'), text.size());
         std::string_view line = text.substr(0, end);
         line.remove_suffix(line.ends_with('\r') ? 1 : 0);
-        fmt::print("{}{}\n", line.empty() ? "" : "       ", line);
+        print("{}{}\n", line.empty() ? "" : "       ", line);
         text.remove_prefix(std::min(end + 1, text.size()));
     }
 }
@@ -95,7 +96,7 @@ std::string Report::painted(const char *colour, const std::string &text) const
 void Report::heading(const std::string &text) const
 {
     if (!quiet_)
-        fmt::print("\n{}\n", painted(kHeading, text));
+        print("\n{}\n", painted(kHeading, text));
 }
 
 std::string Report::verdict(const std::vector<Judged> &runs) const
@@ -123,21 +124,19 @@ std::string Report::verdict(const std::vector<Judged> &runs) const
 void Report::details(const Judged &run) const
 {
     for (const std::string &call : run.result.calls)
-        fmt::print("       {}\n", painted(kQuietly, "> " + call));
+        print("       {}\n", painted(kDim, "> " + call));
     for (const Line &line : run.result.lines) {
         if (line.kind == ZRSIM_LINE_CLI)
             printIndented(line.text);
         else if (line.kind == ZRSIM_LINE_FAIL)
-            fmt::print("       {}\n",
-                       painted(kRefused, fmt::format("! [{}] status {}: {}", moduleText(line.module),
-                                                     numberText(line.status), line.text)));
+            print("       {}\n", painted(kRefused, fmt::format("! [{}] status {}: {}", moduleText(line.module),
+                                                               numberText(line.status), line.text)));
         else
-            fmt::print("       {}\n",
-                       painted(kQuietly, fmt::format("- [{}] {}", moduleText(line.module), line.text)));
+            print("       {}\n", painted(kDim, fmt::format("- [{}] {}", moduleText(line.module), line.text)));
     }
     printIndented(run.result.outcome.text);
     for (const std::string &deviation : run.deviations)
-        fmt::print("       {}\n", painted(kBad, "NOT AS EXPECTED: " + deviation));
+        print("       {}\n", painted(kBad, "NOT AS EXPECTED: " + deviation));
 }
 
 void Report::step(const std::string &text, const std::string &note, const std::vector<Judged> &runs,
@@ -150,30 +149,30 @@ void Report::step(const std::string &text, const std::string &note, const std::v
     if (quiet_ && !deviates && !always)
         return;
 
-    const std::string told = verdict(runs);
-    if (told.empty())
-        fmt::print("{:>4}  {}\n", number_, text);
+    const std::string result = verdict(runs);
+    if (result.empty())
+        print("{:>4}  {}\n", number_, text);
     else
-        fmt::print("{:>4}  {:<{}}  {}\n", number_, text, kTextWidth, told);
+        print("{:>4}  {:<{}}  {}\n", number_, text, kTextWidth, result);
     if (!note.empty())
-        printIndented(painted(kQuietly, note));
+        printIndented(painted(kDim, note));
     if (runs.size() == 1) {
         details(runs[0]);
         return;
     }
-    // Of many runs those that deviate are told, else the first that was refused.
-    constexpr size_t kMostTold = 3;
+    // Of many runs the first that deviate are shown, else the first that was refused.
+    constexpr size_t kMostShown = 3;
     size_t shownRuns = 0;
     for (const Judged &run : runs) {
         if (deviates ? !hasDeviated(run) : !isRefused(run))
             continue;
-        if (++shownRuns > (deviates ? kMostTold : 1))
+        if (++shownRuns > (deviates ? kMostShown : 1))
             continue;
-        fmt::print("       {}: {}\n", run.invocation->text, statusText(run.result.outcome.status));
+        print("       {}: {}\n", run.invocation->text, statusText(run.result.outcome.status));
         details(run);
     }
-    if (deviates && shownRuns > kMostTold)
-        fmt::print("       and {} more\n", shownRuns - kMostTold);
+    if (deviates && shownRuns > kMostShown)
+        print("       and {} more\n", shownRuns - kMostShown);
 }
 
 void Report::summary(const std::string &title, unsigned heldBlocks) const
@@ -181,7 +180,7 @@ void Report::summary(const std::string &title, unsigned heldBlocks) const
     const std::string counts =
         fmt::format("{} steps, {} refused as expected, {} not as expected, {} memory blocks held", number_,
                     refused_, deviating_, heldBlocks);
-    fmt::print("{}{}: {}\n", quiet_ ? "" : "\n", title, painted(deviating_ == 0 ? kGood : kBad, counts));
+    print("{}{}: {}\n", quiet_ ? "" : "\n", title, painted(deviating_ == 0 ? kGood : kBad, counts));
 }
 
 } // namespace zrbench

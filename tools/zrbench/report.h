@@ -22,7 +22,7 @@ public:
     Report(bool colour, bool quiet) : colour_(colour), quiet_(quiet) {}
 
     void heading(const std::string &text) const;
-    // A step with one run or several; several are told as one unless they deviate. Counts the step. With
+    // A step with one run or several; several are shown as one unless they deviate. Counts the step. With
     // `always` it is printed even when the report is quiet.
     void step(const std::string &text, const std::string &note, const std::vector<Judged> &runs,
               bool always = false);

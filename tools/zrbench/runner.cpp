@@ -92,7 +92,7 @@ Judged judgedRun(Session &session, const Run &run)
                                                 run.expected.holds));
     }
     if (after.badFrees != before.badFrees)
-        judged.deviations.push_back("gives a memory block back that it does not hold");
+        judged.deviations.push_back("frees a memory block that it does not hold");
     return judged;
 }
 
@@ -107,7 +107,7 @@ std::vector<std::string> deviations(const Result &result, const Expectation &exp
         found.push_back(fmt::format("expected status {}", expected.status));
     if (linesSeen)
         compareLines(result.lines, expected.lines, found);
-    // A refusal that the step means to show is told by what it shows.
+    // A step that means to be refused says so in "shows".
     if (result.boardRefused && expected.shows.empty())
         found.push_back("the board refuses this");
     compareOutputs(result.outcome, expected.outputs, found);
@@ -121,11 +121,7 @@ void runDevice(Session &session, const Device &device, Report &report)
     for (const auto &[name, value] : device.environment)
         setenv(name.c_str(), value.c_str(), 1);
     for (const DeviceUnit &unit : device.units) {
-        try {
-            session.setUnitInfo(unit.unit, unit.info);
-        } catch (const ArgumentError &error) {
-            throw UsageError{fmt::format("{}: {}{}: {}", device.file, unit.place, error.argument, error.text)};
-        }
+        session.setUnitInfo(unit.unit, unit.info);
         for (size_t i = 0; i < unit.board.size(); ++i) {
             const std::string answer = session.board(unit.unit, unit.board[i]);
             if (session.boardRefused())

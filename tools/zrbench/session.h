@@ -1,11 +1,12 @@
 // One run of the bench: the loaded platform and library, what they print, and the invocation of commands.
 #pragma once
 
-#include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tools/zrbench/commands.h"
+#include "tools/zrbench/output.h"
 #include "tools/zrbench/platform.h"
 
 namespace zrbench
@@ -19,12 +20,12 @@ struct Line {
     std::string text;
 };
 
-// What an invocation brought about.
+// What came of an invocation.
 struct Result {
     Outcome outcome;
     std::vector<Line> lines;
     std::vector<std::string> calls; // platform calls, while they are shown; indented by their depth
-    bool boardRefused = false;      // the board's interpreter could not do what it was told
+    bool boardRefused = false;      // the board's interpreter refused a line
 };
 
 // Library: the library's own calls of the chip SDK and the board. All: every call, also those underneath.
@@ -44,42 +45,60 @@ Failure parseFailure(const std::string &text);
 struct SessionOptions {
     std::string platform = "libzrsim.so";
     std::string library = "libzrlsw.so";
-    std::string traceFile; // "-": standard output; empty: none
-    std::string dumpFile;  // the same
+    std::string deviceFile; // read, so never written over
+    std::string traceFile;  // "-": standard output; empty: none
+    std::string dumpFile;   // the same
     std::vector<std::string> failures;
     uint32_t traceLevel = 0;
 };
 
-class Session final : public Bench
+// Throws ArgumentError whose argument is the place within the information, "/ports", when setUnitInfo would not
+// take it.
+void checkUnitInfo(const nlohmann::json &info);
+
+class Session
 {
 public:
     // Throws UsageError.
     explicit Session(const SessionOptions &options);
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
-    ~Session() override;
+    ~Session();
 
-    const Tables &tables() const override { return tables_; }
-    void *operation(std::string_view name) const override;
-    std::string board(uint32_t unit, const std::string &line) override;
-    void release(void *block) override;
-    // Whether the last board() was refused; its answer tells why. Unknown, and false, without inspection.
+    const Tables &tables() const { return tables_; }
+    // The operation of a slot. Throws UsageError when the library has not filled it.
+    template <class Table, class Operation> Operation *slot(Operation *Table::*member) const
+    {
+        if (Operation *filled = tables_.*Module<Table>::kTable->*member)
+            return filled;
+        throw UsageError{"the library does not fill " + slotLabel(member)};
+    }
+    // An exported operation without a slot. Throws UsageError when the library lacks it.
+    template <class Operation> Operation *operation(const char *name) const
+    {
+        return library_.need<Operation>(name);
+    }
+    // Runs one line of the board's command interpreter through the common table; returns what it printed.
+    std::string board(uint32_t unit, const std::string &line);
+    // Returns a text to the manager's memory (LSWM_MemFree).
+    void release(void *block);
+    // Whether the last board() was refused; its text says why. Unknown, and false, without inspection.
     bool boardRefused() const { return boardRefused_; }
 
     // Throws UsageError when the library lacks the command's operation or the command refuses.
     Result invoke(const Invocation &invocation);
 
-    // What the platform lets be seen and disturbed.
+    // What the platform lets us see and disturb.
     const Inspection &inspection() const { return inspection_; }
     // The nth call is counted from now on. Throws UsageError when the platform knows no such call.
     void fail(const Failure &failure);
+    void failNone();
     void setTraceLevel(uint32_t level);
     void showCalls(ShownCalls shown);
     // The chips' state as JSON.
     std::string dump() const;
 
-    // The manager's unit information, checked whole before anything is written. Throws ArgumentError whose
-    // argument is the place within `info`.
+    // The manager's unit information, checked whole before anything is written. Throws as checkUnitInfo.
     void setUnitInfo(uint32_t unit, const nlohmann::json &info);
     std::string showUnitInfo(uint32_t unit) const;
 
@@ -90,7 +109,6 @@ public:
     bool quitting() const { return quit_; }
 
 private:
-    void needInspection(const void *function, std::string_view what) const;
     static void callMade(const char *text, unsigned depth, void *session);
     void watchCalls();
 
@@ -105,10 +123,8 @@ private:
     ShownCalls shownCalls_ = ShownCalls::None;
     bool watchingBoard_ = false;
     bool boardRefused_ = false;
-    std::string traceFile_;
-    std::FILE *trace_ = nullptr;
-    std::string dumpFile_;
-    std::FILE *dump_ = nullptr;
+    std::optional<Output> trace_;
+    std::optional<Output> dump_;
     bool quit_ = false;
 };
 

@@ -1,9 +1,11 @@
 #include "tools/zrbench/shell.h"
 
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fmt/format.h>
-#include <iostream>
 #include <memory>
 #include <optional>
 #include <unistd.h>
@@ -12,6 +14,7 @@
 #include <editline/readline.h>
 #endif
 
+#include "tools/zrbench/output.h"
 #include "tools/zrbench/values.h"
 
 namespace zrbench
@@ -34,10 +37,19 @@ public:
 
     std::optional<std::string> next() override
     {
-        if (prompts_)
-            std::cout << "zrbench> " << std::flush;
+        if (prompts_) {
+            print("zrbench> ");
+            standardOutput().check();
+        }
         std::string line;
-        return std::getline(std::cin, line) ? std::optional(line) : std::nullopt;
+        for (int c = std::fgetc(stdin); c != EOF; c = std::fgetc(stdin)) {
+            if (c == '\n')
+                return line;
+            line += static_cast<char>(c);
+        }
+        if (std::ferror(stdin) != 0)
+            throw UsageError{fmt::format("cannot read standard input: {}", std::strerror(errno))};
+        return line.empty() ? std::nullopt : std::optional(line);
     }
 
 private:
@@ -99,7 +111,7 @@ public:
         char *typed = readline("zrbench> ");
         sigaction(SIGINT, &usual, nullptr);
         if (typed == nullptr) {
-            std::cout << '\n' << std::flush;
+            print("\n");
             return interrupted != 0 ? std::optional<std::string>("") : std::nullopt;
         }
         std::string line = typed;
@@ -133,11 +145,11 @@ bool runShell(Session &session, Report &report)
     bool allGood = true;
     size_t number = 0;
     auto refuse = [&](const std::string &text) {
-        std::fflush(stdout);
-        fmt::print(stderr, "{}{}\n", atTerminal ? "" : fmt::format("line {}: ", number), text);
+        complain((atTerminal ? "" : fmt::format("line {}: ", number)) + text);
         allGood = false;
     };
     while (!session.quitting()) {
+        standardOutput().check();
         const std::optional<std::string> line = lines->next();
         if (!line)
             break;
@@ -150,7 +162,6 @@ bool runShell(Session &session, Report &report)
             std::vector<Judged> runs;
             runs.push_back({&invocation, session.invoke(invocation), {}});
             report.step(invocation.text, {}, runs, true);
-            std::fflush(stdout);
         } catch (const ArgumentError &error) {
             refuse(error.argument + ": " + error.text);
         } catch (const UsageError &error) {

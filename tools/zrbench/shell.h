@@ -7,8 +7,8 @@
 namespace zrbench
 {
 
-// Reads commands from standard input to its end or to "quit". Answers false when a piped line was no good; a
-// person at a terminal is told and goes on.
+// Reads commands from standard input to its end or to "quit". Returns false when a piped line was bad; at
+// a terminal mistakes are shown and do not count.
 bool runShell(Session &session, Report &report);
 
 } // namespace zrbench

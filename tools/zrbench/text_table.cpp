@@ -6,16 +6,6 @@
 namespace zrbench
 {
 
-TextTable::TextTable(std::vector<std::string> head)
-{
-    rows_.push_back(std::move(head));
-}
-
-void TextTable::row(std::vector<std::string> cells)
-{
-    rows_.push_back(std::move(cells));
-}
-
 std::string TextTable::text() const
 {
     std::vector<size_t> widths;

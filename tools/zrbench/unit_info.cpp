@@ -93,17 +93,8 @@ std::string showSet(const LswmPortSet &set)
     return text.empty() ? "-" : text;
 }
 
-} // namespace
-
-void Session::setUnitInfo(uint32_t unit, const json &info)
+void apply(const json &info, LswmUnitInfo &record, std::span<LswmPortSet> sets)
 {
-    if (unit >= LSWM_UNITS)
-        refuse("", fmt::format("a unit from 0 to {}", LSWM_UNITS - 1), unit);
-    LswmUnitInfo record = unitInfo_[unit];
-    if (record.portMap == nullptr)
-        record.portMap = portMaps_[unit];
-    std::vector<LswmPortSet> sets(record.portMap, record.portMap + LSWM_PORT_SETS);
-
     constexpr std::string_view kFields = "maxFrameSize, reservedPort, cascadeTrunk, portSets, ports";
     for (const auto &[name, value] : object("", info, kFields).items()) {
         const std::string place = "/" + name;
@@ -129,14 +120,30 @@ void Session::setUnitInfo(uint32_t unit, const json &info)
             refuse(place, fmt::format("one of {}", kFields), name);
         }
     }
+}
+
+} // namespace
+
+void checkUnitInfo(const json &info)
+{
+    LswmUnitInfo record{};
+    LswmPortSet sets[LSWM_PORT_SETS]{};
+    apply(info, record, sets);
+}
+
+void Session::setUnitInfo(uint32_t unit, const json &info)
+{
+    LswmUnitInfo record = unitInfo_[unit];
+    if (record.portMap == nullptr)
+        record.portMap = portMaps_[unit];
+    std::vector<LswmPortSet> sets(record.portMap, record.portMap + LSWM_PORT_SETS);
+    apply(info, record, sets);
     std::ranges::copy(sets, record.portMap);
     unitInfo_[unit] = record;
 }
 
 std::string Session::showUnitInfo(uint32_t unit) const
 {
-    if (unit >= LSWM_UNITS)
-        throw UsageError{fmt::format("expected a unit from 0 to {}, found {}", LSWM_UNITS - 1, unit)};
     const LswmUnitInfo &info = unitInfo_[unit];
     std::string text = fmt::format("frame size {}, reserved port {}, cascade trunk {}\n", info.maxFrameSize,
                                    info.reservedPort, info.cascadeTrunkId);

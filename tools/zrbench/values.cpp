@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <fmt/format.h>
+#include <set>
 #include <stdexcept>
 
 #include "platform/manager.h"
@@ -14,18 +15,6 @@ namespace zrbench
 
 namespace
 {
-
-std::vector<std::string_view> split(std::string_view text, char separator)
-{
-    std::vector<std::string_view> parts;
-    for (size_t from = 0;;) {
-        const size_t to = text.find(separator, from);
-        parts.push_back(text.substr(from, to - from));
-        if (to == std::string_view::npos)
-            return parts;
-        from = to + 1;
-    }
-}
 
 std::optional<std::vector<uint8_t>> parseMac(std::string_view text)
 {
@@ -40,17 +29,21 @@ std::optional<std::vector<uint8_t>> parseMac(std::string_view text)
     return bytes.size() == 6 ? std::optional(bytes) : std::nullopt;
 }
 
-std::optional<std::vector<uint32_t>> asPorts(const json &value)
+uint32_t lastPort(const Argument &argument)
 {
-    constexpr uint32_t kLastPort = LSWM_PORTS - 1;
+    return std::min<uint32_t>(argument.most, LSWM_PORTS - 1);
+}
+
+std::optional<std::vector<uint32_t>> asPorts(const json &value, uint32_t last)
+{
     if (value.is_string())
-        return parseList(value.get_ref<const std::string &>(), kLastPort, LSWM_PORTS);
+        return parseList(value.get_ref<const std::string &>(), last, LSWM_PORTS);
     if (!value.is_array())
         return std::nullopt;
     std::vector<uint32_t> ports;
     for (const json &element : value) {
         const std::optional<uint32_t> port = asNumber(element);
-        if (!port || *port > kLastPort)
+        if (!port || *port > last)
             return std::nullopt;
         ports.push_back(*port);
     }
@@ -67,10 +60,7 @@ std::optional<json> valueOf(const Argument &argument, const json &value)
 {
     switch (argument.type) {
     case Type::Number:
-    case Type::Unit:
-    case Type::Port:
-    case Type::Vlan:
-        if (auto number = asNumber(value))
+        if (auto number = asNumber(value); number && *number <= argument.most)
             return *number;
         return std::nullopt;
     case Type::Mac:
@@ -80,7 +70,7 @@ std::optional<json> valueOf(const Argument &argument, const json &value)
         }
         return std::nullopt;
     case Type::Ports:
-        if (auto ports = asPorts(value))
+        if (auto ports = asPorts(value, lastPort(argument)))
             return *ports;
         return std::nullopt;
     case Type::Word: {
@@ -98,6 +88,18 @@ std::optional<json> valueOf(const Argument &argument, const json &value)
 }
 
 } // namespace
+
+std::vector<std::string_view> split(std::string_view text, char separator)
+{
+    std::vector<std::string_view> parts;
+    for (size_t from = 0;;) {
+        const size_t to = text.find(separator, from);
+        parts.push_back(text.substr(from, to - from));
+        if (to == std::string_view::npos)
+            return parts;
+        from = to + 1;
+    }
+}
 
 std::optional<uint32_t> parseNumber(std::string_view text)
 {
@@ -148,37 +150,82 @@ std::string plainText(const json &value)
     return value.is_string() ? value.get<std::string>() : dumped(value);
 }
 
-bool acceptNesting(int depth, json::parse_event_t event, json &)
+json parseJson(std::string_view text)
 {
     constexpr int kDeepest = 64;
-    const bool opens = event == json::parse_event_t::object_start || event == json::parse_event_t::array_start;
-    if (opens && depth >= kDeepest) // the outermost opens at 0
-        throw UsageError{fmt::format("expected JSON nested at most {} deep", kDeepest)};
-    return true;
+    struct Level {
+        std::set<std::string> keys;
+        std::string step; // of the JSON pointer: a key, or an index
+        size_t index = 0;
+    };
+    std::vector<Level> levels;
+    auto place = [&] {
+        std::string pointer;
+        for (const Level &level : levels)
+            pointer += "/" + level.step;
+        return pointer + ": ";
+    };
+    auto refuseNul = [&](const std::string &found) {
+        if (found.find('\0') != std::string::npos)
+            throw UsageError{place() + "expected a text without \\u0000"};
+    };
+    using Event = json::parse_event_t;
+    auto accept = [&](int depth, Event event, json &value) {
+        const bool opens = event == Event::object_start || event == Event::array_start;
+        const bool closes = event == Event::object_end || event == Event::array_end;
+        if (closes)
+            levels.pop_back();
+        if ((opens || event == Event::value) && !levels.empty() && levels.back().keys.empty())
+            levels.back().step = std::to_string(levels.back().index++);
+        if (opens && depth >= kDeepest) // the outermost opens at 0
+            throw UsageError{fmt::format("expected JSON nested at most {} deep", kDeepest)};
+        if (opens)
+            levels.emplace_back();
+        if (event == Event::key) {
+            Level &level = levels.back();
+            level.step = value.get<std::string>();
+            refuseNul(level.step);
+            if (!level.keys.insert(level.step).second)
+                throw UsageError{place() + "given twice"};
+        }
+        if (event == Event::value && value.is_string())
+            refuseNul(value.get_ref<const std::string &>());
+        return true;
+    };
+    try {
+        return json::parse(text, accept);
+    } catch (const json::exception &error) {
+        // "[json.exception.parse_error.101] parse error at line 3, column 5: ..."
+        const std::string_view what = error.what();
+        const size_t start = what.find("at line");
+        throw UsageError{std::string(start == std::string_view::npos ? what : what.substr(start))};
+    }
 }
 
 std::string shown(const json &value)
 {
-    std::string text = dumped(value);
     constexpr size_t kMost = 60;
-    return text.size() <= kMost ? text : text.substr(0, kMost - 3) + "...";
+    const std::string text = dumped(value);
+    if (text.size() <= kMost)
+        return text;
+    size_t kept = kMost - 3;
+    while (kept > 0 && (text[kept] & 0xC0) == 0x80) // within a character of UTF-8
+        --kept;
+    return text.substr(0, kept) + "...";
 }
 
 std::string expectedOf(const Argument &argument)
 {
     switch (argument.type) {
     case Type::Number:
-    case Type::Unit:
-    case Type::Port:
-    case Type::Vlan:
-        return "a number of 32 bits, decimal or 0x";
+        return argument.most == UINT32_MAX ? "a number of 32 bits, decimal or 0x"
+                                           : fmt::format("a number up to {}, decimal or 0x", argument.most);
     case Type::Mac:
         return "an address such as 00:11:22:33:44:55";
     case Type::Ports:
-        return fmt::format("ports up to {} such as 1,2,5-7, or - for none", LSWM_PORTS - 1);
-    case Type::Word: {
+        return fmt::format("ports up to {} such as 1,2,5-7, or - for none", lastPort(argument));
+    case Type::Word:
         return fmt::format("one of {}", fmt::join(split(argument.choices, '|'), ", "));
-    }
     case Type::Text:
         return "a text";
     case Type::Json:
@@ -189,13 +236,30 @@ std::string expectedOf(const Argument &argument)
 
 json checkedValue(const Argument &argument, const json &value)
 {
-    if (std::optional<json> kept = valueOf(argument, value))
-        return *kept;
-    throw ArgumentError{{fmt::format("expected {}, found {}", expectedOf(argument), shown(value))},
-                        std::string(argument.name)};
+    const std::string name(argument.name);
+    const std::optional<json> kept = valueOf(argument, value);
+    if (!kept)
+        throw ArgumentError{{fmt::format("expected {}, found {}", expectedOf(argument), shown(value))}, name};
+    try {
+        if (argument.check != nullptr)
+            argument.check(*kept);
+    } catch (const ArgumentError &error) {
+        throw ArgumentError{{error.text}, name + error.argument};
+    } catch (const UsageError &error) {
+        throw ArgumentError{{error.text}, name};
+    }
+    return *kept;
 }
 
 // ---- Arguments ------------------------------------------------------------------------------
+
+const Argument &Arguments::declared(std::string_view name) const
+{
+    const auto found = std::ranges::find(declared_, name, &Argument::name);
+    if (found == declared_.end())
+        throw std::logic_error(fmt::format("a command reads its argument '{}', which it does not have", name));
+    return *found;
+}
 
 bool Arguments::has(std::string_view name) const
 {
@@ -204,17 +268,19 @@ bool Arguments::has(std::string_view name) const
 
 uint32_t Arguments::number(std::string_view name) const
 {
-    return json(name).get<uint32_t>();
-}
-
-uint32_t Arguments::number(std::string_view name, uint32_t otherwise) const
-{
-    return has(name) ? number(name) : otherwise;
+    const Argument &argument = declared(name);
+    if (!has(name))
+        return argument.otherwise;
+    const nlohmann::json &value = json(name);
+    if (value.is_number())
+        return value.get<uint32_t>();
+    const std::vector<std::string_view> words = split(argument.choices, '|');
+    return static_cast<uint32_t>(std::ranges::find(words, value.get<std::string>()) - words.begin());
 }
 
 std::vector<uint32_t> Arguments::ports(std::string_view name) const
 {
-    return json(name).get<std::vector<uint32_t>>();
+    return has(name) ? json(name).get<std::vector<uint32_t>>() : std::vector<uint32_t>();
 }
 
 std::vector<uint8_t> Arguments::mac(std::string_view name) const
@@ -224,14 +290,12 @@ std::vector<uint8_t> Arguments::mac(std::string_view name) const
 
 std::string Arguments::text(std::string_view name) const
 {
-    return json(name).get<std::string>();
+    return has(name) ? json(name).get<std::string>() : std::string();
 }
 
 const nlohmann::json &Arguments::json(std::string_view name) const
 {
-    if (auto found = values_.find(std::string(name)); found != values_.end())
-        return *found;
-    throw std::logic_error(fmt::format("a command reads its argument '{}', which it was not given", name));
+    return values_.at(std::string(declared(name).name));
 }
 
 void Arguments::set(std::string_view name, nlohmann::json value)

@@ -22,19 +22,17 @@ std::optional<uint32_t> asNumber(const nlohmann::json &value);
 // text is not such a list.
 std::optional<std::vector<uint32_t>> parseList(std::string_view text, uint32_t most, size_t count);
 
-// For json::parse: throws UsageError for what is nested deeper than any device needs. Whoever walks a value
-// calls himself for what is in it.
-bool acceptNesting(int depth, nlohmann::json::parse_event_t event, nlohmann::json &value);
+// The parts between separators; at least one.
+std::vector<std::string_view> split(std::string_view text, char separator);
 
-// A JSON value as an error message shows it.
+// JSON as a file or a line holds it. Throws UsageError for what no device needs and what would be lost without
+// a word: nesting too deep to walk, a key given twice, a NUL in a text, numbers beyond JSON's, bad syntax.
+nlohmann::json parseJson(std::string_view text);
+
+// A JSON value as an error message shows it, cut where it is long.
 std::string shown(const nlohmann::json &value);
 // A text as it is, anything else as JSON. Bytes that are not UTF-8 are replaced.
 std::string plainText(const nlohmann::json &value);
-
-// What went wrong with one argument.
-struct ArgumentError : UsageError {
-    std::string argument;
-};
 
 // The value that Arguments keeps for `argument`. Throws ArgumentError.
 nlohmann::json checkedValue(const Argument &argument, const nlohmann::json &value);

@@ -1,0 +1,95 @@
+#include "tools/zrbench/output.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "tools/zrbench/command.h"
+
+namespace zrbench
+{
+
+namespace
+{
+
+int keepOpen(std::FILE *file)
+{
+    return std::fflush(file);
+}
+
+std::FILE *opened(const std::string &path)
+{
+    if (path == "-")
+        return stdout;
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+    std::FILE *file = descriptor < 0 ? nullptr : fdopen(descriptor, "w");
+    if (file == nullptr)
+        throw UsageError{fmt::format("cannot write {}: {}", path, std::strerror(errno))};
+    return file;
+}
+
+} // namespace
+
+Output::Output(std::string path)
+    : name_(path == "-" ? "standard output" : path), file_(opened(path), path == "-" ? keepOpen : std::fclose)
+{
+    fstat(fileno(file_.get()), &identity_);
+}
+
+bool Output::isFile(const struct stat &other) const
+{
+    return S_ISREG(identity_.st_mode) && identity_.st_dev == other.st_dev && identity_.st_ino == other.st_ino;
+}
+
+bool Output::sameAs(const Output &other) const
+{
+    return isFile(other.identity_);
+}
+
+bool Output::sameAs(const std::string &path) const
+{
+    struct stat other {
+    };
+    return stat(path.c_str(), &other) == 0 && isFile(other);
+}
+
+void Output::start()
+{
+    if (file_.get() != stdout && S_ISREG(identity_.st_mode) && ftruncate(fileno(file_.get()), 0) != 0)
+        keepFailure();
+}
+
+void Output::write(std::string_view text)
+{
+    if (std::fwrite(text.data(), 1, text.size(), file_.get()) != text.size())
+        keepFailure();
+}
+
+void Output::check()
+{
+    if (std::fflush(file_.get()) != 0)
+        keepFailure();
+    if (error_ != 0)
+        throw UsageError{fmt::format("cannot write {}: {}", name_, std::strerror(error_))};
+}
+
+void Output::keepFailure()
+{
+    error_ = error_ != 0 ? error_ : errno;
+}
+
+Output &standardOutput()
+{
+    static Output output("-");
+    return output;
+}
+
+void complain(std::string_view text)
+{
+    constexpr size_t kMost = 2000;
+    std::fflush(stdout); // what came before is read before
+    std::fputs(fmt::format("{}{}\n", text.substr(0, kMost), text.size() > kMost ? " ..." : "").c_str(), stderr);
+}
+
+} // namespace zrbench

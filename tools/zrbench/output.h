@@ -1,0 +1,53 @@
+// Where text goes: standard output, or a file that the user names. What cannot be written is not lost without
+// a word: the first failure is kept, and thrown when the output is checked.
+#pragma once
+
+#include <cstdio>
+#include <fmt/format.h>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+
+namespace zrbench
+{
+
+class Output
+{
+public:
+    // "-" is standard output. A file keeps its contents until start(). Throws UsageError.
+    explicit Output(std::string path);
+
+    // Whether this writes the same regular file as the other, or the one of that path.
+    bool sameAs(const Output &other) const;
+    bool sameAs(const std::string &path) const;
+
+    // Empties the file.
+    void start();
+    // Throws nothing: platform calls are traced from within the library.
+    void write(std::string_view text);
+    // Throws UsageError when anything was not written.
+    void check();
+
+private:
+    void keepFailure();
+    bool isFile(const struct stat &other) const;
+
+    std::string name_;
+    std::unique_ptr<std::FILE, int (*)(std::FILE *)> file_;
+    struct stat identity_ {
+    };
+    int error_ = 0;
+};
+
+Output &standardOutput();
+
+template <class... T> void print(fmt::format_string<T...> format, T &&...values)
+{
+    standardOutput().write(fmt::format(format, std::forward<T>(values)...));
+}
+
+// One line on standard error, cut where it is very long. Nobody could be told of a failure.
+void complain(std::string_view text);
+
+} // namespace zrbench
