@@ -282,7 +282,7 @@ TEST_F(ZrbenchTest, ABadCommandLineEndsWithTwo)
         {"run " + good + " --platform libzrlsw.so", "cannot load"},
         {"run " + good + " --fail l2sw_switch_init", "expected NAME[@N[+]]=STATUS"},
         {"run " + good + " --fail l2sw_switch_init@0=1", "expected NAME[@N[+]]=STATUS"},
-        {"run " + good + " --fail l2sw_nothing=1", "the platform has no call l2sw_nothing"},
+        {"run " + good + " --fail l2sw_nothing=1", "the platform has no call \"l2sw_nothing\""},
         {"run " + good + " --trace /none/trace", "cannot write /none/trace"},
         {"run " + good + " --dump /none/dump", "cannot write /none/dump"},
         {"commands fly", "no command starts with \"fly\""},

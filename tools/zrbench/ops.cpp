@@ -56,14 +56,14 @@ std::string commandFor(const Slot &slot)
     return found == commands().end() ? std::string() : std::string((*found)->name);
 }
 
-template <class Table> void addSlots(std::vector<Slot> &slots, std::string_view module, Table *table)
+template <class Table> void addSlots(std::vector<Slot> &slots, Table *table)
 {
     auto *operations = reinterpret_cast<void **>(table);
     for (size_t number = 0; number < sizeof(Table) / sizeof(void *); ++number) {
         const auto *member = std::ranges::find_if(kMembers, [&](const Member &candidate) {
             return candidate.table == typeid(Table) && candidate.slot == number;
         });
-        slots.push_back({module, number, operations[number],
+        slots.push_back({Module<Table>::kName, number, operations[number],
                          member != std::ranges::end(kMembers) ? &member->type : nullptr});
     }
 }
@@ -73,18 +73,18 @@ template <class Table> void addSlots(std::vector<Slot> &slots, std::string_view 
 std::vector<Slot> slots(const Tables &tables)
 {
     std::vector<Slot> all;
-    addSlots(all, "COMMON", tables.common);
-    addSlots(all, "PORT", tables.port);
-    addSlots(all, "MAC", tables.mac);
-    addSlots(all, "VLAN", tables.vlan);
-    addSlots(all, "QOS", tables.qos);
-    addSlots(all, "ACL", tables.acl);
-    addSlots(all, "HSEC", tables.hsec);
-    addSlots(all, "MC", tables.mc);
-    addSlots(all, "STORMCTL", tables.stormctl);
-    addSlots(all, "STP", tables.stp);
-    addSlots(all, "TRUNK", tables.trunk);
-    addSlots(all, "FMEA", tables.fmea);
+    addSlots(all, tables.common);
+    addSlots(all, tables.port);
+    addSlots(all, tables.mac);
+    addSlots(all, tables.vlan);
+    addSlots(all, tables.qos);
+    addSlots(all, tables.acl);
+    addSlots(all, tables.hsec);
+    addSlots(all, tables.mc);
+    addSlots(all, tables.stormctl);
+    addSlots(all, tables.stp);
+    addSlots(all, tables.trunk);
+    addSlots(all, tables.fmea);
     return all;
 }
 
