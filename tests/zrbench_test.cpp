@@ -1,137 +1,19 @@
 // The bench manager as its users meet it: what it prints, and how it exits.
-#include <fmt/format.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <nlohmann/json.hpp>
 
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
-#include <sstream>
-#include <string>
-#include <vector>
+
+#include "kit/zrbench.h"
 
 namespace
 {
 
+using namespace zrtest;
 using testing::HasSubstr;
 using testing::Not;
-
-#ifdef ZR_EMULATOR
-const std::string kStart = ZR_EMULATOR " ";
-#else
-const std::string kStart;
-#endif
-
-constexpr int kAsExpected = 0;
-constexpr int kNotAsExpected = 1;
-constexpr int kUsage = 2;
-
-struct Ended {
-    int status;
-    std::string output; // standard output and error, as they came
-};
-
-Ended shellCommand(const std::string &command)
-{
-    Ended ended{};
-    std::FILE *pipe = popen((command + " 2>&1").c_str(), "r");
-    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe))
-        ended.output += static_cast<char>(c);
-    ended.status = WEXITSTATUS(pclose(pipe));
-    return ended;
-}
-
-class ZrbenchTest : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        const auto lib = std::filesystem::path(ZRLSW_LIBRARY).parent_path();
-        program_ = (lib.parent_path() / "bin" / "zrbench").string();
-        command_ = kStart + program_;
-        directory_ = std::filesystem::path(testing::TempDir()) / fmt::format("zrbench_test.{}", getpid());
-        std::filesystem::create_directories(directory_);
-    }
-    void TearDown() override
-    {
-        if (!directory_.empty())
-            std::filesystem::remove_all(directory_);
-    }
-
-    std::string path(const std::string &name) const { return (directory_ / name).string(); }
-    std::string file(const std::string &name, const std::string &text) const
-    {
-        std::ofstream(path(name)) << text;
-        return path(name);
-    }
-    static std::string contents(const std::string &path)
-    {
-        std::ostringstream text;
-        text << std::ifstream(path).rdbuf();
-        return text.str();
-    }
-
-    Ended bench(const std::string &arguments) const { return shellCommand(command_ + " " + arguments); }
-    Ended run(const std::string &device, const std::string &options = {}) const
-    {
-        return bench(fmt::format("run {} {}", file("device.json", device), options));
-    }
-    Ended steps(const std::string &list, const std::string &options = {}) const
-    {
-        return run(fmt::format(R"({{"steps": [{}]}})", list), options);
-    }
-    Ended shell(const std::string &typed, const std::string &options = {}) const
-    {
-        return shellCommand(fmt::format("{} shell {} < {}", command_, options, file("typed", typed)));
-    }
-
-    // What a person at a terminal sees who types a line at every prompt, and then quits.
-    Ended terminal(const std::vector<std::string> &lines) const
-    {
-        Ended ended{};
-        int terminal = -1;
-        const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-        if (child == 0) {
-            setenv("HOME", directory_.c_str(), 1);
-            setenv("TERM", "xterm", 1);
-            alarm(60); // a shell that waits for what is never typed must not wait for ever
-            execl(program_.c_str(), "zrbench", "shell", nullptr);
-            _exit(127);
-        }
-        size_t typed = 0;
-        std::string unanswered;
-        char buffer[512];
-        for (ssize_t count; (count = read(terminal, buffer, sizeof buffer)) > 0;) {
-            ended.output.append(buffer, static_cast<size_t>(count));
-            unanswered.append(buffer, static_cast<size_t>(count));
-            // A prompt at the start of a line waits for input; any other is the line being drawn again.
-            if (unanswered != "zrbench> " && !unanswered.ends_with("\nzrbench> "))
-                continue;
-            unanswered.clear();
-            const std::string line = typed < lines.size() ? lines[typed++] + "\n" : "quit\n";
-            EXPECT_EQ(write(terminal, line.data(), line.size()), static_cast<ssize_t>(line.size()));
-        }
-        int status = 0;
-        waitpid(child, &status, 0);
-        close(terminal);
-        ended.status = WEXITSTATUS(status);
-        return ended;
-    }
-    bool editsLines() const { return contents(program_).find("libedit.so") != std::string::npos; }
-
-private:
-    std::string program_;
-    std::string command_; // how it is started
-    std::filesystem::path directory_;
-};
 
 TEST_F(ZrbenchTest, RunTellsEveryStepWithWhatItBroughtAbout)
 {
@@ -204,95 +86,6 @@ TEST_F(ZrbenchTest, AStepRepeatsForEachValueAndIsToldOnce)
     EXPECT_THAT(ended.output, HasSubstr("(r = 1-200)"));
     EXPECT_THAT(ended.output, HasSubstr("200 times ok"));
     EXPECT_THAT(ended.output, HasSubstr("2 times status 1 (invalid argument)"));
-}
-
-TEST_F(ZrbenchTest, ABadFileIsRefusedWithItsPlaceBeforeAnyStepIsMade)
-{
-    const auto unit = [](const char *fields) {
-        return fmt::format(R"({{"units": [{{"unit": 1, {}}}]}})", fields);
-    };
-    const auto step = [](const char *text) { return fmt::format(R"({{"steps": [{}]}})", text); };
-    const struct {
-        std::string device;
-        const char *named;
-    } cases[] = {
-        {"{\"steps\": [\n  \"chip init 1\",\n]}", "at line 3, column 1"},
-        {std::string(100000, '['), ": expected JSON nested at most 64 deep"},
-        {std::string(65, '[') + std::string(65, ']'), ": expected JSON nested at most 64 deep"},
-        {std::string(64, '[') + "1" + std::string(64, ']'), ": expected an object with \"steps\""},
-        {R"({"steps": [1e999]})", "number overflow parsing '1e999'"},
-        {R"([1])", ": expected an object with \"steps\", found [1]"},
-        {R"({"stepz": []})", "/stepz: not known here; there is about, environment, units, steps"},
-        {R"({"environment": {"A": 1}})", "/environment/A: expected a text, found 1"},
-        {R"({"units": [{"maxFrameSize": 1}]})", "/units/0: expected an object with \"unit\""},
-        {R"({"units": [{"unit": 3}]})", "/units/0: expected a unit from 0 to 2, found 3"},
-        {unit(R"("maxFrame": 1)"), "/units/0/maxFrame: expected one of maxFrameSize, reservedPort"},
-        {unit(R"("reservedPort": -1)"), "/units/0/reservedPort: expected a number up to 4294967295"},
-        {unit(R"("portSets": {"valid": "0-128"})"), "/units/0/portSets/valid: expected ports up to 127"},
-        {unit(R"("portSets": {"valid": "5-3"})"), "/units/0/portSets/valid: expected ports"},
-        {unit(R"("portSets": {"16": "1"})"), "/units/0/portSets/16: expected a set"},
-        {unit(R"("ports": {"1": {"flags": 256}})"), "/units/0/ports/1/flags: expected a number up to 255"},
-        {unit(R"("ports": {"1": {"speed": 1}})"), "/units/0/ports/1/speed: expected flags or kind"},
-        {unit(R"("board": ["revision 3", "revison 3"])"),
-         "/units/0/board/1: the board refuses this: unknown command 'revison'"},
-        {step(R"(3)"), "/steps/0: expected a command line or an object, found 3"},
-        {step(R"({})"), "/steps/0: expected an object with \"do\" or \"say\""},
-        {step(R"({"say": "a", "do": "ops"})"), "/steps/0/do: not known here"},
-        {R"({"steps": ["chip init 1", "fly 1"]})", "/steps/1: no command \"fly\"; help lists them"},
-        {step(R"("reg reed 1 2")"), "/steps/0: no command \"reg reed\"; there is reg read, reg write"},
-        {step(R"("reg read 1")"), "/steps/0: register is missing: reg read UNIT REGISTER"},
-        {step(R"("reg read 1 2 3")"), "/steps/0: \"3\" is too much: reg read UNIT REGISTER"},
-        {step(R"("reg read one 2")"),
-         "/steps/0: unit: expected a number of 32 bits, decimal or 0x, found \"one\""},
-        {step(R"("reg read 1 0x100000000")"), "/steps/0: register: expected a number of 32 bits"},
-        {step(R"("reg read 1 -1")"), "/steps/0: register: expected a number of 32 bits"},
-        {step(R"({"do": "reg read 1", "register": [2]})"), "/steps/0/register: expected a number of 32 bits"},
-        {step(R"({"do": "reg read 1 2", "reg": 2})"), "/steps/0/reg: no such argument: reg read UNIT REGISTER"},
-        {step(R"({"do": "ops", "expect": "four"})"), "/steps/0/expect: expected a number of 32 bits"},
-        {step(R"({"do": "ops", "lines": "text"})"), "/steps/0/lines: expected a list"},
-        {step(R"({"do": "ops", "out": [1]})"), "/steps/0/out: expected an object"},
-        {step(R"({"do": "ops", "each": {"a": "1", "b": "2"}})"),
-         "/steps/0/each: expected one name with its values"},
-        {step(R"({"do": "ops", "each": {"a": "1-200000"}})"), "/steps/0/each/a: expected up to 100000 numbers"},
-        {step(R"({"do": "chip init ${u/0}", "each": {"u": "1"}})"), "/steps/0: expected ${NAME"},
-        {step(R"({"do": "trace loud"})"),
-         "/steps/0/do: calls: expected one of off, calls, all, found \"loud\""},
-    };
-    for (const auto &row : cases) {
-        const Ended ended = run(row.device);
-        EXPECT_EQ(ended.status, kUsage) << row.device << "\n" << ended.output;
-        EXPECT_THAT(ended.output, HasSubstr("zrbench: " + path("device.json") + ": "));
-        EXPECT_THAT(ended.output, HasSubstr(row.named)) << row.device;
-        EXPECT_THAT(ended.output, Not(HasSubstr("   1  "))) << row.device;
-    }
-}
-
-TEST_F(ZrbenchTest, ABadCommandLineEndsWithTwo)
-{
-    const std::string good = file("good.json", R"({"steps": ["chip init 1"]})");
-    const struct {
-        std::string arguments;
-        const char *named;
-    } cases[] = {
-        {"", "A subcommand is required"},
-        {"run", "file is required"},
-        {"run " + path("none.json"), "none.json: cannot be read"},
-        {"run " + good + " --lib /none/libzrlsw.so", "cannot load /none/libzrlsw.so"},
-        {"run " + good + " --lib libzrsim.so", "has no ZR_COMMON_FuncListInit"},
-        {"run " + good + " --platform libzrlsw.so", "cannot load"},
-        {"run " + good + " --fail l2sw_switch_init", "expected NAME[@N[+]]=STATUS"},
-        {"run " + good + " --fail l2sw_switch_init@0=1", "expected NAME[@N[+]]=STATUS"},
-        {"run " + good + " --fail l2sw_nothing=1", "the platform has no call \"l2sw_nothing\""},
-        {"run " + good + " --trace /none/trace", "cannot write /none/trace"},
-        {"run " + good + " --dump /none/dump", "cannot write /none/dump"},
-        {"commands fly", "no command starts with \"fly\""},
-        {"--color=pink ops", "pink"},
-    };
-    for (const auto &row : cases) {
-        const Ended ended = bench(row.arguments);
-        EXPECT_EQ(ended.status, kUsage) << row.arguments << "\n" << ended.output;
-        EXPECT_THAT(ended.output, HasSubstr(row.named)) << row.arguments;
-    }
 }
 
 TEST_F(ZrbenchTest, FailuresAreInjectedByNameAndCount)

@@ -87,9 +87,13 @@ Output &standardOutput()
 
 void complain(std::string_view text)
 {
-    constexpr size_t kMost = 2000;
-    std::fflush(stdout); // what came before is read before
-    std::fputs(fmt::format("{}{}\n", text.substr(0, kMost), text.size() > kMost ? " ..." : "").c_str(), stderr);
+    constexpr size_t kHead = 400;
+    constexpr size_t kTail = 200;
+    std::fflush(stdout); // keeps the order of the two streams
+    const std::string line = text.size() <= kHead + kTail ? fmt::format("{}\n", text)
+                                                          : fmt::format("{} ... {}\n", text.substr(0, kHead),
+                                                                        text.substr(text.size() - kTail));
+    std::fputs(line.c_str(), stderr);
 }
 
 } // namespace zrbench

@@ -47,7 +47,7 @@ template <class... T> void print(fmt::format_string<T...> format, T &&...values)
     standardOutput().write(fmt::format(format, std::forward<T>(values)...));
 }
 
-// One line on standard error, cut where it is very long. Nobody could be told of a failure.
+// Prints one line to standard error; a very long one loses its middle. A failure can be told nowhere.
 void complain(std::string_view text);
 
 } // namespace zrbench

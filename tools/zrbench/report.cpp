@@ -76,12 +76,12 @@ std::string outputsText(const Outcome &outcome)
     return text;
 }
 
-bool hasDeviated(const Judged &run)
+bool hasDeviated(const CheckedRun &run)
 {
     return !run.deviations.empty();
 }
 
-bool isRefused(const Judged &run)
+bool isRefused(const CheckedRun &run)
 {
     return run.result.outcome.hasStatus && run.result.outcome.status != LSW_OK;
 }
@@ -99,7 +99,7 @@ void Report::heading(const std::string &text) const
         print("\n{}\n", painted(kHeading, text));
 }
 
-std::string Report::verdict(const std::vector<Judged> &runs) const
+std::string Report::verdict(const std::vector<CheckedRun> &runs) const
 {
     if (runs.size() == 1) {
         const Outcome &outcome = runs[0].result.outcome;
@@ -110,7 +110,7 @@ std::string Report::verdict(const std::vector<Judged> &runs) const
                (outputs.empty() ? "" : "  ") + outputs;
     }
     std::map<uint32_t, size_t> tally;
-    for (const Judged &run : runs)
+    for (const CheckedRun &run : runs)
         ++tally[run.result.outcome.status];
     std::string text;
     for (const auto &[status, count] : tally) {
@@ -121,7 +121,7 @@ std::string Report::verdict(const std::vector<Judged> &runs) const
     return text;
 }
 
-void Report::details(const Judged &run) const
+void Report::details(const CheckedRun &run) const
 {
     for (const std::string &call : run.result.calls)
         print("       {}\n", painted(kDim, "> " + call));
@@ -139,7 +139,7 @@ void Report::details(const Judged &run) const
         print("       {}\n", painted(kBad, "NOT AS EXPECTED: " + deviation));
 }
 
-void Report::step(const std::string &text, const std::string &note, const std::vector<Judged> &runs,
+void Report::step(const std::string &text, const std::string &note, const std::vector<CheckedRun> &runs,
                   bool always)
 {
     ++number_;
@@ -163,7 +163,7 @@ void Report::step(const std::string &text, const std::string &note, const std::v
     // Of many runs the first that deviate are shown, else the first that was refused.
     constexpr size_t kMostShown = 3;
     size_t shownRuns = 0;
-    for (const Judged &run : runs) {
+    for (const CheckedRun &run : runs) {
         if (deviates ? !hasDeviated(run) : !isRefused(run))
             continue;
         if (++shownRuns > (deviates ? kMostShown : 1))

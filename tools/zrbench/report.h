@@ -10,7 +10,7 @@ namespace zrbench
 {
 
 // An invocation that was made, and what about it was not as expected.
-struct Judged {
+struct CheckedRun {
     const Invocation *invocation;
     Result result;
     std::vector<std::string> deviations;
@@ -24,7 +24,7 @@ public:
     void heading(const std::string &text) const;
     // A step with one run or several; several are shown as one unless they deviate. Counts the step. With
     // `always` it is printed even when the report is quiet.
-    void step(const std::string &text, const std::string &note, const std::vector<Judged> &runs,
+    void step(const std::string &text, const std::string &note, const std::vector<CheckedRun> &runs,
               bool always = false);
     // The counts. `heldBlocks` is what the library keeps of the manager's memory.
     void summary(const std::string &title, unsigned heldBlocks) const;
@@ -34,8 +34,8 @@ public:
 
 private:
     std::string painted(const char *colour, const std::string &text) const;
-    std::string verdict(const std::vector<Judged> &runs) const;
-    void details(const Judged &run) const;
+    std::string verdict(const std::vector<CheckedRun> &runs) const;
+    void details(const CheckedRun &run) const;
 
     bool colour_;
     bool quiet_;

@@ -80,20 +80,20 @@ Memory memoryOf(const Session &session)
             inspection.badFrees != nullptr ? inspection.badFrees() : 0};
 }
 
-Judged judgedRun(Session &session, const Run &run)
+CheckedRun checkedRun(Session &session, const Run &run)
 {
     const Memory before = memoryOf(session);
-    Judged judged{&run.invocation, session.invoke(run.invocation), {}};
+    CheckedRun checked{&run.invocation, session.invoke(run.invocation), {}};
     const Memory after = memoryOf(session);
-    judged.deviations = deviations(judged.result, run.expected, session.inspection().available());
+    checked.deviations = deviations(checked.result, run.expected, session.inspection().available());
     if (session.inspection().liveBlocks != nullptr && after.blocks - before.blocks != run.expected.holds) {
-        judged.deviations.push_back(fmt::format("keeps {} memory blocks, expected {}",
-                                                static_cast<int>(after.blocks - before.blocks),
-                                                run.expected.holds));
+        checked.deviations.push_back(fmt::format("keeps {} memory blocks, expected {}",
+                                                 static_cast<int>(after.blocks - before.blocks),
+                                                 run.expected.holds));
     }
     if (after.badFrees != before.badFrees)
-        judged.deviations.push_back("frees a memory block that it does not hold");
-    return judged;
+        checked.deviations.push_back("frees a memory block that it does not hold");
+    return checked;
 }
 
 } // namespace
@@ -118,6 +118,18 @@ std::vector<std::string> deviations(const Result &result, const Expectation &exp
 
 void runDevice(Session &session, const Device &device, Report &report)
 {
+    auto placed = [&](const Step &step, const Run &run, auto action) {
+        try {
+            action();
+        } catch (const UsageError &error) {
+            throw UsageError{
+                fmt::format("{}: {}: {}: {}", device.file, step.place, run.invocation.text, error.text)};
+        }
+    };
+    for (const Step &step : device.steps) {
+        for (const Run &run : step.runs)
+            placed(step, run, [&] { session.check(run.invocation); });
+    }
     for (const auto &[name, value] : device.environment)
         setenv(name.c_str(), value.c_str(), 1);
     for (const DeviceUnit &unit : device.units) {
@@ -138,15 +150,9 @@ void runDevice(Session &session, const Device &device, Report &report)
             report.heading(step.text);
             continue;
         }
-        std::vector<Judged> runs;
-        for (const Run &run : step.runs) {
-            try {
-                runs.push_back(judgedRun(session, run));
-            } catch (const UsageError &error) {
-                throw UsageError{
-                    fmt::format("{}: {}: {}: {}", device.file, step.place, run.invocation.text, error.text)};
-            }
-        }
+        std::vector<CheckedRun> runs;
+        for (const Run &run : step.runs)
+            placed(step, run, [&] { runs.push_back(checkedRun(session, run)); });
         report.step(step.text, step.note, runs);
     }
 }

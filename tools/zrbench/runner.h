@@ -8,8 +8,8 @@
 namespace zrbench
 {
 
-// Sets up the device and makes its steps. Throws UsageError, with the step's place, for a step that cannot
-// be made at all.
+// Checks the steps against library and platform, sets up the device and makes its steps. Throws UsageError,
+// with the step's place, for a step that cannot be made at all.
 void runDevice(Session &session, const Device &device, Report &report);
 
 // What of `result` is not as expected. Lines count only where the platform lets them be seen.

@@ -28,7 +28,7 @@ std::string located(const std::string &name)
 template <class Function> Function *needed(Function *function, std::string_view purpose)
 {
     if (function == nullptr)
-        throw UsageError{fmt::format("{}: this platform does not provide it", purpose)};
+        throw UsageError{fmt::format("{}: this platform does not support it", purpose)};
     return function;
 }
 
@@ -172,33 +172,43 @@ void Session::release(void *block)
     platform_.need<void(void *)>("LSWM_MemFree")(block);
 }
 
-Result Session::invoke(const Invocation &invocation)
+void Session::check(const Invocation &invocation) const
 {
     const Command &command = *invocation.command;
     for (const Slot &slot : slots(tables_)) {
         if (slot.operation == nullptr && usesSlot(command, slot.module, slot.number))
             throw UsageError{fmt::format("the library does not fill {}", slot.label())};
     }
+    if (command.name == "fail")
+        checkCall(parseFailure(invocation.arguments.text("call")).name);
+}
+
+Result Session::invoke(const Invocation &invocation)
+{
     if (trace_)
         trace_->write(fmt::format("# {}\n", invocation.text));
     lines_.clear();
     calls_.clear();
     boardRefused_ = false;
-    Outcome outcome = command.run(*this, invocation.arguments);
+    Outcome outcome = invocation.command->run(*this, invocation.arguments);
     return {std::move(outcome), std::exchange(lines_, {}), std::exchange(calls_, {}), boardRefused_};
+}
+
+// The gate knows calls; data, the inspection itself and names of C++ are symbols that it never meets.
+void Session::checkCall(const std::string &name) const
+{
+    needed(inspection_.fail, "fail");
+    if (name.starts_with("zrsim_") || name.starts_with("_Z") || !platform_.hasFunction(name.c_str()))
+        throw UsageError{fmt::format("the platform has no call {}", shown(name))};
 }
 
 void Session::fail(const Failure &failure)
 {
-    const auto failCall = needed(inspection_.fail, "fail");
-    const std::string &name = failure.name;
-    // The gate knows calls; data, the inspection itself and names of C++ are symbols that it never meets.
-    const bool gated =
-        !name.starts_with("zrsim_") && !name.starts_with("_Z") && platform_.hasFunction(name.c_str());
-    const unsigned made = failure.nth == 0 ? 0 : needed(inspection_.calls, "fail NAME@N")(name.c_str());
-    const unsigned nth = failure.nth == 0 ? 0 : failure.nth + made;
-    if (!gated || failCall(name.c_str(), nth, failure.andAfter ? 1 : 0, failure.status) != 0)
-        throw UsageError{fmt::format("the platform has no call {}", shown(name))};
+    const char *name = failure.name.c_str();
+    checkCall(failure.name);
+    const unsigned nth = failure.nth == 0 ? 0 : failure.nth + needed(inspection_.calls, "fail NAME@N")(name);
+    if (inspection_.fail(name, nth, failure.andAfter ? 1 : 0, failure.status) != 0)
+        throw UsageError{fmt::format("the platform has no call {}", name)};
 }
 
 void Session::failNone()

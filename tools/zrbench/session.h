@@ -85,7 +85,9 @@ public:
     // Whether the last board() was refused; its text says why. Unknown, and false, without inspection.
     bool boardRefused() const { return boardRefused_; }
 
-    // Throws UsageError when the library lacks the command's operation or the command refuses.
+    // Throws UsageError when the library or the platform lacks what the command works with.
+    void check(const Invocation &invocation) const;
+    // Runs a command that check() has passed. Throws UsageError when the command refuses.
     Result invoke(const Invocation &invocation);
 
     // What the platform lets us see and disturb.
@@ -109,6 +111,7 @@ public:
     bool quitting() const { return quit_; }
 
 private:
+    void checkCall(const std::string &name) const;
     static void callMade(const char *text, unsigned depth, void *session);
     void watchCalls();
 

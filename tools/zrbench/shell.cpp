@@ -159,7 +159,8 @@ bool runShell(Session &session, Report &report)
             continue;
         try {
             const Invocation invocation = parseInvocation(*line);
-            std::vector<Judged> runs;
+            session.check(invocation);
+            std::vector<CheckedRun> runs;
             runs.push_back({&invocation, session.invoke(invocation), {}});
             report.step(invocation.text, {}, runs, true);
         } catch (const ArgumentError &error) {

@@ -184,7 +184,9 @@ json parseJson(std::string_view text)
         if (event == Event::key) {
             Level &level = levels.back();
             level.step = value.get<std::string>();
-            refuseNul(level.step);
+            if (level.step.find('\0') != std::string::npos)
+                level.step = shown(value);
+            refuseNul(value.get_ref<const std::string &>());
             if (!level.keys.insert(level.step).second)
                 throw UsageError{place() + "given twice"};
         }

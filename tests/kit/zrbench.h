@@ -1,0 +1,131 @@
+// zrbench as a program that a test starts.
+#pragma once
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace zrtest
+{
+
+#ifdef ZR_EMULATOR
+inline const std::string kStart = ZR_EMULATOR " ";
+#else
+inline const std::string kStart;
+#endif
+
+constexpr int kAsExpected = 0;
+constexpr int kNotAsExpected = 1;
+constexpr int kUsage = 2;
+
+struct Ended {
+    int status;
+    std::string output; // standard output and error, as they came
+};
+
+inline Ended shellCommand(const std::string &command)
+{
+    Ended ended{};
+    std::FILE *pipe = popen((command + " 2>&1").c_str(), "r");
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe))
+        ended.output += static_cast<char>(c);
+    ended.status = WEXITSTATUS(pclose(pipe));
+    return ended;
+}
+
+class ZrbenchTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        const auto lib = std::filesystem::path(ZRLSW_LIBRARY).parent_path();
+        program_ = (lib.parent_path() / "bin" / "zrbench").string();
+        command_ = kStart + program_;
+        directory_ = std::filesystem::path(testing::TempDir()) / fmt::format("zrbench_test.{}", getpid());
+        std::filesystem::create_directories(directory_);
+    }
+    void TearDown() override
+    {
+        if (!directory_.empty())
+            std::filesystem::remove_all(directory_);
+    }
+
+    std::string path(const std::string &name) const { return (directory_ / name).string(); }
+    std::string file(const std::string &name, const std::string &text) const
+    {
+        std::ofstream(path(name)) << text;
+        return path(name);
+    }
+    static std::string contents(const std::string &path)
+    {
+        std::ostringstream text;
+        text << std::ifstream(path).rdbuf();
+        return text.str();
+    }
+
+    std::string commandLine(const std::string &arguments) const { return command_ + " " + arguments; }
+    Ended bench(const std::string &arguments) const { return shellCommand(commandLine(arguments)); }
+    Ended run(const std::string &device, const std::string &options = {}) const
+    {
+        return bench(fmt::format("run {} {}", file("device.json", device), options));
+    }
+    Ended steps(const std::string &list, const std::string &options = {}) const
+    {
+        return run(fmt::format(R"({{"steps": [{}]}})", list), options);
+    }
+    Ended shell(const std::string &typed, const std::string &options = {}) const
+    {
+        return shellCommand(fmt::format("{} shell {} < {}", command_, options, file("typed", typed)));
+    }
+
+    // What a person at a terminal sees who types a line at every prompt, and then quits.
+    Ended terminal(const std::vector<std::string> &lines) const
+    {
+        Ended ended{};
+        int terminal = -1;
+        const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+        if (child == 0) {
+            setenv("HOME", directory_.c_str(), 1);
+            setenv("TERM", "xterm", 1);
+            alarm(60); // a shell that waits for what is never typed must not wait for ever
+            execl(program_.c_str(), "zrbench", "shell", nullptr);
+            _exit(127);
+        }
+        size_t typed = 0;
+        std::string unanswered;
+        char buffer[512];
+        for (ssize_t count; (count = read(terminal, buffer, sizeof buffer)) > 0;) {
+            ended.output.append(buffer, static_cast<size_t>(count));
+            unanswered.append(buffer, static_cast<size_t>(count));
+            // A prompt at the start of a line waits for input; any other is the line being drawn again.
+            if (unanswered != "zrbench> " && !unanswered.ends_with("\nzrbench> "))
+                continue;
+            unanswered.clear();
+            const std::string line = typed < lines.size() ? lines[typed++] + "\n" : "quit\n";
+            EXPECT_EQ(write(terminal, line.data(), line.size()), static_cast<ssize_t>(line.size()));
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        close(terminal);
+        ended.status = WEXITSTATUS(status);
+        return ended;
+    }
+    bool editsLines() const { return contents(program_).find("libedit.so") != std::string::npos; }
+
+private:
+    std::string program_;
+    std::string command_; // how it is started
+    std::filesystem::path directory_;
+};
+
+} // namespace zrtest
