@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "acl/acl.h"
-#include "acl/field_chain.h"
+#include "base/field_chain.h"
 #include "bench/pair.h"
 #include "platform/bounded.h"
 #include "platform/chip_sdk.h"

@@ -233,7 +233,8 @@ ZR_EXPORT void HAL_ACL_FilterActToLswmActionZr(LswmAclAction *action, const Filt
 // ---- names ----------------------------------------------------------------------------------------
 
 // Copies the printable name of a raw field id. LSW_OK; LSW_NOT_FOUND for an id without a name;
-// LSW_CHIP_FAILED when `buffer` of `size` bytes is too small or null. All silently.
+// LSW_CHIP_FAILED when `buffer` of `size` bytes is too small or null, and holds what strncpy_s then leaves.
+// All silently.
 ZR_EXPORT uint32_t HAL_ACL_FieldType2Name(uint32_t id, char *buffer, uint32_t size);
 
 ZR_EXTERN_C_END

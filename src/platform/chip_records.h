@@ -1,4 +1,5 @@
-// Records exchanged with the chip SDK, byte for byte as the SDK lays them out.
+// Records exchanged with the chip SDK, byte for byte as the SDK lays them out. What the SDK means by a field
+// or by a status is known only as far as the library needs it; where more is said it is marked as assumed.
 #pragma once
 
 #include "platform/abi.h"
@@ -6,7 +7,7 @@
 // ---- bring-up -------------------------------------------------------------------------------
 
 // Services that the SDK takes from its host: the register transport of units that are not reached
-// directly, mutexes, text output. The SDK keeps a copy.
+// directly, mutexes, text output. The record lives for the registration only, so the SDK has to copy it.
 typedef struct {
     uint32_t (*regRead)(uint8_t unit, uint32_t address, uint32_t *value);
     uint32_t (*regWrite)(uint8_t unit, uint32_t address, uint32_t value);
@@ -80,15 +81,16 @@ typedef struct {
     FilterField *head; // null when empty; kept by the SDK
     uint8_t reserved8[168];
     uint32_t portBitmap; // bit n = chip port n
-    uint32_t portMask;   // the ports that a rule can name
+    uint32_t portMask;   // ZR_ACL_CHIP_PORTS in every rule; assumed: the ports that portBitmap decides
     uint8_t reserved184[8];
 } FilterCfg;
 ZR_ASSERT_SIZE(FilterCfg, 192);
 ZR_ASSERT_OFFSET(FilterCfg, portBitmap, 176);
 ZR_ASSERT_OFFSET(FilterCfg, portMask, 180);
 
-// A rule's action: switches in words 8 to 26, their arguments in words 33 to 40. The meaning of a
-// switch that is not named here is the SDK's; the words carry their number.
+// A rule's action: switches in words 8 to 26, their arguments in words 33 to 40. Meter and counter are known;
+// what the other switches do is the SDK's, so that they carry their number. The word "redirect" is assumed:
+// known is that word 12 goes with a mask of chip ports in word 37.
 typedef struct {
     uint32_t reserved0[8];
     uint32_t carEnable; // word 8
@@ -189,7 +191,7 @@ typedef struct {
     uint32_t byPort;
     uint32_t port;
     uint32_t reserved6[4];
-    uint32_t allPorts; // 1 only for the flush by VLAN alone
+    uint32_t allPorts; // 1 for the flush by VLAN alone, 0 for the others
 } L2FlushCfg;
 ZR_ASSERT_SIZE(L2FlushCfg, 44);
 ZR_ASSERT_OFFSET(L2FlushCfg, byPort, 4 * 4);
@@ -199,7 +201,7 @@ ZR_ASSERT_OFFSET(L2FlushCfg, allPorts, 10 * 4);
 typedef struct {
     uint32_t memberMask;
     uint32_t untagMask;           // members that leave the VLAN without a tag
-    uint16_t independentLearning; // 1: addresses are learned per VLAN
+    uint16_t independentLearning; // 1 in a created VLAN, 0 in a destroyed one
     uint8_t reserved10[10];
 } VlanCfg;
 ZR_ASSERT_SIZE(VlanCfg, 20);
@@ -218,7 +220,7 @@ ZR_ASSERT_OFFSET(VlanMbrCfg, memberMask, 4);
 enum {
     SDK_L2_TABLE_FULL = 22,          // add: the table is full or the hash bucket is taken
     SDK_MBR_TABLE_FULL = 22,         // no member configuration is free
-    SDK_L2_ENTRY_NOT_FOUND = 0x6000A // delete: no such entry
+    SDK_L2_ENTRY_NOT_FOUND = 0x6000A // delete in a VLAN: counts as success; assumed: no such entry
 };
 
 // ---- ports ----------------------------------------------------------------------------------
@@ -236,7 +238,7 @@ typedef struct {
 } SdkPortAbility;
 ZR_ASSERT_SIZE(SdkPortAbility, 32);
 
-// Forced-link settings or the status of a MAC.
+// Forced-link settings of a MAC, or its status.
 typedef struct {
     uint32_t reserved0;
     uint32_t speed;  // SDK_SPEED_*

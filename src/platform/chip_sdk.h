@@ -1,5 +1,6 @@
-// The chip SDK's functions, as the library calls them. Every function returns a status, 0 for
-// success, unless said otherwise. Ports are the manager's port numbers unless named chip ports.
+// The chip SDK's functions, as the library calls them. Every function returns a status, 0 for success, unless
+// said otherwise. Ports are the manager's port numbers unless named chip ports. Where `unit` has 8 bits, a
+// unit above 255 acts on its low 8 bits: the library cuts it without a check.
 #pragma once
 
 #include "platform/chip_records.h"
@@ -18,7 +19,7 @@ uint32_t l2sw_setAsicReg(uint8_t unit, uint32_t reg, uint32_t value);
 uint32_t l2sw_led_groupConfig_set(uint8_t unit, uint32_t group, uint32_t mode);
 uint32_t l2sw_led_blinkRate_set(uint8_t unit, uint32_t rate);
 
-// Port numbering. The first two return the answer itself.
+// Port numbering. The first two return the value itself, not a status.
 uint32_t l2sw_switch_port_L2P_get(uint32_t unit, uint32_t port); // the chip port
 uint32_t l2sw_switch_isExtPort(uint32_t unit, uint32_t port);    // nonzero: read through its PHY
 uint32_t l2sw_switch_logPortMask_get(uint32_t unit, uint32_t *mask);

@@ -18,7 +18,8 @@ enum {
     LSW_UNSUPPORTED = 8       // unsupported value, or a unit that the SMI path does not serve
 };
 
-// Who is speaking: the first argument of both print services. 8, 9 and 10 are not this library's.
+// The module that a line belongs to: the first argument of both print services. The library does not use
+// 8, 9 and 10.
 enum {
     LSW_MODULE_SMI = 0,
     LSW_MODULE_CHIP = 1,
@@ -35,21 +36,22 @@ enum {
 // Trace levels that LSWM_PrintSwitchOn is asked for.
 enum { LSW_TRACE_EVENT = 2, LSW_TRACE_DETAIL = 3 };
 
-// Records a failed configuration step: always printed. `reserved` is 0; `status` is usually
-// what the lower layer answered, and a constant where there is no such answer. The result is the manager's.
+// Records a failed configuration step: always printed. `reserved` is 0; `status` is usually what the lower
+// layer returned, and a constant where it returned none. The result means nothing to the library, but two
+// failures of HAL_VLAN_SetTagModeZr return it.
 uint32_t LSWM_ConfigFailPrint(uint32_t module, uint32_t reserved, uint32_t status, const char *format, ...)
     ZR_PRINTF_LIKE(4, 5);
 
 // Prints a trace line. `reserved` is 0. Ask LSWM_PrintSwitchOn first unless the line is unconditional.
 uint32_t LSWM_DebugInfoPrint(uint32_t module, uint32_t reserved, const char *format, ...) ZR_PRINTF_LIKE(3, 4);
 
-// Whether traces of `level` are on: only the low 8 bits of the result count.
+// Nonzero in the low 8 bits, which alone count, when traces of `level` are on.
 uint32_t LSWM_PrintSwitchOn(uint32_t level);
 
 // Prints a text on the manager's command line as it is: it is not a format.
 uint32_t LSWM_CmdCliPrint(const char *text);
 
-// Memory of the manager: null when there is none. Blocks are not cleared.
+// `size` bytes of the manager's memory, uncleared; null when there are none.
 void *LSWM_MemAlloc(uint32_t size);
 void LSWM_MemFree(void *block);
 
@@ -81,7 +83,7 @@ enum {
 
 // Bits of LswmPortInfo.flags and values of LswmPortInfo.kind that the library reads.
 enum {
-    LSWM_PORT_MAC_REPORTED = 0x2, // the port may stand as the port of an address read by index
+    LSWM_PORT_MAC_REPORTED = 0x2, // flag: the port may be reported as that of an address read by index
     LSWM_PORT_NO_LINK_SCAN = 1    // kind: the link-scan work-around is not applied
 };
 

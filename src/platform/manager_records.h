@@ -1,5 +1,5 @@
 // Records that the manager passes to the operations, byte for byte as the manager lays them out.
-// Only the named fields are read or written; reserved bytes are left alone.
+// Only the named fields are read or written, and reserved bytes are left alone, unless a record says otherwise.
 #pragma once
 
 #include "platform/abi.h"
@@ -10,7 +10,7 @@ typedef struct {
     uint16_t vlan;  // VLAN of delete by VLAN and MAC and of the flush by port and VLAN
     uint8_t valid;  // set to 1 by a read
     uint8_t reserved9;
-    uint16_t port;
+    uint16_t port; // written by a read and by the synchronised insert
     uint8_t reserved12[4];
     uint32_t entryVlan; // VLAN of an added entry; written by a read
     uint8_t reserved20[4];
@@ -41,7 +41,8 @@ typedef struct {
 } LswmMacQuery;
 ZR_ASSERT_OFFSET(LswmMacQuery, index, 48);
 
-// Link abilities of a port, one byte each, 0 or 1.
+// Link abilities of a port, one byte each, 0 or 1. Reading them clears all 12 bytes first, also when it
+// fails then.
 typedef struct {
     uint8_t half10;
     uint8_t full10;
@@ -57,7 +58,7 @@ ZR_ASSERT_SIZE(LswmPortAbility, 12);
 ZR_ASSERT_OFFSET(LswmPortAbility, full1000, 4);
 ZR_ASSERT_OFFSET(LswmPortAbility, pause, 8);
 
-// A port's traffic counters by the manager's counter number.
+// A port's traffic counters by the manager's counter number; a read writes all of them.
 typedef struct {
     uint64_t counter[80];
 } LswmPortStatistics;
@@ -87,8 +88,8 @@ ZR_ASSERT_SIZE(LswmStormControl, 16);
 // Committed access rate.
 typedef struct {
     uint32_t mode;   // 1 passes rates unconverted; any other value is mode 0
-    uint32_t rate;   // manager's unit: an eighth of the chip's unit in mode 0
-    uint32_t bucket; // manager's unit
+    uint32_t rate;   // mode 0: in eighths of the chip's unit; mode 1: in the chip's unit
+    uint32_t bucket; // written: in 12/5 of the chip's unit; read: in the chip's unit
 } LswmCar;
 ZR_ASSERT_SIZE(LswmCar, 12);
 
@@ -98,8 +99,8 @@ typedef struct {
 } LswmCounter;
 ZR_ASSERT_SIZE(LswmCounter, 16);
 
-// Match part of an ACL rule. VLAN, ports, EtherType and IPv4 addresses are numbers in the
-// processor's byte order; MAC addresses and CAPWAP words are bytes as on the wire.
+// Match part of an ACL rule. Numbers are in the processor's byte order, IPv4 addresses included; MAC
+// addresses and CAPWAP words are bytes as on the wire.
 typedef struct {
     uint8_t l3Type; // 0: IPv4, the IPv4 fields count; any other value: they do not
     uint8_t reserved1[3];
@@ -179,7 +180,7 @@ typedef struct {
     uint8_t reserved4[4];
     uint32_t counterId; // hit counter
     uint8_t reserved12[32];
-    uint32_t carId; // meter that polices the rule
+    uint32_t carId; // meter that polices the rule; recorded by its low 8 bits
     uint8_t reserved48[68];
     uint8_t value; // of LSWM_ACTION_VALUE_A, _B and _C
     uint8_t reserved117[15];
@@ -195,7 +196,7 @@ ZR_ASSERT_OFFSET(LswmAclAction, port, 356 - 224);
 enum {
     LSWM_ACTION_FORWARD_A = 0x1, // the first of A, B, C, D/E that is set is the forwarding action
     LSWM_ACTION_FORWARD_B = 0x2,
-    LSWM_ACTION_COUNT = 0x10, // hit counter in counterId
+    LSWM_ACTION_COUNT = 0x10, // hit counter, its number in counterId
     LSWM_ACTION_FORWARD_C = 0x20,
     LSWM_ACTION_CAR = 0x40, // policed by carId
     LSWM_ACTION_FORWARD_D = 0x80,
@@ -219,10 +220,10 @@ ZR_ASSERT_OFFSET(LswmAclRule, match, 24);
 ZR_ASSERT_OFFSET(LswmAclRule, partition, 200);
 ZR_ASSERT_OFFSET(LswmAclRule, action, 224);
 
-// Where a rule stands on the chip.
+// Where a rule is on the chip.
 typedef struct {
     uint32_t firstChipId; // first chip rule id
-    uint8_t count;        // consecutive chip entries
+    uint8_t count;        // consecutive chip entries, cut to 8 bits
     uint8_t reserved5[3];
 } AclEntryPlace;
 ZR_ASSERT_SIZE(AclEntryPlace, 8);
