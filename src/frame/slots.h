@@ -2,6 +2,8 @@
 // op_tables.h, the fillers of func_list.cpp and `zrbench ops` expand these lists.
 #pragma once
 
+#include "platform/abi.h"
+
 #define ZR_COMMON_SLOTS(X)                                                                                     \
     X(ZrCommonOps, 0, initChip, ZR_COMMON_InitChip)                                                            \
     X(ZrCommonOps, 1, chipRegRead, ZR_COMMON_ChipRegRead)                                                      \
