@@ -80,7 +80,7 @@ TEST_F(ZrbenchTest, ABadFileIsRefusedWithItsPlaceBeforeAnyStepIsMade)
         {after(R"({"do": "unit set 1", "info": {"ports": 3}})"), "/steps/1/info/ports: expected an object"},
         {after(R"("fail l2sw_vlan_set")"), "/steps/1: call: expected NAME[@N[+]]=STATUS"},
         {after(R"("fail l2sw_nothing=1")"), "/steps/1: fail l2sw_nothing=1: the platform has no call"},
-        {after(R"("port advertise 1 1 fast")"), "/steps/1: abilities: expected abilities out of"},
+        {after(R"("port advertise 1 1 fast")"), "/steps/1: abilities: expected any of"},
         {after(R"("isolate set 1 1 32 on")"), "/steps/1: from: expected ports up to 31"},
         {after(R"("mac fill 1 02:00:00:00:00:01 1 1 5 0")"), "/steps/1: step: expected a step from 1 on"},
         {after(R"("mac add 256 02:00:00:00:00:01 1 1")"), "/steps/1: unit: expected a number up to 255"},

@@ -1,4 +1,4 @@
-// ACL rules, by the manager's steps and slot by slot.
+// ACL rules, as the manager handles them and slot by slot.
 #include <fmt/format.h>
 
 #include "records/acl_records.h"
@@ -138,7 +138,7 @@ std::string ruleTable(Session &session, uint32_t unit)
         ZR_RECORD_OP(session, COM_ACL_GetRuleCarMapEntry)(unit, chipRuleId, &meter, &policed);
         LswmAclRule rule{};
         const uint32_t status = session.slot(&ZrAclOps::getEntry)(unit, chipRuleId, &rule);
-        // These two have columns of their own, from the records.
+        // Counter and meter have their own columns, from the records.
         rule.action.flags &= ~uint32_t{LSWM_ACTION_COUNT | LSWM_ACTION_CAR};
         table.row({fmt::to_string(found.logicRuleId), entriesOf(chipRuleId, found.count),
                    counts ? fmt::to_string(counter) : "-", counts ? hitsOf(session, unit, chipRuleId) : "-",

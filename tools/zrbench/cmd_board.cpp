@@ -1,5 +1,5 @@
-// The world around the chips: the board's interpreter, and the environment. A desktop's numeric environment
-// is the process's own.
+// What surrounds the chips: the board's interpreter, and the environment, which on a desktop is that of the
+// process.
 #include <cstdlib>
 
 #include "tools/zrbench/rows.h"

@@ -45,8 +45,8 @@ LswmPortAbility abilityOf(std::string_view words)
             known = known || row.name == word;
         }
         if (!known)
-            throw UsageError{fmt::format(
-                "expected abilities out of 10h 10f 100h 100f 1000f pause asym, found \"{}\"", word)};
+            throw UsageError{
+                fmt::format("expected any of 10h 10f 100h 100f 1000f pause asym, found \"{}\"", word)};
     }
     return ability;
 }
@@ -139,11 +139,11 @@ const Command kCommands[] = {
             "requests 10, 100 or 1000 Mbit/s; 1000 is negotiated, never forced"),
     slotRow("port duplex", &ZrPortOps::getDuplex, {kUnit, kPort, kDuplex}, "shows the duplex mode of a port"),
     slotRow("port setduplex", &ZrPortOps::setDuplex, {kUnit, kPort, kDuplex},
-            "forces a duplex mode; keep forces the current one"),
+            "forces a duplex mode; keep forces the abilities of forced mode as they are"),
     slotRow("port autoneg", &ZrPortOps::getAutonegEnable, {kUnit, kPort, kOnOff},
             "shows whether a port negotiates"),
     slotRow("port setautoneg", &ZrPortOps::setAutonegEnable, {kUnit, kPort, kOnOff},
-            "negotiation or forced mode, with the abilities that the port had in it"),
+            "switches negotiation on, or off for forced mode with its abilities as they are"),
     abilityRow("port ability", &ZrPortOps::getAutonegAbility, "shows the abilities that a port advertises"),
     abilityRow("port remote", &ZrPortOps::getRemoteAutonegAbility,
                "shows the abilities that the link partner advertised"),

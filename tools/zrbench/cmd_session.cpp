@@ -51,7 +51,7 @@ const Command kCommands[] = {
      }},
     {"trace",
      {{"calls", Type::Word, "off|calls|all"}},
-     "shows under each step its calls of the chip SDK and the board, or all platform calls, nested ones too",
+     "shows the calls of the chip SDK and the board that a step makes, or all platform calls, nested ones too",
      "",
      [](Session &session, const Arguments &a) {
          const std::string word = a.text("calls");
@@ -70,7 +70,7 @@ const Command kCommands[] = {
      }},
     {"fail none",
      {},
-     "lets all platform calls work again",
+     "removes all failures",
      "",
      [](Session &session, const Arguments &) {
          session.failNone();

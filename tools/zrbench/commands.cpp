@@ -248,7 +248,7 @@ std::vector<std::string> completions(std::string_view line)
         const std::string_view rest = command->name.substr(lastWord);
         found.emplace(rest.substr(0, rest.find(' ')));
     }
-    // Choices of the argument that the last word stands at.
+    // Choices of the argument that is being typed.
     try {
         Scanner scanner(line.substr(0, lastWord));
         const Command &command = scanCommand(scanner);

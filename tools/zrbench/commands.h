@@ -1,4 +1,4 @@
-// The joined command table: lookup, the shell's form of an invocation, completion and help.
+// The joined command table: lookup, parsing, completion and help.
 #pragma once
 
 #include <string>
@@ -20,10 +20,10 @@ struct Invocation {
 };
 
 // A line as the shell takes it: the command's words, then its arguments in their order. `named` gives
-// further arguments by name (an object). Throws UsageError, or ArgumentError where one argument is to blame.
+// further arguments by name (an object). Throws UsageError, or ArgumentError for a wrong argument.
 Invocation parseInvocation(std::string_view line, const nlohmann::json &named = nlohmann::json::object());
 
-// Whether the command names the slot, alone or among others.
+// Whether the slot is among those that the command names.
 bool usesSlot(const Command &command, std::string_view module, size_t number);
 
 // "vlan create UNIT VLAN".
@@ -32,7 +32,7 @@ std::string usage(const Command &command);
 // All commands, or those that start with `topic`. Throws UsageError when none does.
 std::string help(std::string_view topic);
 
-// What the last word of `line` can become.
+// The possible completions of the last word of `line`.
 std::vector<std::string> completions(std::string_view line);
 
 } // namespace zrbench

@@ -41,8 +41,8 @@ public:
     }
 };
 
-// A file that is opened must not become a standard stream that came closed. Reading from or writing to its
-// stand-in fails as before.
+// Keeps a file that is opened later from taking the place of a closed standard stream. Reading from or writing
+// to the stream still fails.
 void occupyStandardStreams()
 {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
@@ -123,7 +123,7 @@ int main(int argc, char **argv)
         ->type_name("FILE");
     command->callback([&] { result = run(options); });
 
-    command = app.add_subcommand("shell", "Take commands by hand or from standard input")->fallthrough();
+    command = app.add_subcommand("shell", "Take commands from the keyboard or standard input")->fallthrough();
     command->add_option("file", options.session.deviceFile, "A device file to run first")->type_name("FILE");
     command->callback([&] { result = shell(options); });
 

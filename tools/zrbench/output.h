@@ -1,5 +1,5 @@
-// Where text goes: standard output, or a file that the user names. What cannot be written is not lost without
-// a word: the first failure is kept, and thrown when the output is checked.
+// Standard output, or a file that the user names. The first failed write is remembered, and thrown when the
+// output is checked, so that lost output never passes for success.
 #pragma once
 
 #include <cstdio>
@@ -47,7 +47,8 @@ template <class... T> void print(fmt::format_string<T...> format, T &&...values)
     standardOutput().write(fmt::format(format, std::forward<T>(values)...));
 }
 
-// Prints one line to standard error; a very long one loses its middle. A failure can be told nowhere.
+// Prints one line to standard error; a very long one loses its middle. A failure is ignored: there
+// is nowhere left to report it.
 void complain(std::string_view text);
 
 } // namespace zrbench

@@ -22,7 +22,7 @@ public:
 
     // Null when there is no such symbol.
     void *find(const char *name) const;
-    // Whether there is such a function; a datum is none.
+    // Whether the symbol is a function, not data.
     bool hasFunction(const char *name) const;
     // Throws UsageError when there is no such symbol.
     void *need(const char *name) const;

@@ -1,4 +1,4 @@
-// What people see of a run: one line a step, the lines it caused, and what was not as expected.
+// Prints a run: one line per step, the lines that it caused, and what was not as expected.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 namespace zrbench
 {
 
-// An invocation that was made, and what about it was not as expected.
+// An invocation, its result, and what was not as expected.
 struct CheckedRun {
     const Invocation *invocation;
     Result result;
@@ -26,7 +26,7 @@ public:
     // `always` it is printed even when the report is quiet.
     void step(const std::string &text, const std::string &note, const std::vector<CheckedRun> &runs,
               bool always = false);
-    // The counts. `heldBlocks` is what the library keeps of the manager's memory.
+    // The counts. `heldBlocks`: memory blocks that the library has not freed.
     void summary(const std::string &title, unsigned heldBlocks) const;
 
     // Steps that were not as expected.

@@ -1,4 +1,4 @@
-// Carries out a device file.
+// Runs a device file.
 #pragma once
 
 #include "tools/zrbench/device.h"
@@ -8,11 +8,12 @@
 namespace zrbench
 {
 
-// Checks the steps against library and platform, sets up the device and makes its steps. Throws UsageError,
-// with the step's place, for a step that cannot be made at all.
+// Checks the steps against library and platform, sets up the device and runs its steps. Throws UsageError,
+// with the step's place, for a step that cannot be run.
 void runDevice(Session &session, const Device &device, Report &report);
 
-// What of `result` is not as expected. Lines count only where the platform lets them be seen.
+// The differences between `result` and what was expected; lines are compared only when the platform reports
+// them.
 std::vector<std::string> deviations(const Result &result, const Expectation &expected, bool linesSeen);
 
 } // namespace zrbench

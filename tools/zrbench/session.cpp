@@ -194,7 +194,7 @@ Result Session::invoke(const Invocation &invocation)
     return {std::move(outcome), std::exchange(lines_, {}), std::exchange(calls_, {}), boardRefused_};
 }
 
-// The gate knows calls; data, the inspection itself and names of C++ are symbols that it never meets.
+// Data, the inspection interface and C++ functions are symbols of the platform, too, but no platform calls.
 void Session::checkCall(const std::string &name) const
 {
     needed(inspection_.fail, "fail");

@@ -1,4 +1,4 @@
-// One run of the bench: the loaded platform and library, what they print, and the invocation of commands.
+// One run of the bench: the loaded platform and library, what they print, and how commands are run.
 #pragma once
 
 #include <optional>
@@ -20,7 +20,7 @@ struct Line {
     std::string text;
 };
 
-// What came of an invocation.
+// The result of an invocation.
 struct Result {
     Outcome outcome;
     std::vector<Line> lines;
@@ -28,10 +28,10 @@ struct Result {
     bool boardRefused = false;      // the board's interpreter refused a line
 };
 
-// Library: the library's own calls of the chip SDK and the board. All: every call, also those underneath.
+// Library: the library's own calls of the chip SDK and the board. All: every call, nested ones too.
 enum class ShownCalls { None, Library, All };
 
-// Calls to be made to fail: NAME[@N[+]]=STATUS.
+// A failure to inject: NAME[@N[+]]=STATUS.
 struct Failure {
     std::string name;
     unsigned nth = 0; // from 1; 0: all
@@ -52,8 +52,8 @@ struct SessionOptions {
     uint32_t traceLevel = 0;
 };
 
-// Throws ArgumentError whose argument is the place within the information, "/ports", when setUnitInfo would not
-// take it.
+// Throws ArgumentError whose argument is the place within the information, "/ports", when setUnitInfo would
+// refuse it.
 void checkUnitInfo(const nlohmann::json &info);
 
 class Session
@@ -85,12 +85,12 @@ public:
     // Whether the last board() was refused; its text says why. Unknown, and false, without inspection.
     bool boardRefused() const { return boardRefused_; }
 
-    // Throws UsageError when the library or the platform lacks what the command works with.
+    // Throws UsageError when the library or the platform lacks what the command needs.
     void check(const Invocation &invocation) const;
     // Runs a command that check() has passed. Throws UsageError when the command refuses.
     Result invoke(const Invocation &invocation);
 
-    // What the platform lets us see and disturb.
+    // What the platform lets us observe and disturb.
     const Inspection &inspection() const { return inspection_; }
     // The nth call is counted from now on. Throws UsageError when the platform knows no such call.
     void fail(const Failure &failure);
@@ -104,7 +104,7 @@ public:
     void setUnitInfo(uint32_t unit, const nlohmann::json &info);
     std::string showUnitInfo(uint32_t unit) const;
 
-    // Writes what was asked to be written at the end, and ends the trace. Throws UsageError.
+    // Writes the dump and completes the trace. Throws UsageError.
     void finish();
 
     void quit() { quit_ = true; }

@@ -71,7 +71,7 @@ char *nextCompletion(const char *, int state)
 
 char **complete(const char *text, int, int)
 {
-    // Nothing found means nothing: file names would be out of place.
+    // Without this, file names would be offered when nothing is found.
     rl_attempted_completion_over = 1;
     return rl_completion_matches(text, nextCompletion);
 }

@@ -45,7 +45,7 @@ std::string calculated(std::string_view rest, uint32_t number)
             throw malformed;
         }
     }
-    // A character could be half of one.
+    // A number above 127 is no character of UTF-8.
     if (format.ends_with('c'))
         throw malformed;
     try {

@@ -8,7 +8,7 @@
 namespace zrbench
 {
 
-// Puts `number` in the place of "$name" and "${name...}" in every text within `value`. Throws UsageError.
+// Substitutes `number` for "$name" and "${name...}" in every text within `value`. Throws UsageError.
 void substitute(nlohmann::json &value, const std::string &name, uint32_t number);
 
 } // namespace zrbench

@@ -13,7 +13,7 @@ namespace zrbench
 namespace
 {
 
-// The sets that have a name; a set can be given by its number as well.
+// Sets with a name; any set can be given by its number, too.
 const std::map<std::string, uint32_t, std::less<>> kSetNames = {
     {"valid", LSWM_SET_VALID},
     {"priselA", LSWM_SET_PRISEL_A},

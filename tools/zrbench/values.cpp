@@ -121,7 +121,7 @@ std::optional<uint32_t> asNumber(const json &value)
         return value.get<bool>() ? 1 : 0;
     if (value.is_number_unsigned() && value.get<uint64_t>() <= UINT32_MAX)
         return value.get<uint32_t>();
-    // Numbers that a program made of signed ones.
+    // Numbers that a command made from signed ones.
     if (value.is_number_integer() && value.get<int64_t>() >= 0 && value.get<int64_t>() <= UINT32_MAX)
         return value.get<uint32_t>();
     return std::nullopt;

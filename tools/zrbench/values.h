@@ -1,4 +1,4 @@
-// Values as users write them, and the check of an argument against its type.
+// Values as users write them, and how arguments are checked against their types.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ namespace zrbench
 // Decimal or 0x hexadecimal, 32 bits.
 std::optional<uint32_t> parseNumber(std::string_view text);
 
-// The number that a JSON value stands for: a number, a text that parseNumber takes, or a truth value.
+// The number that a JSON value stands for: a number, a text that parseNumber takes, or a boolean.
 std::optional<uint32_t> asNumber(const nlohmann::json &value);
 
 // "1,2,5-7" in the order written, "-" for none; at most `count` numbers, none above `most`. Nothing when the
@@ -25,8 +25,8 @@ std::optional<std::vector<uint32_t>> parseList(std::string_view text, uint32_t m
 // The parts between separators; at least one.
 std::vector<std::string_view> split(std::string_view text, char separator);
 
-// JSON as a file or a line holds it. Throws UsageError for what no device needs and what would be lost without
-// a word: nesting too deep to walk, a key given twice, a NUL in a text, numbers beyond JSON's, bad syntax.
+// JSON as a file or a line holds it. Throws UsageError for bad syntax and for what would be lost silently or
+// overflow: a key given twice, a NUL in a text, too deep nesting, numbers out of range.
 nlohmann::json parseJson(std::string_view text);
 
 // A JSON value as an error message shows it, cut where it is long.
