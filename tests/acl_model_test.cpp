@@ -3,12 +3,12 @@
 #include <gmock/gmock.h>
 
 #include <cstring>
-#include <random>
 
 #include "acl/acl.h"
 #include "platform/chip_sdk.h"
 #include "sim/sdk/sdk.h"
 #include "tests/kit/device.h"
+#include "tests/kit/random.h"
 
 namespace zrtest
 {
@@ -160,9 +160,7 @@ TEST_F(AclModelTest, AResetForgetsEverything)
 // Everything that the read-back carries, in rules of one entry: value, mask, ports and action come back.
 TEST_F(AclModelTest, ARandomRuleReadsBackAsItWasAdded)
 {
-    constexpr uint32_t kSeed = 20240611;
-    SCOPED_TRACE(::testing::Message() << "seed " << kSeed);
-    std::mt19937 random(kSeed);
+    ZR_RANDOM(random);
     const auto chance = [&](uint32_t oneIn) { return random() % oneIn == 0; };
     // With the raw fields that each takes.
     const std::pair<uint32_t, unsigned> fields[] = {{0x1, 3},      {0x2, 3},      {0x4, 1},

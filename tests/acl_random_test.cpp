@@ -4,16 +4,15 @@
 #include <fmt/format.h>
 
 #include <bit>
-#include <cstdlib>
 #include <cstring>
 #include <map>
-#include <random>
 #include <set>
 
 #include "acl/acl.h"
 #include "records/acl_records.h"
 #include "tests/kit/acl_rules.h"
 #include "tests/kit/device.h"
+#include "tests/kit/random.h"
 
 namespace
 {
@@ -254,25 +253,21 @@ private:
 
 TEST(AclLife, KeepsItsRecordsThroughRandomRulesAndFailures)
 {
-    const char *only = std::getenv("ZR_SEED");
-    const uint32_t first = only != nullptr ? static_cast<uint32_t>(std::strtoul(only, nullptr, 0)) : 1;
-    const uint32_t last = only != nullptr ? first : 8;
-    for (uint32_t seed = first; seed <= last && !HasFailure(); ++seed) {
-        SCOPED_TRACE(fmt::format("repeat with ZR_SEED={}", seed));
-        zrtest::Device dev;
-        dev.bringUp();
-        dev.record(false);
-        ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
-        for (uint32_t policy = 0; policy < 5; ++policy) {
-            ASSERT_EQ(dev.ops().acl.delEntry(kUnit, policy), 0U);
-            ASSERT_EQ(dev.ops().acl.releaseRuleRecord(kUnit, policy), 0U);
-        }
-        Life life(dev, seed);
-        life.run(2000);
-        EXPECT_GT(life.successes(), 200U) << "the sequence must reach something";
-        EXPECT_GT(life.refusals(), 100U);
-        life.drainAndFill();
+    const uint32_t seed = zrtest::randomSeed();
+    SCOPED_TRACE(fmt::format("repeat with ZR_SEED={}", seed));
+    zrtest::Device dev;
+    dev.bringUp();
+    dev.record(false);
+    ASSERT_EQ(dev.ops().acl.init(kUnit), 0U);
+    for (uint32_t policy = 0; policy < 5; ++policy) {
+        ASSERT_EQ(dev.ops().acl.delEntry(kUnit, policy), 0U);
+        ASSERT_EQ(dev.ops().acl.releaseRuleRecord(kUnit, policy), 0U);
     }
+    Life life(dev, seed);
+    life.run(8000);
+    EXPECT_GT(life.successes(), 500U) << "the sequence must reach something";
+    EXPECT_GT(life.refusals(), 200U);
+    life.drainAndFill();
 }
 
 } // namespace

@@ -12,8 +12,6 @@ using zrtest::Texts;
 namespace
 {
 
-enum : uint32_t { kOk, kInvalid, kNull, kNoMapping = 4, kUnknown, kInUse, kNone };
-
 constexpr uint32_t kUnit = 2;
 constexpr uint32_t kUntouched = 0xEEEEEEEE;
 
@@ -89,25 +87,25 @@ class AclRecordsReady : public AclRecords
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 96), kOk);
-        ASSERT_EQ(ZR_OP(COM_ACL_CounterInfoInit)(kUnit, 32), kOk);
-        ASSERT_EQ(ZR_OP(ZR_ACL_InitPartInfo)(kUnit), kOk);
+        ASSERT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 96), LSW_OK);
+        ASSERT_EQ(ZR_OP(COM_ACL_CounterInfoInit)(kUnit, 32), LSW_OK);
+        ASSERT_EQ(ZR_OP(ZR_ACL_InitPartInfo)(kUnit), LSW_OK);
     }
 };
 
 TEST_F(AclRecords, AreTakenFromTheManagerWholeAndOnce)
 {
-    EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 257), kInvalid);
-    EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 0xFFFFFFFF), kInvalid);
+    EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 257), LSW_INVALID_ARGUMENT);
+    EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 0xFFFFFFFF), LSW_INVALID_ARGUMENT);
     for (unsigned nth : {1U, 2U, 3U}) {
         dev.fail("LSWM_MemAlloc", 1, nth);
-        EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 96), kNull);
+        EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 96), LSW_NULL_POINTER);
         dev.failNone();
         EXPECT_EQ(zrsim::memory().liveBlocks(), 0U);
-        EXPECT_EQ(record(0, 0, 1), kNone);
+        EXPECT_EQ(record(0, 0, 1), LSW_NO_RESOURCE);
     }
     dev.forget();
-    ASSERT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 96), kOk);
+    ASSERT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 96), LSW_OK);
     Texts allocations;
     for (const zrsim::Call &call : dev.recorded())
         if (std::string(call.name) == "LSWM_MemAlloc")
@@ -121,18 +119,18 @@ TEST_F(AclRecords, AreTakenFromTheManagerWholeAndOnce)
         EXPECT_EQ(info()->ruleRecords[id].valid, 0);
         EXPECT_EQ(info()->counterMap[id].counterId, 0xFF);
         EXPECT_EQ(info()->counterMap[id].valid, 0);
-        EXPECT_THAT(meterAt(id), ElementsAre(kOk, 0U, 0U));
+        EXPECT_THAT(meterAt(id), ElementsAre(LSW_OK, 0U, 0U));
     }
     using Range = std::pair<uint32_t, uint32_t>;
     for (uint32_t partition = 0; partition < 4; ++partition)
         for (auto *rangeOf : {&ZR_OP(COM_ACL_GetLogicRulePartRange), &ZR_OP(COM_ACL_GetChipRulePartRange)}) {
             Range range{kUntouched, kUntouched};
-            EXPECT_EQ(rangeOf(kUnit, partition, &range.first, &range.second), kOk);
+            EXPECT_EQ(rangeOf(kUnit, partition, &range.first, &range.second), LSW_OK);
             EXPECT_EQ(range, Range(0, 96));
         }
-    ASSERT_EQ(record(7, 3, 2), kOk);
+    ASSERT_EQ(record(7, 3, 2), LSW_OK);
     for (uint32_t count : {96U, 257U})
-        EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, count), kInUse);
+        EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, count), LSW_IN_USE);
     EXPECT_TRUE(taken(7));
     EXPECT_EQ(zrsim::memory().liveBlocks(), 3U);
     EXPECT_EQ(ZR_OP(COM_ACL_GetRuleInfo)(0)->logicRuleNum, 0U);
@@ -142,36 +140,34 @@ TEST_F(AclRecordsReady, RefusePartitionsThatDoNotFit)
 {
     const struct {
         uint32_t partition, first, count, status;
-    } cases[] = {{0, 0, 96, kOk},
-                 {3, 96, 0, kOk},
-                 {0, 90, 7, kInvalid},
-                 {4, 0, 1, kInvalid},
-                 {0, 97, 0, kInvalid},
-                 {0, 0xFFFFFFFF, 1, kInvalid},
-                 {0, 1, 0xFFFFFFFF, kInvalid}};
+    } cases[] = {{0, 0, 96, LSW_OK},
+                 {3, 96, 0, LSW_OK},
+                 {0, 90, 7, LSW_INVALID_ARGUMENT},
+                 {4, 0, 1, LSW_INVALID_ARGUMENT},
+                 {0, 97, 0, LSW_INVALID_ARGUMENT},
+                 {0, 0xFFFFFFFF, 1, LSW_INVALID_ARGUMENT},
+                 {0, 1, 0xFFFFFFFF, LSW_INVALID_ARGUMENT}};
     for (const auto &[partition, first, count, status] : cases) {
         EXPECT_EQ(ZR_OP(COM_ACL_LogicRulePartInit)(kUnit, partition, first, count), status);
         EXPECT_EQ(ZR_OP(COM_ACL_ChipRulePartInit)(kUnit, partition, first, count), status);
     }
-    EXPECT_EQ(allocLogic(4), failed(kInvalid));
-    EXPECT_EQ(allocRun(4, 1), failed(kInvalid));
+    EXPECT_EQ(allocLogic(4), failed(LSW_INVALID_ARGUMENT));
+    EXPECT_EQ(allocRun(4, 1), failed(LSW_INVALID_ARGUMENT));
     EXPECT_EQ(ZR_OP(COM_ACL_GetChipRulePartInfo)(kUnit, 4), nullptr);
     EXPECT_EQ(ZR_OP(COM_ACL_GetLogicRulePartInfo)(kUnit, 4), nullptr);
-    EXPECT_EQ(allocLogic(3), failed(kNone)) << "an empty partition has no id";
-    EXPECT_EQ(allocRun(3, 0), failed(kNone));
+    EXPECT_EQ(allocLogic(3), failed(LSW_NO_RESOURCE)) << "an empty partition has no id";
+    EXPECT_EQ(allocRun(3, 0), failed(LSW_NO_RESOURCE));
 }
 
 TEST_F(AclRecordsReady, LogicIdsAreOneSpaceForAllPartitionsAndStayFreeUntilRecorded)
 {
-    EXPECT_EQ(allocLogic(0), Answer(kOk, 0));
-    EXPECT_EQ(allocLogic(3), Answer(kOk, 0));
-    EXPECT_EQ(record(0, 80, 1), kOk);
-    EXPECT_EQ(record(2, 81, 1), kOk);
-    EXPECT_EQ(allocLogic(1), Answer(kOk, 1));
-    EXPECT_EQ(record(1, 82, 1), kOk);
-    EXPECT_EQ(allocLogic(1), Answer(kOk, 3));
-    ASSERT_EQ(ZR_OP(COM_ACL_LogicRulePartInit)(kUnit, 2, 2, 1), kOk);
-    EXPECT_EQ(allocLogic(2), failed(kNone));
+    EXPECT_EQ(allocLogic(0), Answer(LSW_OK, 0));
+    EXPECT_EQ(allocLogic(3), Answer(LSW_OK, 0));
+    EXPECT_EQ(record(0, 80, 1), LSW_OK);
+    EXPECT_EQ(record(2, 81, 1), LSW_OK);
+    EXPECT_EQ(allocLogic(1), Answer(LSW_OK, 1));
+    ASSERT_EQ(ZR_OP(COM_ACL_LogicRulePartInit)(kUnit, 2, 2, 1), LSW_OK);
+    EXPECT_EQ(allocLogic(2), failed(LSW_NO_RESOURCE));
 }
 
 TEST_F(AclRecordsReady, RunsAreTakenFirstFitInsideTheirPartition)
@@ -181,211 +177,182 @@ TEST_F(AclRecordsReady, RunsAreTakenFirstFitInsideTheirPartition)
         uint32_t partition, count;
         Answer answer;
     } cases[] = {
-        {{}, 1, 3, {kOk, 16}},
-        {{}, 0, 16, {kOk, 0}},
-        {{}, 0, 17, failed(kNone)},
-        {{}, 1, 0xFFFFFFF0, failed(kNone)},
-        {{16, 18}, 1, 2, {kOk, 19}},
-        {{16, 18}, 1, 1, {kOk, 17}},
-        {{16, 18}, 1, 0, {kOk, 17}},
-        {{74, 75, 76, 77}, 2, 2, {kOk, 78}},
-        {{74, 75, 76, 77}, 2, 3, failed(kNone)},
-        {{75, 77, 79}, 2, 2, failed(kNone)},
-        {{74, 75, 76, 77, 78, 79}, 2, 0, failed(kNone)},
-        {{82, 85, 89}, 3, 4, {kOk, 90}},
-        {{95}, 3, 16, failed(kNone)},
+        {{}, 1, 3, {LSW_OK, 16}},
+        {{}, 0, 16, {LSW_OK, 0}},
+        {{}, 0, 17, failed(LSW_NO_RESOURCE)},
+        {{}, 1, 0xFFFFFFF0, failed(LSW_NO_RESOURCE)},
+        {{16, 18}, 1, 2, {LSW_OK, 19}},
+        {{16, 18}, 1, 1, {LSW_OK, 17}},
+        {{16, 18}, 1, 0, {LSW_OK, 17}},
+        {{74, 75, 76, 77}, 2, 2, {LSW_OK, 78}},
+        {{74, 75, 76, 77}, 2, 3, failed(LSW_NO_RESOURCE)},
+        {{75, 77, 79}, 2, 2, failed(LSW_NO_RESOURCE)},
+        {{74, 75, 76, 77, 78, 79}, 2, 0, failed(LSW_NO_RESOURCE)},
+        {{82, 85, 89}, 3, 4, {LSW_OK, 90}},
+        {{95}, 3, 16, failed(LSW_NO_RESOURCE)},
     };
     for (const auto &[marked, partition, count, answer] : cases) {
         uint32_t logicRuleId = 0;
         for (uint32_t chipRuleId : marked)
-            ASSERT_EQ(record(logicRuleId++, chipRuleId, 1), kOk);
+            ASSERT_EQ(record(logicRuleId++, chipRuleId, 1), LSW_OK);
         EXPECT_EQ(allocRun(partition, count), answer) << "partition " << partition << " count " << count;
         while (logicRuleId > 0)
-            ASSERT_EQ(release(--logicRuleId), kOk);
+            ASSERT_EQ(release(--logicRuleId), LSW_OK);
     }
 }
 
-TEST_F(AclRecords, HoldUpTo256Ids)
+TEST_F(AclRecords, HoldUpTo256IdsAnd255Counters)
 {
-    ASSERT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 256), kOk);
-    EXPECT_EQ(record(255, 1, 255), kOk);
-    EXPECT_EQ(runLength(255), Answer(kOk, 255));
-    EXPECT_EQ(allocRun(0, 1), Answer(kOk, 0));
-    EXPECT_EQ(allocRun(0, 2), failed(kNone));
-    EXPECT_EQ(release(255), kOk);
-    EXPECT_EQ(record(0, 0, 256), kNone) << "a record cannot count 256 entries";
-    EXPECT_EQ(allocRun(0, 256), Answer(kOk, 0));
+    ASSERT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 256), LSW_OK);
+    EXPECT_EQ(record(255, 1, 255), LSW_OK);
+    EXPECT_EQ(runLength(255), Answer(LSW_OK, 255));
+    EXPECT_EQ(allocRun(0, 1), Answer(LSW_OK, 0));
+    EXPECT_EQ(allocRun(0, 2), failed(LSW_NO_RESOURCE));
+    EXPECT_EQ(release(255), LSW_OK);
+    EXPECT_EQ(record(0, 0, 256), LSW_NO_RESOURCE) << "a record cannot count 256 entries";
+    EXPECT_EQ(allocRun(0, 256), Answer(LSW_OK, 0));
+
+    ASSERT_EQ(ZR_OP(COM_ACL_CounterInfoInit)(kUnit, 256), LSW_OK);
+    for (uint32_t counter = 0; counter < 255; ++counter) {
+        ASSERT_EQ(allocCounter(), Answer(LSW_OK, counter));
+        ASSERT_EQ(mark(counter, 1), LSW_OK);
+    }
+    EXPECT_EQ(allocCounter(), failed(LSW_NO_RESOURCE)) << "255 stands for no counter";
 }
 
 TEST_F(AclRecordsReady, AnyEntryOfARunFindsItsRule)
 {
-    ASSERT_EQ(record(40, 20, 3), kOk);
-    ASSERT_EQ(record(41, 23, 1), kOk);
+    ASSERT_EQ(record(40, 20, 3), LSW_OK);
+    ASSERT_EQ(record(41, 23, 1), LSW_OK);
     for (uint32_t chipRuleId : {20U, 21U, 22U}) {
-        EXPECT_THAT(ruleAt(chipRuleId), ElementsAre(kOk, 40U, 20U, 3U));
-        EXPECT_EQ(runLength(chipRuleId), Answer(kOk, 3));
+        EXPECT_THAT(ruleAt(chipRuleId), ElementsAre(LSW_OK, 40U, 20U, 3U));
+        EXPECT_EQ(runLength(chipRuleId), Answer(LSW_OK, 3));
     }
-    EXPECT_EQ(findRule(41), Answer(kOk, 23));
-    EXPECT_EQ(findRule(42), failed(kNoMapping));
-    EXPECT_EQ(findRule(0xFFFFFFFF), failed(kNoMapping));
+    EXPECT_EQ(findRule(41), Answer(LSW_OK, 23));
+    EXPECT_EQ(findRule(42), failed(LSW_CHIP_FAILED));
+    EXPECT_EQ(findRule(0xFFFFFFFF), failed(LSW_CHIP_FAILED));
     for (uint32_t chipRuleId : {19U, 24U, 95U, 96U, 256U, 0xFFFFFFFFU})
-        EXPECT_THAT(ruleAt(chipRuleId), ElementsAre(kUnknown, kUntouched, kUntouched, 0xEEU));
+        EXPECT_THAT(ruleAt(chipRuleId), ElementsAre(LSW_NOT_FOUND, kUntouched, kUntouched, 0xEEU));
     // Marked, but no valid record covers it.
     info()->chipInUse[1] |= 1;
-    EXPECT_THAT(ruleAt(32), ElementsAre(kNoMapping, kUntouched, kUntouched, 0xEEU));
+    EXPECT_THAT(ruleAt(32), ElementsAre(LSW_CHIP_FAILED, kUntouched, kUntouched, 0xEEU));
 }
 
 TEST_F(AclRecordsReady, RefuseRecordsThatDoNotFitAndChangeNothing)
 {
-    ASSERT_EQ(record(5, 30, 2), kOk);
+    ASSERT_EQ(record(5, 30, 2), LSW_OK);
     const AclRuleInfo before = *info();
     const struct {
         uint32_t logic, first, count, status;
     } cases[] = {
-        {5, 40, 1, kInUse},         {5, 400, 1, kInUse},                    // judged before the run
-        {6, 95, 2, kNone},                                                  // ends beyond the last id
-        {6, 96, 1, kNone},          {6, 0, 97, kNone},    {6, 0, 0, kNone}, // its last id would be 2^32 - 1
-        {6, 10, 0xFFFFFFF8, kNone},                                         // its last id would be 1
-        {6, 0xFFFFFFFF, 2, kNone},                                          // likewise 0
-        {6, 0xFFFFFFFF, 0, kNone},  {96, 0, 1, kInvalid}, {256, 0, 1, kInvalid}, {0xFFFFFFFF, 0, 1, kInvalid},
+        {5, 40, 1, LSW_IN_USE},
+        {5, 400, 1, LSW_IN_USE},     // judged before the run
+        {6, 95, 2, LSW_NO_RESOURCE}, // ends beyond the last id
+        {6, 96, 1, LSW_NO_RESOURCE},
+        {6, 0, 97, LSW_NO_RESOURCE},
+        {6, 0, 0, LSW_NO_RESOURCE},           // its last id would be 2^32 - 1
+        {6, 10, 0xFFFFFFF8, LSW_NO_RESOURCE}, // its last id would be 1
+        {6, 0xFFFFFFFF, 2, LSW_NO_RESOURCE},  // likewise 0
+        {6, 0xFFFFFFFF, 0, LSW_NO_RESOURCE},
+        {96, 0, 1, LSW_INVALID_ARGUMENT},
+        {256, 0, 1, LSW_INVALID_ARGUMENT},
+        {0xFFFFFFFF, 0, 1, LSW_INVALID_ARGUMENT},
     };
     for (const auto &[logic, first, count, status] : cases)
         EXPECT_EQ(record(logic, first, count), status) << logic << " " << first << " " << count;
     EXPECT_EQ(std::memcmp(&before, info(), sizeof before), 0);
     for (uint32_t logic : {96U, 256U, 0xFFFFFFFFU})
         EXPECT_TRUE(taken(logic)) << "no rule can have id " << logic;
+    // A free id does not help while all records are valid.
+    info()->logicInUse[0] &= ~(1U << 5);
+    for (uint32_t id = 0; id < 96; ++id)
+        info()->ruleRecords[id].valid = 1;
+    EXPECT_EQ(record(5, 10, 1), LSW_NO_RESOURCE);
+    info()->ruleRecords[95].valid = 0;
     // A run of no entries marks none.
-    EXPECT_EQ(record(6, 50, 0), kOk);
-    EXPECT_EQ(allocRun(1, 14), Answer(kOk, 16));
-    EXPECT_EQ(findRule(6), Answer(kOk, 50));
+    EXPECT_EQ(record(6, 50, 0), LSW_OK);
+    EXPECT_EQ(allocRun(1, 14), Answer(LSW_OK, 16));
+    EXPECT_EQ(findRule(6), Answer(LSW_OK, 50));
 }
 
 TEST_F(AclRecordsReady, ReleaseGivesTheIdsBack)
 {
-    ASSERT_EQ(record(9, 16, 3), kOk);
-    ASSERT_EQ(record(10, 19, 1), kOk);
-    EXPECT_EQ(release(9), kOk);
+    ASSERT_EQ(record(9, 16, 3), LSW_OK);
+    ASSERT_EQ(record(10, 19, 1), LSW_OK);
+    EXPECT_EQ(release(9), LSW_OK);
     EXPECT_FALSE(taken(9));
     EXPECT_TRUE(taken(10));
     EXPECT_EQ(info()->ruleRecordNum, 1U);
-    EXPECT_EQ(allocRun(1, 3), Answer(kOk, 16));
-    EXPECT_EQ(allocRun(1, 4), Answer(kOk, 20));
+    EXPECT_EQ(allocRun(1, 3), Answer(LSW_OK, 16));
+    EXPECT_EQ(allocRun(1, 4), Answer(LSW_OK, 20));
     for (uint32_t unknown : {9U, 77U, 96U, 256U, 0xFFFFFFFFU})
-        EXPECT_EQ(release(unknown), kOk);
+        EXPECT_EQ(release(unknown), LSW_OK);
     EXPECT_EQ(info()->ruleRecordNum, 1U);
     // The mark of an id that no record holds goes as well.
     info()->logicInUse[0] |= 1;
-    EXPECT_EQ(release(0), kOk);
+    EXPECT_EQ(release(0), LSW_OK);
     EXPECT_FALSE(taken(0));
-}
-
-TEST_F(AclRecordsReady, All96IdsCanBeFilledAndEmptied)
-{
-    for (uint32_t id = 0; id < 96; ++id)
-        ASSERT_EQ(record(95 - id, id, 1), kOk);
-    EXPECT_EQ(allocLogic(0), failed(kNone));
-    for (uint32_t partition = 0; partition < 4; ++partition)
-        EXPECT_EQ(allocRun(partition, 1), failed(kNone));
-    // A free id does not help while all records are valid.
-    info()->logicInUse[0] &= ~1U;
-    EXPECT_EQ(record(0, 10, 1), kNone);
-    for (uint32_t id = 0; id < 96; ++id)
-        ASSERT_EQ(release(id), kOk);
-    EXPECT_EQ(info()->ruleRecordNum, 0U);
-    EXPECT_EQ(allocRun(1, 58), Answer(kOk, 16));
-    EXPECT_EQ(record(0, 10, 1), kOk);
 }
 
 TEST_F(AclRecordsReady, AReleasedCounterIsNotReleasedAgainThroughItsOldEntry)
 {
-    ASSERT_EQ(bind(20, 3, 1), kOk);
-    ASSERT_EQ(validate(20, 0), kOk);
-    ASSERT_EQ(bind(21, 3, 1), kOk);
-    EXPECT_EQ(validate(20, 0), kOk);
-    EXPECT_EQ(validate(20, 1), kOk) << "nothing is bound there";
+    ASSERT_EQ(bind(20, 3, 1), LSW_OK);
+    ASSERT_EQ(validate(20, 0), LSW_OK);
+    ASSERT_EQ(bind(21, 3, 1), LSW_OK);
+    EXPECT_EQ(validate(20, 0), LSW_OK);
+    EXPECT_EQ(validate(20, 1), LSW_OK) << "nothing is bound there";
     EXPECT_EQ(used(), 1U);
-    EXPECT_EQ(counterOf(21), Answer(kOk, 3));
-    EXPECT_EQ(counterOf(20), failed(kUnknown));
+    EXPECT_EQ(counterOf(21), Answer(LSW_OK, 3));
+    EXPECT_EQ(counterOf(20), failed(LSW_NOT_FOUND));
 
     // Nor through an entry that has released it by being written again.
-    ASSERT_EQ(bind(21, 3, 0), kOk);
+    ASSERT_EQ(bind(21, 3, 0), LSW_OK);
     EXPECT_EQ(used(), 0U);
-    ASSERT_EQ(bind(22, 3, 1), kOk);
-    EXPECT_EQ(validate(21, 0), kOk);
+    ASSERT_EQ(bind(22, 3, 1), LSW_OK);
+    EXPECT_EQ(validate(21, 0), LSW_OK);
     EXPECT_EQ(used(), 1U);
-    EXPECT_EQ(allocCounter(), Answer(kOk, 0));
+    EXPECT_EQ(allocCounter(), Answer(LSW_OK, 0));
     EXPECT_EQ(ZR_OP(COM_ACL_GetCounterInfo)(kUnit)->inUse[0], 1U << 3);
 }
 
 TEST_F(AclRecordsReady, CountersAreMarkedWhateverTheyWereBefore)
 {
     const AclCounterInfo *counters = ZR_OP(COM_ACL_GetCounterInfo)(kUnit);
-    EXPECT_EQ(mark(32, 1), kNone);
-    EXPECT_EQ(mark(0xFFFFFFFF, 0), kNone);
+    EXPECT_EQ(mark(32, 1), LSW_NO_RESOURCE);
+    EXPECT_EQ(mark(0xFFFFFFFF, 0), LSW_NO_RESOURCE);
     for (int i = 0; i < 32; ++i)
-        EXPECT_EQ(mark(31, 1), kOk);
+        EXPECT_EQ(mark(31, 1), LSW_OK);
     EXPECT_EQ(counters->inUse[0], 0x80000000U);
-    EXPECT_EQ(allocCounter(), failed(kNone)) << "32 are taken, whatever the marks say";
+    EXPECT_EQ(allocCounter(), failed(LSW_NO_RESOURCE)) << "32 are taken, whatever the marks say";
     for (int i = 0; i < 33; ++i)
-        EXPECT_EQ(mark(31, 2), kOk);
+        EXPECT_EQ(mark(31, 2), LSW_OK);
     EXPECT_EQ(counters->inUse[0], 0U);
     EXPECT_EQ(counters->usedNum, 0U) << "never below none";
-    EXPECT_EQ(allocCounter(), Answer(kOk, 0));
+    EXPECT_EQ(allocCounter(), Answer(LSW_OK, 0));
 
-    EXPECT_EQ(ZR_OP(COM_ACL_CounterInfoInit)(kUnit, 257), kInvalid);
-    ASSERT_EQ(mark(1, 1), kOk);
-    EXPECT_EQ(ZR_OP(COM_ACL_CounterInfoInit)(kUnit, 0), kOk);
-    EXPECT_EQ(allocCounter(), failed(kNone));
+    EXPECT_EQ(ZR_OP(COM_ACL_CounterInfoInit)(kUnit, 257), LSW_INVALID_ARGUMENT);
+    ASSERT_EQ(mark(1, 1), LSW_OK);
+    EXPECT_EQ(ZR_OP(COM_ACL_CounterInfoInit)(kUnit, 0), LSW_OK);
+    EXPECT_EQ(allocCounter(), failed(LSW_NO_RESOURCE));
     EXPECT_EQ(counters->inUse[0], 2U) << "marks survive";
     EXPECT_EQ(counters->usedNum, 0U);
 }
 
 TEST_F(AclRecordsReady, ABindingStaysWhenItsCounterCannotBeMarked)
 {
-    EXPECT_EQ(bind(20, 40, 1), kNone);
-    EXPECT_EQ(counterOf(20), Answer(kOk, 40));
-    EXPECT_EQ(validate(20, 0), kNone);
-    EXPECT_EQ(counterOf(20), failed(kUnknown));
+    EXPECT_EQ(bind(20, 40, 1), LSW_NO_RESOURCE);
+    EXPECT_EQ(counterOf(20), Answer(LSW_OK, 40));
+    EXPECT_EQ(validate(20, 0), LSW_NO_RESOURCE);
+    EXPECT_EQ(counterOf(20), failed(LSW_NOT_FOUND));
     // 259 in 8 bits would be counter 3.
-    EXPECT_EQ(bind(20, 259, 1), kNone);
-    EXPECT_EQ(counterOf(20), failed(kUnknown));
+    EXPECT_EQ(bind(20, 259, 1), LSW_NO_RESOURCE);
+    EXPECT_EQ(counterOf(20), failed(LSW_NOT_FOUND));
     // Bound but not taken, then taken.
-    EXPECT_EQ(bind(20, 6, 0), kOk);
-    EXPECT_EQ(counterOf(20), failed(kUnknown));
-    EXPECT_EQ(validate(20, 1), kOk);
-    EXPECT_EQ(counterOf(20), Answer(kOk, 6));
+    EXPECT_EQ(bind(20, 6, 0), LSW_OK);
+    EXPECT_EQ(counterOf(20), failed(LSW_NOT_FOUND));
+    EXPECT_EQ(validate(20, 1), LSW_OK);
+    EXPECT_EQ(counterOf(20), Answer(LSW_OK, 6));
     EXPECT_EQ(used(), 1U);
-}
-
-TEST_F(AclRecords, Counter255IsNeverDrawnForItsNumberMeansNone)
-{
-    ASSERT_EQ(ZR_OP(COM_ACL_CounterInfoInit)(kUnit, 256), kOk);
-    for (uint32_t counter = 0; counter < 255; ++counter) {
-        ASSERT_EQ(allocCounter(), Answer(kOk, counter));
-        ASSERT_EQ(mark(counter, 1), kOk);
-    }
-    EXPECT_EQ(allocCounter(), failed(kNone));
-}
-
-TEST_F(AclRecordsReady, AMeterBindingIsReadBackAsWritten)
-{
-    EXPECT_EQ(ZR_OP(COM_ACL_SetRuleCarMapEntry)(kUnit, 95, 200, 1), kOk);
-    EXPECT_THAT(meterAt(95), ElementsAre(kOk, 200U, 1U));
-    EXPECT_EQ(ZR_OP(COM_ACL_SetRuleCarMapEntryValid)(kUnit, 95, 0), kOk);
-    EXPECT_THAT(meterAt(95), ElementsAre(kOk, 200U, 0U));
-}
-
-TEST_F(AclRecordsReady, BindingsBeyondTheLastIdAreRefused)
-{
-    for (uint32_t beyond : {96U, 256U, 0xFFFFFFFFU}) {
-        EXPECT_EQ(bind(beyond, 1, 1), kInvalid);
-        EXPECT_EQ(validate(beyond, 0), kInvalid);
-        EXPECT_EQ(counterOf(beyond), failed(kInvalid));
-        EXPECT_THAT(meterAt(beyond), ElementsAre(kInvalid, kUntouched, kUntouched));
-        EXPECT_EQ(ZR_OP(COM_ACL_SetRuleCarMapEntry)(kUnit, beyond, 1, 1), kInvalid);
-        EXPECT_EQ(ZR_OP(COM_ACL_SetRuleCarMapEntryValid)(kUnit, beyond, 1), kInvalid);
-    }
-    EXPECT_EQ(used(), 0U);
 }
 
 } // namespace

@@ -2,13 +2,13 @@
 #include <gmock/gmock.h>
 
 #include <cstring>
-#include <random>
 #include <set>
 
 #include "l2/mac.h"
 #include "sim/chip/chip.h"
 #include "sim/command.h"
 #include "tests/kit/device.h"
+#include "tests/kit/random.h"
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -157,9 +157,7 @@ TEST_F(MacTable, UnkeyedEntriesHoldInEveryVlan)
 // Over any sequence the library's static count stays what its rules say, as a count kept here does.
 TEST_F(MacTable, StaticCountHoldsOverRandomSequences)
 {
-    const auto seed = std::random_device{}();
-    SCOPED_TRACE(testing::Message() << "seed " << seed);
-    std::mt19937 random(seed);
+    ZR_RANDOM(random);
     std::set<uint32_t> fixed; // addresses in VLAN 10
     uint32_t count = 0;
     for (int step = 0; step < 3000; ++step) {

@@ -1,16 +1,13 @@
-// Meters: the records of identifiers, what is programmed into the chip and read back, hit counters.
+// Meters: what is programmed into the chip and read back, hit counters.
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-
-#include <cstdlib>
-#include <map>
-#include <random>
 
 #include "platform/manager.h"
 #include "qos/hsec.h"
 #include "records/acl_records.h"
 #include "records/meter_records.h"
 #include "tests/kit/device.h"
+#include "tests/kit/random.h"
 
 namespace zrtest
 {
@@ -31,11 +28,6 @@ protected:
     static uint32_t init(uint32_t unit, uint32_t type, uint32_t count, uint8_t bitmapMode, uint32_t base = 0)
     {
         return ZR_OP(COM_HSEC_MeterInfoInit)(unit, type, base, count, bitmapMode);
-    }
-    const HsecMeterInfo &info(uint32_t unit, uint32_t type) const
-    {
-        auto *all = static_cast<HsecMeterInfo(*)[6]>(dev.symbol("g_HsecMeterInfo"));
-        return all[unit][type];
     }
     // A free pair; the status twice when there is none.
     Pair alloc(uint32_t unit = 1, uint32_t type = 0) const
@@ -68,58 +60,6 @@ protected:
     }
 };
 
-TEST_F(MeterRecordsTest, IdentifiersAreExhaustedReleasedAndReused)
-{
-    ASSERT_EQ(hsec.init(1), 0U);
-    EXPECT_EQ(hsec.init(1), 4U) << "a second initialisation";
-    EXPECT_EQ(hsec.init(3), 4U);
-    for (uint32_t id = 0; id < 64; ++id) {
-        EXPECT_EQ(alloc(), Pair(id, id));
-        EXPECT_EQ(alloc(), Pair(id, id)) << "nothing is reserved";
-        EXPECT_EQ(hsec.isLogicMeterInUse(1, 0, id), 0U);
-        EXPECT_EQ(hsec.setMeterEntry(1, 0, id, id), 0U);
-        EXPECT_EQ(hsec.isLogicMeterInUse(1, 0, id), 1U);
-    }
-    EXPECT_EQ(alloc(), Pair(7, 7));
-    EXPECT_EQ(allocChip(), Pair(7, kUntouched));
-    EXPECT_EQ(hsec.setMeterEntry(1, 0, 5, 5), 6U);
-    EXPECT_EQ(hsec.setMeterEntry(1, 0, 64, 64), 7U) << "no entry is free";
-    EXPECT_EQ(info(1, 0).usedCount, 64U);
-
-    EXPECT_EQ(hsec.releaseRecord(1, 0, 5), 0U);
-    EXPECT_EQ(chipOf(5), Pair(4, kUntouched));
-    EXPECT_EQ(logicOf(5), Pair(4, kUntouched));
-    EXPECT_EQ(alloc(), Pair(5, 5));
-    EXPECT_EQ(hsec.setMeterEntry(1, 0, 5, 60), 0U) << "a chip meter may back two logic meters";
-    EXPECT_EQ(chipOf(5), Pair(0, 60));
-    EXPECT_EQ(logicOf(60), Pair(0, 5)) << "the entry of lower index";
-    EXPECT_EQ(logicOfEntry(63), Pair(0, 63));
-    EXPECT_EQ(logicOfEntry(64), Pair(7, kUntouched));
-    EXPECT_EQ(alloc(0), Pair(7, 7)) << "unit 0 has no meters yet";
-}
-
-TEST_F(MeterRecordsTest, ReleasingWhatIsNotRecordedLeavesTheChipMeters)
-{
-    ASSERT_EQ(init(1, 0, 64, 1), 0U);
-    ASSERT_EQ(hsec.setMeterEntry(1, 0, 3, 9), 0U);
-    EXPECT_EQ(hsec.releaseRecord(1, 0, 9), 0U);
-    EXPECT_THAT(info(1, 0).chipInUse, ElementsAre(1U << 9, 0, 0, 0));
-    EXPECT_THAT(info(1, 0).logicInUse, ElementsAre(1U << 3, 0, 0, 0));
-    EXPECT_EQ(info(1, 0).usedCount, 1U);
-}
-
-TEST_F(MeterRecordsTest, ATypeThatIsNotInitialisedHasNothing)
-{
-    EXPECT_EQ(alloc(2, 5), Pair(7, 7));
-    EXPECT_EQ(allocChip(2, 5), Pair(7, kUntouched));
-    EXPECT_EQ(hsec.setMeterEntry(2, 5, 0, 0), 7U);
-    EXPECT_EQ(chipOf(0, 2, 5), Pair(4, kUntouched));
-    EXPECT_EQ(logicOf(0, 2, 5), Pair(4, kUntouched));
-    EXPECT_EQ(hsec.isLogicMeterInUse(2, 5, 0), 0U);
-    EXPECT_EQ(hsec.releaseRecord(2, 5, 0xFFFFFFFF), 0U);
-    EXPECT_EQ(logicOfEntry(0xFFFFFFFF, 2, 5), Pair(0, 0xFFFFFFFF));
-}
-
 TEST_F(MeterRecordsTest, UnitTypeAndNullAreRefused)
 {
     for (auto [unit, type] : {Pair{3, 0}, {0, 6}, {0xFFFFFFFF, 0}, {0, 0xFFFFFFFF}}) {
@@ -144,108 +84,6 @@ TEST_F(MeterRecordsTest, UnitTypeAndNullAreRefused)
     EXPECT_EQ(hsec.chipMeterToLogicMeter(1, 0, 0, nullptr), 2U);
     EXPECT_EQ(hsec.entryIdToLogicMeter(1, 0, 0, nullptr), 2U);
     EXPECT_EQ(id, kUntouched);
-}
-
-TEST_F(MeterRecordsTest, BitmapsEndAt128)
-{
-    EXPECT_EQ(init(1, 0, 129, 1), 1U);
-    ASSERT_EQ(init(1, 0, 128, 0x80), 0U);
-    for (uint32_t beyond : {128U, 160U, 0xFFFFFFFFU}) {
-        EXPECT_EQ(hsec.setMeterEntry(1, 0, beyond, 0), 1U);
-        EXPECT_EQ(hsec.setMeterEntry(1, 0, 0, beyond), 1U);
-        EXPECT_EQ(hsec.releaseRecord(1, 0, beyond), 1U);
-        EXPECT_EQ(hsec.isLogicMeterInUse(1, 0, beyond), 1U);
-        EXPECT_EQ(chipOf(beyond), Pair(4, kUntouched));
-    }
-    EXPECT_EQ(info(1, 0).usedCount, 0U);
-    for (uint32_t id = 0; id < 128; ++id)
-        ASSERT_EQ(hsec.setMeterEntry(1, 0, id, 127 - id), 0U);
-    EXPECT_EQ(alloc(), Pair(7, 7));
-    EXPECT_EQ(chipOf(127), Pair(0, 0));
-    EXPECT_EQ(hsec.releaseRecord(1, 0, 127), 0U);
-    EXPECT_EQ(alloc(), Pair(127, 0));
-}
-
-TEST_F(MeterRecordsTest, WithoutBitmapsTheEntriesDecideAndIdentifiersAreFree)
-{
-    ASSERT_EQ(init(0, 3, 2, 0, 0xFFFFFFFF), 0U);
-    EXPECT_EQ(alloc(0, 3), Pair(7, 7));
-    EXPECT_EQ(hsec.setMeterEntry(0, 3, 0xFFFFFFFF, 500), 0U);
-    EXPECT_EQ(hsec.setMeterEntry(0, 3, 0xFFFFFFFF, 501), 6U);
-    EXPECT_EQ(hsec.setMeterEntry(0, 3, 128, 501), 0U);
-    EXPECT_EQ(hsec.setMeterEntry(0, 3, 129, 502), 7U);
-    EXPECT_EQ(chipOf(0xFFFFFFFF, 0, 3), Pair(0, 500));
-    EXPECT_EQ(hsec.releaseRecord(0, 3, 0xFFFFFFFF), 0U);
-    EXPECT_EQ(hsec.isLogicMeterInUse(0, 3, 0xFFFFFFFF), 0U);
-    EXPECT_EQ(logicOfEntry(1, 0, 3), Pair(0, 0)) << "the base is added in 32 bits";
-    EXPECT_THAT(info(0, 3).logicInUse, ElementsAre(0, 0, 0, 0));
-}
-
-TEST_F(MeterRecordsTest, CountsBeyond16BitsAndMemoryNeverReachPastTheArray)
-{
-    const unsigned before = zrsim::memory().liveBlocks();
-    dev.fail("LSWM_MemAlloc", 0);
-    EXPECT_EQ(init(1, 0, 64, 1), 2U);
-    dev.failNone();
-    EXPECT_EQ(init(1, 0, 0xFFFFFFFF, 0), 2U);
-    EXPECT_EQ(init(1, 0, 0x15555556, 0), 2U) << "12 times this is 8 in 32 bits";
-    EXPECT_EQ(zrsim::memory().liveBlocks(), before);
-    EXPECT_EQ(info(1, 0).entryCount, 0U);
-    EXPECT_EQ(info(1, 0).bitmapMode, 0U);
-
-    ASSERT_EQ(init(1, 0, 0x10003, 0), 0U);
-    EXPECT_EQ(info(1, 0).logicCount, 0x10003U);
-    for (uint32_t id : {0, 1, 2})
-        EXPECT_EQ(hsec.setMeterEntry(1, 0, id, id), 0U);
-    EXPECT_EQ(hsec.setMeterEntry(1, 0, 3, 3), 7U);
-    EXPECT_EQ(init(1, 0, 8, 1), 6U);
-    EXPECT_EQ(init(1, 0, 129, 1), 6U) << "more than bitmaps hold, but initialised before";
-    EXPECT_EQ(info(1, 0).logicCount, 0x10003U);
-}
-
-// Thousands of random operations beside a model that knows only what a record is. ZR_SEED repeats a run.
-TEST_F(MeterRecordsTest, ARandomHistoryKeepsTheRecordsConsistent)
-{
-    const char *given = std::getenv("ZR_SEED");
-    const unsigned seed = given != nullptr ? static_cast<unsigned>(std::atoi(given)) : std::random_device{}();
-    SCOPED_TRACE(fmt::format("repeat with ZR_SEED={}", seed));
-    std::mt19937 random(seed);
-    ASSERT_EQ(init(2, 1, 16, 1), 0U);
-    std::map<uint32_t, uint32_t> model;
-    for (unsigned step = 0; step < 5000 && !HasFailure(); ++step) {
-        const uint32_t logic = random() % 20;
-        const uint32_t chip = random() % 16;
-        if (random() % 2 == 0) {
-            const uint32_t expected = model.contains(logic) ? 6 : model.size() == 16 ? 7 : 0;
-            // One chip meter backs one logic meter here: a shared one would be free again at the first release.
-            bool taken = false;
-            for (auto [otherLogic, otherChip] : model)
-                taken |= otherChip == chip;
-            if (taken)
-                continue;
-            ASSERT_EQ(hsec.setMeterEntry(2, 1, logic, chip), expected);
-            if (expected == 0)
-                model[logic] = chip;
-        } else {
-            ASSERT_EQ(hsec.releaseRecord(2, 1, logic), 0U);
-            model.erase(logic);
-        }
-        uint32_t freeLogic = 0;
-        while (model.contains(freeLogic))
-            ++freeLogic;
-        std::map<uint32_t, uint32_t> reverse;
-        for (auto [l, c] : model) {
-            ASSERT_EQ(chipOf(l, 2, 1), Pair(0, c));
-            ASSERT_EQ(logicOf(c, 2, 1), Pair(0, l));
-            reverse[c] = l;
-        }
-        uint32_t freeChip = 0;
-        while (reverse.contains(freeChip))
-            ++freeChip;
-        const bool full = freeLogic >= 16 || freeChip >= 16;
-        ASSERT_EQ(alloc(2, 1), full ? Pair(7, 7) : Pair(freeLogic, freeChip));
-        ASSERT_EQ(info(2, 1).usedCount, model.size());
-    }
 }
 
 class CarTest : public RunningDeviceTest
@@ -315,7 +153,7 @@ TEST_F(CarTest, BucketsAreConvertedExactlyOverAll32Bits)
         check(bucket);
     for (uint32_t bucket = 873000; bucket < 874500; ++bucket)
         check(bucket);
-    std::mt19937 random(20260101);
+    ZR_RANDOM(random);
     for (unsigned i = 0; i < 20000; ++i)
         check(random() >> random() % 32);
 }
