@@ -31,7 +31,7 @@ std::FILE *opened(const std::string &path)
 
 } // namespace
 
-Output::Output(std::string path)
+Output::Output(const std::string &path)
     : name_(path == "-" ? "standard output" : path), file_(opened(path), path == "-" ? keepOpen : std::fclose)
 {
     fstat(fileno(file_.get()), &identity_);

@@ -16,7 +16,7 @@ class Output
 {
 public:
     // "-" is standard output. A file keeps its contents until start(). Throws UsageError.
-    explicit Output(std::string path);
+    explicit Output(const std::string &path);
 
     // Whether this writes the same regular file as the other, or the one of that path.
     bool sameAs(const Output &other) const;

@@ -41,7 +41,11 @@ Outcome call(uint32_t (*operation)(P...), const std::vector<Parameter> &paramete
                 return value;
         };
         Outcome outcome = Outcome::of(operation(passed(std::type_identity<P>(), std::get<i>(values))...));
-        ((std::is_pointer_v<P> ? addOutput(outcome, parameters[i], std::get<i>(values)) : void()), ...);
+        auto add = [&]<class T>(std::type_identity<T>, const Parameter &parameter, uint32_t value) {
+            if constexpr (std::is_pointer_v<T>)
+                addOutput(outcome, parameter, value);
+        };
+        (add(std::type_identity<P>(), parameters[i], std::get<i>(values)), ...);
         return outcome;
     }
     (std::index_sequence_for<P...>());
