@@ -141,14 +141,11 @@ using namespace zrsim;
 
 uint32_t excute_command(uint32_t unit, const char *line)
 {
-    return pass(
-        "excute_command",
-        [&]() -> uint32_t {
-            bool ok = false;
-            const std::string answer = runBoardLine(unit, line, ok);
-            if (!answer.empty())
-                LSWM_CmdCliPrint(answer.c_str());
-            return ok ? 0 : 1;
-        },
-        unit, line);
+    return pass({__func__, {unit, line}}, [&]() -> uint32_t {
+        bool ok = false;
+        const std::string answer = runBoardLine(unit, line, ok);
+        if (!answer.empty())
+            LSWM_CmdCliPrint(answer.c_str());
+        return ok ? 0 : 1;
+    });
 }

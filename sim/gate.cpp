@@ -2,8 +2,13 @@
 
 #include <fmt/format.h>
 
+#include <cstdio>
 #include <cstring>
+#include <exception>
 #include <utility>
+
+#include "sim/manager/console.h"
+#include "sim/zrsim.h"
 
 namespace zrsim
 {
@@ -112,7 +117,7 @@ void Gate::fail(const std::string &name, unsigned nth, bool andAfter, uint32_t s
     update();
 }
 
-void Gate::failNone()
+void Gate::clearInjections()
 {
     failures_.clear();
     scripts_.clear();
@@ -139,7 +144,7 @@ unsigned Gate::calls() const
 
 void Gate::reset()
 {
-    failNone();
+    clearInjections();
     observer_ = nullptr;
     counting_ = false;
     counts_.clear();
@@ -166,6 +171,24 @@ bool Gate::before(Call &call)
         }
     }
     return false;
+}
+
+void Gate::reportException(const char *name) noexcept
+{
+    std::string why = "unknown exception";
+    try {
+        throw;
+    } catch (const std::exception &error) {
+        why = error.what();
+    } catch (...) {
+    }
+    // The exception may have come from the sink of the lines itself.
+    try {
+        console().print(
+            {ZRSIM_LINE_FAIL, 0, kCallFailed, fmt::format("{}: the stand-in failed: {}", name, why)});
+    } catch (...) {
+        std::fprintf(stderr, "%s: the stand-in failed: %s\n", name, why.c_str());
+    }
 }
 
 void Gate::after(Call &call, const Argument &result)

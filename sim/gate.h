@@ -2,8 +2,10 @@
 // While nobody watches, a call costs one test.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <type_traits>
@@ -20,7 +22,7 @@ struct Mac {
 // An argument or a result: its bits and how a trace shows it.
 struct Argument {
     enum class Kind {
-        Nothing, // the result of a call that answers none
+        Nothing, // the result of a call that returns none
         Number,
         Text,    // a string's address
         Address, // of 6 bytes
@@ -32,7 +34,24 @@ struct Argument {
     Kind kind = Kind::Nothing;
     size_t bytes = 0;
 
+    Argument() = default;
+    Argument(uint64_t value, Kind how, size_t size) : bits(value), kind(how), bytes(size) {}
+    template <class T> Argument(const T &value);
+
     template <class T> T *pointer() const { return reinterpret_cast<T *>(static_cast<uintptr_t>(bits)); }
+};
+
+// A platform call as its shim states it: {__func__, {arguments}}.
+struct Shim {
+    const char *name;
+    std::initializer_list<Argument> args;
+
+    uint32_t number(size_t i) const { return static_cast<uint32_t>(args.begin()[i].bits); }
+    bool anyNull() const
+    {
+        return std::ranges::any_of(
+            args, [](const Argument &arg) { return arg.kind != Argument::Kind::Number && arg.bits == 0; });
+    }
 };
 
 // A call as the gate sees it.
@@ -42,7 +61,7 @@ struct Call {
     std::vector<Argument> args;
     std::string text = {}; // "name(arguments) = result", complete once the call has returned
     uint64_t result = 0;
-    bool injected = false; // answered by a failure or a script, not by the stand-in
+    bool injected = false; // the result of a failure or a script, not of the stand-in
 
     uint32_t number(size_t i) const { return static_cast<uint32_t>(args.at(i).bits); }
     template <class T> T *pointer(size_t i) const { return args.at(i).template pointer<T>(); }
@@ -55,19 +74,20 @@ std::string show(const Argument &argument);
 class Gate
 {
 public:
-    // Answers a call in the stand-in's place: return true and set `result`.
+    // Takes a call in the stand-in's place: returns true and sets `result`.
     using Script = std::function<bool(const Call &call, uint64_t &result)>;
     using Observer = std::function<void(const Call &call)>;
 
     bool on() const { return on_; }
 
     void observe(Observer observer);
-    // Asked for every call, before the failures of `fail`. An empty script takes it away.
+    // Asked for every call, before the failures of `fail`. An empty script removes it.
     void intercept(Script script);
-    // Answers the calls of one name; the result is the status.
+    // Runs in place of the calls of one name and returns their status.
     void script(const std::string &name, std::function<uint64_t(const Call &call)> answer);
     void fail(const std::string &name, unsigned nth, bool andAfter, uint32_t status);
-    void failNone();
+    // Removes failures, scripts and the interceptor.
+    void clearInjections();
     // Switches recording on without an observer.
     void count(bool on);
     unsigned calls(const std::string &name) const;
@@ -77,6 +97,8 @@ public:
     // Used by the shims.
     bool before(Call &call);
     void after(Call &call, const Argument &result);
+    // Reports the exception being handled, which ended a call: one failure line.
+    static void reportException(const char *name) noexcept;
     unsigned enter() { return depth_++; }
     void leave() { --depth_; }
 
@@ -102,32 +124,29 @@ private:
 
 Gate &gate();
 
-namespace detail
+template <class T> Argument::Argument(const T &value)
 {
-
-template <class T> uint64_t address(T *pointer)
-{
-    return reinterpret_cast<uintptr_t>(pointer);
-}
-
-template <class T> Argument describe(const T &value)
-{
-    using Kind = Argument::Kind;
+    auto address = [](const auto *pointer) {
+        return static_cast<uint64_t>(reinterpret_cast<uintptr_t>(pointer));
+    };
     if constexpr (std::is_same_v<T, Mac>)
-        return {address(value.bytes), Kind::Address, 6};
+        *this = {address(value.bytes), Kind::Address, 6};
     else if constexpr (std::is_same_v<T, const char *> || std::is_same_v<T, char *>)
-        return {address(value), Kind::Text, 0};
+        *this = {address(value), Kind::Text, 0};
     else if constexpr (std::is_same_v<T, uint32_t *> || std::is_same_v<T, uint16_t *>)
-        return {address(value), Kind::Output, sizeof *value};
+        *this = {address(value), Kind::Output, sizeof *value};
     else if constexpr (std::is_pointer_v<T>) {
         using Pointee = std::remove_pointer_t<T>;
         if constexpr (std::is_void_v<Pointee> || std::is_function_v<Pointee>)
-            return {address(value), Kind::Pointer, 0};
+            *this = {address(value), Kind::Pointer, 0};
         else
-            return {address(value), Kind::Record, sizeof(Pointee)};
+            *this = {address(value), Kind::Record, sizeof(Pointee)};
     } else
-        return {static_cast<uint64_t>(value), Kind::Number, sizeof value};
+        *this = {static_cast<uint64_t>(value), Kind::Number, sizeof value};
 }
+
+namespace detail
+{
 
 struct Depth {
     unsigned depth = gate().enter();
@@ -139,30 +158,41 @@ struct Depth {
 
 } // namespace detail
 
+// What a call that an exception ended returns, where it returns a status.
+constexpr uint32_t kCallFailed = 0xFFFFFFFF;
+
 // Passes one call through the gate: `body` is what the stand-in does. An injected failure of a call that
-// answers with a pointer answers null.
-template <class Body, class... Args>
-auto pass(const char *name, Body &&body, const Args &...args) -> decltype(body())
+// returns a pointer returns null. No exception leaves: the caller is libzrlsw.so, which has no unwind tables,
+// so that an exception would end the process.
+template <class Body> auto pass(const Shim &shim, Body &&body) -> decltype(body())
 {
     using Result = decltype(body());
-    detail::Depth level;
-    if (!gate().on())
-        return body();
+    try {
+        detail::Depth level;
+        if (!gate().on())
+            return body();
 
-    Call call{name, level.depth, {detail::describe(args)...}};
-    const bool injected = gate().before(call);
-    if constexpr (std::is_void_v<Result>) {
-        if (!injected)
-            body();
-        gate().after(call, {});
-    } else if constexpr (std::is_pointer_v<Result>) {
-        Result result = injected ? nullptr : body();
-        gate().after(call, {detail::address(result), Argument::Kind::Pointer});
-        return result;
-    } else {
-        Result result = injected ? static_cast<Result>(call.result) : body();
-        gate().after(call, detail::describe(result));
-        return result;
+        Call call{shim.name, level.depth, shim.args};
+        const bool injected = gate().before(call);
+        if constexpr (std::is_void_v<Result>) {
+            if (!injected)
+                body();
+            gate().after(call, {});
+        } else if constexpr (std::is_pointer_v<Result>) {
+            Result result = injected ? nullptr : body();
+            gate().after(call, static_cast<const void *>(result));
+            return result;
+        } else {
+            Result result = injected ? static_cast<Result>(call.result) : body();
+            gate().after(call, result);
+            return result;
+        }
+    } catch (...) {
+        Gate::reportException(shim.name);
+        if constexpr (std::is_pointer_v<Result>)
+            return nullptr;
+        else if constexpr (!std::is_void_v<Result>)
+            return static_cast<Result>(kCallFailed);
     }
 }
 

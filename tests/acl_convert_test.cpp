@@ -195,7 +195,7 @@ TEST_F(AclConvertTest, AFailedFieldDoesNotStopItsLayer)
         EXPECT_EQ(cfg.portMask, 0U);
         EXPECT_THAT(dev.takeFailures(), ElementsAre("6/9 ConvertCapWap acl field add type",
                                                     "6/8 ConvertCapWap acl field add type"));
-        dev.failNone();
+        dev.clearInjections();
     }
     {
         SCOPED_TRACE("IPv4: destination address refused, no memory for the destination port");
@@ -228,7 +228,7 @@ TEST_F(AclConvertTest, EveryRefusedFieldIsPrintedAndFreedAndMissingMemoryIsSilen
                                       "CapWap", "DstIp", "Sip", "IpProtocol", "SrcPort", "DstPort", "DMac"})
                 lines.push_back(fmt::format("6/1 Convert{} acl field add type", field));
         EXPECT_EQ(dev.takeFailures(), lines);
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 

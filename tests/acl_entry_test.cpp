@@ -183,7 +183,7 @@ TEST_F(AclEntry, EveryFailureOfAddingIsPrintedAndLeavesNothingBooked)
         rule.action.flags |= LSWM_ACTION_CAR;
         dev.fail(call, answer, nth);
         EXPECT_EQ(program(rule), status);
-        dev.failNone();
+        dev.clearInjections();
         EXPECT_EQ(dev.takeFailures(), lines);
         EXPECT_EQ(place.firstChipId, 0xEEEEEEEE);
         EXPECT_EQ(countersTaken(), kPolicies);
@@ -315,7 +315,7 @@ TEST_F(AclEntry, ReadingWhatIsNotThereLeavesTheRecordAlone)
     dev.fail("l2sw_filter_igrAcl_cfg_get", 22);
     EXPECT_EQ(acl().getEntry(kUnit, 0, &rule), 4U);
     EXPECT_THAT(dev.takeFailures(), ElementsAre("6/4 Chip 8 Get Entry unit:1 ifcid 0"));
-    dev.failNone();
+    dev.clearInjections();
 
     ASSERT_EQ(acl().setRuleMapEntry(kUnit, 50, 50, 1), 0U); // recorded, but empty on the chip
     EXPECT_EQ(acl().getEntry(kUnit, 50, &rule), 0U);

@@ -190,7 +190,7 @@ TEST_F(AclPolicies, AnUpdateBeyondTheTablesIsRefusedAndOneThatFailsStops)
     EXPECT_EQ(acl().updateLanWanPolicy(kUnit, 4, kWan), 4U);
     EXPECT_THAT(dev.takeFailures(), ElementsAre("6/22 ZR add entry portmap failed"));
     EXPECT_THAT(policyPorts(), ElementsAre(0x10U, 0x10U, 0U, 0U, 0U));
-    dev.failNone();
+    dev.clearInjections();
     EXPECT_EQ(acl().updateLanWanPolicy(kUnit, 4, kWan), 0U) << "the manager may repeat it";
     EXPECT_THAT(policyPorts(), testing::Each(0x10U));
 
@@ -264,7 +264,7 @@ TEST_F(AclPolicies, PortsReachEveryEntryOfTheRuleCutToThePortsOfTheChip)
         dev.fail(change.call, 9, 1);
         EXPECT_EQ((acl().*change.slot)(kUnit, 16, ports), 9U);
         EXPECT_THAT(dev.takeFailures(), ElementsAre(std::string("6/9 ") + change.failLine));
-        dev.failNone();
+        dev.clearInjections();
         EXPECT_EQ(callsOf(change.call).size(), 3U) << "the first refusal ends it";
         dev.forget();
     }

@@ -48,7 +48,7 @@ public:
                 erase();
             else
                 release();
-            dev_.failNone();
+            dev_.clearInjections();
             dev_.takeFailures();
             check();
         }

@@ -100,7 +100,7 @@ TEST_F(AclRecords, AreTakenFromTheManagerWholeAndOnce)
     for (unsigned nth : {1U, 2U, 3U}) {
         dev.fail("LSWM_MemAlloc", 1, nth);
         EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 96), LSW_NULL_POINTER);
-        dev.failNone();
+        dev.clearInjections();
         EXPECT_EQ(zrsim::memory().liveBlocks(), 0U);
         EXPECT_EQ(record(0, 0, 1), LSW_NO_RESOURCE);
     }

@@ -76,7 +76,7 @@ TEST_F(BringUpTest, EitherFailingResetStopsAfterBoth)
                  {0, 5, "1/10 Chip Q9 Vesper Reset"},
                  {1, 0xFFFFFFFF, "1/4294967295 Chip Q9 Vesper Reset"}};
     for (const auto &c : cases) {
-        dev.failNone();
+        dev.clearInjections();
         dev.forget();
         dev.fail("VESPER_ADPAPI_ResetChip", c.status, c.nth);
         EXPECT_EQ(dev.ops().common.initChip(1), 4U);
@@ -101,7 +101,7 @@ TEST_F(BringUpTest, FailingRegistersAndLedsAreNotLookedAt)
     EXPECT_EQ(dev.ops().common.initChip(1), 0U);
     EXPECT_EQ(dev.takeTraces().back(), "1 The chip 1 ver is 2");
 
-    dev.failNone();
+    dev.clearInjections();
     dev.forget();
     dev.fail("l2sw_led_groupConfig_set", 4);
     EXPECT_EQ(ZR_OP(HAL_CHIP_LEDInitZr)(1), 0U) << "the status is the last call's";

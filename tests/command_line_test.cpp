@@ -90,7 +90,7 @@ TEST_F(CommandLineTest, AnswersThatCannotBeMadeTouchNothingOrGiveTheirBlockBack)
     EXPECT_EQ(dev.ops().common.chipGetDropReason(1, 3), nullptr);
     EXPECT_EQ(dev.calls(), Texts{});
 
-    dev.failNone();
+    dev.clearInjections();
     dev.fail("sprintf_s", 1);
     EXPECT_EQ(dev.ops().common.chipCaptureDropReasonEnable(1, 3), nullptr);
     EXPECT_EQ(dev.ops().common.chipGetDropReason(1, 4), nullptr);
@@ -98,7 +98,7 @@ TEST_F(CommandLineTest, AnswersThatCannotBeMadeTouchNothingOrGiveTheirBlockBack)
                                          "2/4 capture drop result start on failed. (unit = 1, port = 4)"}));
     EXPECT_EQ(zrsim::memory().liveBlocks(), 0U);
 
-    dev.failNone();
+    dev.clearInjections();
     dev.fail("l2sw_getAsicReg", 22);
     dev.fail("l2sw_setAsicReg", 22);
     EXPECT_EQ(take(dev.ops().common.chipCaptureDropReasonEnable(1, 3)),

@@ -222,7 +222,7 @@ TEST_F(IdRecords, CountsBeyond16BitsAndMissingMemoryNeverReachPastTheEntries)
     EXPECT_EQ(initMeter(64, 1), LSW_NULL_POINTER);
     EXPECT_EQ(initStat(2, 1000), LSW_NULL_POINTER);
     EXPECT_EQ(ZR_OP(COM_QOS_StatMapInfoInit)(kUnit, 2, 1000), LSW_NULL_POINTER);
-    dev.failNone();
+    dev.clearInjections();
     for (uint32_t count : {0xFFFFFFFFU, 0x15555556U}) { // 12 times the second is 8 in 32 bits
         EXPECT_EQ(initMeter(count, 0), LSW_NULL_POINTER);
         EXPECT_EQ(initStat(2, count), LSW_NULL_POINTER);

@@ -158,7 +158,7 @@ TEST_F(Isolation, SettingAllStopsAtTheFirstFailure)
 
 TEST_F(Isolation, FailedReadsArePrintedAndWriteNothing)
 {
-    dev.failNone(); // the chip's own port mask
+    dev.clearInjections(); // the chip's own port mask
     const uint32_t map = 1;
     uint32_t isolate = 0xEEEE;
     permit(2, 7);
@@ -167,7 +167,7 @@ TEST_F(Isolation, FailedReadsArePrintedAndWriteNothing)
     EXPECT_EQ(port().setIsolate(1, 2, &map, 1), 4U);
     const std::string line = "2/4294967295 Port get isolate failed (ret = -1, unit = 1, port = 2)";
     EXPECT_THAT(dev.takeFailures(), ElementsAre(line, line));
-    dev.failNone();
+    dev.clearInjections();
 
     dev.fail("l2sw_switch_logPortMask_get", 22);
     EXPECT_EQ(port().getIsolateMap(1, 2, &isolate), 4U);

@@ -84,7 +84,7 @@ TEST_F(Loopback, AFailedReadEndsTheQuestion)
         EXPECT_EQ(mode(4), kUntouched);
         EXPECT_THAT(dev.takeFailures(), ElementsAre(failing.line));
         EXPECT_EQ(dev.calls().size(), failing.made);
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 
@@ -142,7 +142,7 @@ TEST_F(Loopback, SettingNeverReturnsAChipFailure)
         EXPECT_EQ(set(failing.mode), 0U);
         EXPECT_EQ(dev.takeFailures(), failing.lines);
         EXPECT_EQ(dev.calls().size(), failing.made) << "the calls after the failed one are still made";
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 

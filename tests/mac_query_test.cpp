@@ -80,7 +80,7 @@ TEST_F(MacQuery, StartSetsTableIllegalAddressesAndAgeingUntilOneFails)
          "3/4 HAL MAC SetAgeTimeZr unitId = 0"},
     };
     for (size_t failing = 0; failing < calls.size(); ++failing) {
-        dev.failNone();
+        dev.clearInjections();
         dev.fail(calls[failing].substr(0, calls[failing].find('(')), kMinusOne);
         dev.forget();
         EXPECT_EQ(ops().init(0), 4U) << calls[failing];

@@ -162,7 +162,7 @@ TEST_F(Mac, RefusedAddsTellTheAddressMasked)
     EXPECT_EQ(ops().addMac(1, &entry), 7U);
     EXPECT_THAT(dev.takeFailures(), ElementsAre("3/22 Zr Mac add failed, l2table full or hash conflict "
                                                 "(unit:1, MAC:0x001e-0af0-****)."));
-    dev.failNone();
+    dev.clearInjections();
     dev.fail("l2sw_l2_addr_add", kMinusOne);
     for (uint32_t level : {1U, 2U}) {
         zrsim::console().traceLevel(level);
@@ -245,7 +245,7 @@ TEST_F(Mac, DeleteByMacLeavesTheCountAndReportsAnAbsentAddress)
     answer("l2sw_l2_addr_del", 0);
     dev.fail("memcpy_s", kMinusOne);
     EXPECT_EQ(ops().delByMac(1, mac), 0U);
-    dev.failNone();
+    dev.clearInjections();
     EXPECT_THAT(dev.takeFailures(), ElementsAre("3/4294967295 Zr del mac by mac memcpy failed, err :-1"));
     EXPECT_THAT(given.mac, ElementsAre(0, 0, 0, 0, 0, 0));
     answer("l2sw_l2_addr_del", 0);
@@ -258,7 +258,7 @@ TEST_F(Mac, ClearingForgetsTheCountWhateverTheChipAnswers)
     for (uint32_t status : {0U, kMinusOne, 22U}) {
         for (uint32_t unit = 0; unit < 4; ++unit)
             staticNum(unit) = 10 + unit;
-        dev.failNone();
+        dev.clearInjections();
         dev.fail("l2sw_l2_table_clear", status);
         EXPECT_EQ(ops().delAllMac(1), status);
         EXPECT_THAT((std::vector{staticNum(0), staticNum(1), staticNum(2), staticNum(3)}),

@@ -166,11 +166,11 @@ TEST_F(CarTest, FailuresOfTheChipAreSilentButForTheRateThatCannotBeRead)
     dev.fail("l2sw_rate_shareMeter_set", 22);
     EXPECT_EQ(program({0, 800, 100}), 4U);
     EXPECT_EQ(dev.chip(1).meters.find(7)->bucket, 24U) << "the bucket is not programmed";
-    dev.failNone();
+    dev.clearInjections();
     dev.fail("l2sw_rate_shareMeterBucket_set", 22);
     EXPECT_EQ(program({0, 800, 100}), 4U);
     EXPECT_EQ(dev.chip(1).meters.find(7)->rate, 100U) << "the rate stays";
-    dev.failNone();
+    dev.clearInjections();
 
     LswmCar car = before;
     dev.fail("l2sw_rate_shareMeterBucket_get", 22);
@@ -230,7 +230,7 @@ TEST_F(CarTest, TheHitCounterOfARuleIsWidened)
     EXPECT_EQ(hsec.getStat(1, 21, &counter), 4U) << "a rule without a counter";
     EXPECT_EQ(hsec.getStat(1, 0xFFFFFFFF, &counter), 4U);
     EXPECT_EQ(hsec.getStat(3, 20, &counter), 4U);
-    dev.failNone();
+    dev.clearInjections();
     dev.fail("l2sw_stat_logging_counter_get", 22);
     EXPECT_EQ(hsec.getStat(1, 20, &counter), 4U);
     EXPECT_EQ(counter.count, 77U);

@@ -133,7 +133,7 @@ TEST_F(Phy, FailedReadsPrintAndLeaveTheOutput)
         EXPECT_EQ(failing.get(1, failing.port, &value), 4U);
         EXPECT_EQ(value, kUntouched);
         EXPECT_THAT(dev.takeFailures(), ElementsAre(failing.line));
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 
@@ -266,7 +266,7 @@ TEST_F(Phy, NegotiationReportsTheCallThatFailed)
         EXPECT_THAT(dev.takeFailures(), ElementsAre(std::string("2/22 ") + failing.what +
                                                     " failed(unit = 1, port = 3, ret = 22)."));
         EXPECT_EQ(dev.calls().size(), failing.made);
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 
@@ -338,7 +338,7 @@ TEST_F(Phy, FailedAbilityReadsLeaveTheRecordCleared)
     EXPECT_EQ(bytesOf(port().getAutonegAbility, 4), Bytes{});
     EXPECT_THAT(dev.takeFailures(), ElementsAre("2/22 get auto neg ability failed (unit = 1, port = 3)."));
     for (unsigned nth : {1U, 2U}) {
-        dev.failNone();
+        dev.clearInjections();
         dev.fail("l2sw_port_phyReg_get", 23, nth);
         dev.forget();
         EXPECT_EQ(bytesOf(port().getRemoteAutonegAbility, 4), Bytes{});

@@ -94,7 +94,7 @@ TEST_F(PortStartUp, StopsAtTheFirstStepThatFails)
         EXPECT_EQ(lines.back(), failing.lastLine);
         EXPECT_EQ(callsOf("l2sw_trunk_port_set"), failing.joined);
         EXPECT_FALSE(marked());
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 
@@ -170,7 +170,7 @@ TEST_F(FrameSize, ThatCannotBeReadLeavesTheOutput)
     });
     EXPECT_EQ(dev.ops().port.getMaxFrame(1, &bytes), 4U);
     EXPECT_THAT(dev.takeFailures(), ElementsAre(line));
-    dev.failNone();
+    dev.clearInjections();
     dev.fail("l2sw_port_mtu_get", 22);
     EXPECT_EQ(dev.ops().port.getMaxFrame(1, &bytes), 4U);
     EXPECT_THAT(dev.takeFailures(), ElementsAre(line));
@@ -203,7 +203,7 @@ TEST_F(PortStartUp, CpuPortIsChosenInThreeStepsAndStopsAtAFailedOne)
         EXPECT_EQ(dev.ops().port.cpuInit(1, 16, 0), 4U);
         EXPECT_THAT(dev.takeFailures(), ElementsAre(failing.line));
         EXPECT_EQ(dev.calls().size(), failing.made);
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 
@@ -215,7 +215,7 @@ TEST_F(PortStartUp, ValidPortMapIsTheChipsLogicalPorts)
     EXPECT_EQ(map, kUntouched);
     EXPECT_THAT(dev.takeFailures(),
                 ElementsAre("2/4294967295 Zr Port Get Valid PortMap failed (ret = -1, unit = 2)"));
-    dev.failNone();
+    dev.clearInjections();
     EXPECT_EQ(ZR_OP(HAL_PORT_GetValidPortMapZr)(2, &map), 0U);
     EXPECT_EQ(map, 0x3801FU);
     EXPECT_EQ(ZR_OP(HAL_PORT_GetValidPortMapZr)(2, nullptr), 2U);
@@ -232,7 +232,7 @@ TEST_F(PortStartUp, EnablePassesTheValueAndReportsFailures)
     });
     EXPECT_EQ(dev.ops().port.getEnable(1, 3, &enable), 0U);
     EXPECT_EQ(enable, 5U) << "the chip's own value";
-    dev.failNone();
+    dev.clearInjections();
 
     dev.fail("l2sw_port_adminEnable_set", 22);
     dev.fail("l2sw_port_adminEnable_get", 23);

@@ -161,7 +161,7 @@ TEST_F(Statistics, FailedReadingTouchesNothing)
         record = filled(kSentinel);
         dev.fail(call, 22);
         EXPECT_EQ(get(1, 1), 4U) << call;
-        dev.failNone();
+        dev.clearInjections();
         EXPECT_THAT(dev.takeFailures(), ElementsAre(line));
         EXPECT_THAT(record.counter, testing::Each(kSentinel));
         EXPECT_EQ(odropTotal(1, 1), before + 2);
@@ -177,7 +177,7 @@ TEST_F(Statistics, UnreadableOdropCountAddsNothingAndFailsNothing)
     record = filled(kSentinel);
     EXPECT_EQ(odropTotal(1, 1), 40U);
     EXPECT_EQ(record.counter[49], 6U);
-    dev.failNone();
+    dev.clearInjections();
     dev.chip(1).counters.drop(1, 5);
     EXPECT_EQ(odropTotal(1, 1), 45U);
 }
@@ -192,11 +192,11 @@ TEST_F(Statistics, ClearZeroesTheLibrarysCountEvenWhenTheChipFails)
         ASSERT_EQ(get(1, 2), 0U);
         dev.fail(call, 0xFFFFFFFF);
         EXPECT_EQ(clear(1, 2), 4U) << call;
-        dev.failNone();
+        dev.clearInjections();
         EXPECT_THAT(dev.takeFailures(), ElementsAre(line));
         odropReads(3);
         EXPECT_EQ(odropTotal(1, 2), 3U) << "a last reading was left";
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 

@@ -64,7 +64,7 @@ TEST_F(Stp, AStateThatFailsHalfWayStaysInTheChip)
     dev.fail("l2sw_stp_mstpState_set", kMinusOne);
     EXPECT_EQ(ops().setStpMode(1, 2, 3, 1), 4U);
     EXPECT_EQ(dev.calls().size(), 1U);
-    dev.failNone();
+    dev.clearInjections();
     dev.fail("l2sw_l2_limitLearningCnt_set", 22);
     EXPECT_EQ(ops().setStpMode(1, 0, 3, 1), 4U);
     EXPECT_EQ(dev.chip(1).stp.state(1, 3), zrsim::StpStates::kBlocking);

@@ -148,7 +148,7 @@ TEST_F(Trunk, MemberFailuresArePrintedWithTheManagersPort)
                                 "12/4 HAL TRUNK DelMember Zr ret = 4, unitId = 1, portId = 2, trunkId = 0"));
         EXPECT_EQ(chipPorts(1, 0), 0x4U);
         EXPECT_EQ(chipPorts(1, 1), 0x0U);
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 
@@ -169,7 +169,7 @@ TEST_F(Trunk, MembersAreReadAsTheChipGivesThem)
     EXPECT_EQ(mask, 0U);
     EXPECT_EQ(trunk().delMember(1, 0, 0), 0U);
     EXPECT_EQ(chipPorts(1, 0), 0U);
-    dev.failNone();
+    dev.clearInjections();
 
     mask = 0xABCD;
     EXPECT_EQ(trunk().getMember(1, 42, &mask), 4U);

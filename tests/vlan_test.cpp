@@ -107,7 +107,7 @@ TEST_F(Vlan, InitStopsWhereItFails)
         EXPECT_EQ(vlan().init(1), 4U);
         EXPECT_EQ(joined(dev.takeFailures()), failing.lines);
         EXPECT_EQ(std::ranges::count(names(), "l2sw_vlan_portIgrFilterEnable_set"), failing.filters);
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 
@@ -144,7 +144,7 @@ TEST_F(Vlan, WithoutCascadePortsIsOneWrite)
 TEST_F(Vlan, HalfCreatedOrDeletedStaysAsFarAsItCame)
 {
     const auto failAt = [&](unsigned write) {
-        dev.failNone();
+        dev.clearInjections();
         dev.fail("l2sw_vlan_set", 0x31, write);
     };
     failAt(3); // the VLAN, port 15, port 16
@@ -159,7 +159,7 @@ TEST_F(Vlan, HalfCreatedOrDeletedStaysAsFarAsItCame)
               "4/49 Zr vlan create failed (unit:1, vlan:101, retVal:0x31).\n"
               "4/4 Zr vlan create failed.(unit:1, vlan:101).\n");
 
-    dev.failNone();
+    dev.clearInjections();
     ASSERT_EQ(vlan().create(1, 100), 0U);
     failAt(2); // port 15, port 16
     EXPECT_EQ(vlan().destroy(1, 100), 4U);
@@ -290,7 +290,7 @@ TEST_F(Vlan, RemovalSucceedsWithoutTheMemberConfiguration)
         EXPECT_THAT(dev.takeFailures(), ElementsAre(c.line, c.line));
         EXPECT_EQ(entry(1, 300).memberMask, 0U);
         EXPECT_EQ(memberConfig(1, 300), 0x4U);
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 
@@ -370,7 +370,7 @@ TEST_F(Vlan, EveryFailureIsPrintedAndTraced)
             EXPECT_THAT(dev.takeFailures(), ElementsAre(std::string("4/4294967294 ") + failing.line));
             EXPECT_EQ(joined(dev.takeTraces()), level == 3 ? failing.traces : "");
         }
-        dev.failNone();
+        dev.clearInjections();
     }
 }
 

@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "sim/chip/status.h"
 #include "sim/pipeline/acl_match.h"
-#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {

@@ -5,8 +5,6 @@
 
 #include <array>
 
-#include "sim/sdk/sdk.h"
-
 namespace zrsim
 {
 namespace
@@ -73,7 +71,7 @@ void Chip::resetModels()
 {
     registers_.clear();
     everyModel([](auto &model, const char *) { model.reset(); });
-    sdk().forget(unit_);
+    ++resets_;
 }
 
 void Chip::dump(nlohmann::json &to) const
@@ -89,12 +87,6 @@ void Chip::dump(nlohmann::json &to) const
         if (!state.is_null())
             to[name] = std::move(state);
     });
-}
-
-void Leds::dump(nlohmann::json &to) const
-{
-    to["modes"] = modes_;
-    to["blinkRate"] = blinkRate_;
 }
 
 } // namespace zrsim

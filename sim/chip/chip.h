@@ -45,6 +45,8 @@ public:
     const Registers &registers() const { return registers_; }
 
     // Held in reset from power-on until the board releases it.
+    // Resets so far, the one at power-on included: never 0.
+    unsigned resets() const { return resets_; }
     bool inReset() const { return inReset_; }
     void powerOn();
     void assertReset();
@@ -77,6 +79,7 @@ private:
     void resetModels();
 
     uint32_t unit_;
+    unsigned resets_ = 0;
     bool inReset_ = true;
     Registers registers_;
 };

@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "sim/chip/chip.h"
-#include "sim/sdk/sdk.h"
+#include "sim/chip/status.h"
 
 namespace zrsim
 {
@@ -14,13 +14,11 @@ void Isolation::reset()
     permit_.fill(Ports::kLogicalPorts);
 }
 
-uint32_t Isolation::read(uint32_t port, uint32_t *permitMap) const
+uint32_t Isolation::read(uint32_t port, uint32_t &permitMap) const
 {
     if (!Ports::exists(port))
         return kSdkBadPort;
-    if (permitMap == nullptr)
-        return kSdkNull;
-    *permitMap = permit_[port];
+    permitMap = permit_[port];
     return kSdkOk;
 }
 
@@ -40,19 +38,3 @@ void Isolation::dump(nlohmann::json &to) const
 }
 
 } // namespace zrsim
-
-using namespace zrsim;
-
-uint32_t l2sw_port_isolation_get(uint32_t unit, uint32_t port, uint32_t *mask)
-{
-    return onChip(
-        "l2sw_port_isolation_get", unit, [&](Chip &chip) { return chip.isolation.read(port, mask); }, port,
-        mask);
-}
-
-uint32_t l2sw_port_isolation_set(uint32_t unit, uint32_t port, uint32_t mask)
-{
-    return onChip(
-        "l2sw_port_isolation_set", unit, [&](Chip &chip) { return chip.isolation.write(port, mask); }, port,
-        mask);
-}

@@ -21,7 +21,7 @@ public:
     void reset();
     void dump(nlohmann::json &to) const;
 
-    uint32_t read(uint32_t port, uint32_t *permitMap) const;
+    uint32_t read(uint32_t port, uint32_t &permitMap) const;
     uint32_t write(uint32_t port, uint32_t permitMap);
     bool permits(uint32_t from, uint32_t to) const { return (permit_[from] >> to & 1) != 0; }
 

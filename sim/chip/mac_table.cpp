@@ -7,7 +7,7 @@
 #include <string>
 
 #include "sim/chip/chip.h"
-#include "sim/sdk/sdk.h"
+#include "sim/chip/status.h"
 
 namespace zrsim
 {

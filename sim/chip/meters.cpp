@@ -5,8 +5,9 @@
 
 #include <algorithm>
 
+#include "sim/chip/chip.h"
+#include "sim/chip/status.h"
 #include "sim/command.h"
-#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {
@@ -156,53 +157,3 @@ const BoardCommand kWait("meter-wait US", "lets microseconds pass for the meters
 
 } // namespace
 } // namespace zrsim
-
-using namespace zrsim;
-
-uint32_t l2sw_rate_shareMeter_set(uint8_t unit, uint32_t meter, uint32_t mode, uint32_t rate, uint32_t one)
-{
-    return onChip(
-        "l2sw_rate_shareMeter_set", unit,
-        [&](Chip &chip) { return chip.meters.setRate(meter, mode, rate, one); }, meter, mode, rate, one);
-}
-
-uint32_t l2sw_rate_shareMeter_get(uint8_t unit, uint32_t meter, uint32_t *mode, uint32_t *rate, uint32_t *third)
-{
-    return onChip(
-        "l2sw_rate_shareMeter_get", unit,
-        [&](Chip &chip) -> uint32_t {
-            if (mode == nullptr || rate == nullptr || third == nullptr)
-                return kSdkNull;
-            const Meter *found = chip.meters.find(meter);
-            if (found == nullptr)
-                return kSdkBadArgument;
-            *mode = found->mode;
-            *rate = found->rate;
-            *third = found->third;
-            return kSdkOk;
-        },
-        meter, mode, rate, third);
-}
-
-uint32_t l2sw_rate_shareMeterBucket_set(uint8_t unit, uint32_t meter, uint32_t bucket)
-{
-    return onChip(
-        "l2sw_rate_shareMeterBucket_set", unit,
-        [&](Chip &chip) { return chip.meters.setBucket(meter, bucket); }, meter, bucket);
-}
-
-uint32_t l2sw_rate_shareMeterBucket_get(uint8_t unit, uint32_t meter, uint32_t *bucket)
-{
-    return onChip(
-        "l2sw_rate_shareMeterBucket_get", unit,
-        [&](Chip &chip) -> uint32_t {
-            if (bucket == nullptr)
-                return kSdkNull;
-            const Meter *found = chip.meters.find(meter);
-            if (found == nullptr)
-                return kSdkBadArgument;
-            *bucket = found->bucket;
-            return kSdkOk;
-        },
-        meter, bucket);
-}

@@ -4,8 +4,8 @@
 #include <nlohmann/json.hpp>
 
 #include "sim/chip/chip.h"
+#include "sim/chip/status.h"
 #include "sim/command.h"
-#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {
@@ -120,13 +120,11 @@ void PortCounters::command(uint16_t value)
         odrop = 0;
 }
 
-uint32_t PortCounters::read(uint32_t port, SdkPortCounters *record) const
+uint32_t PortCounters::read(uint32_t port, SdkPortCounters &record) const
 {
     if (!Ports::exists(port))
         return kSdkBadPort;
-    if (record == nullptr)
-        return kSdkNull;
-    *record = records_[port];
+    record = records_[port];
     return kSdkOk;
 }
 
@@ -160,18 +158,3 @@ void PortCounters::dump(nlohmann::json &to) const
 }
 
 } // namespace zrsim
-
-using namespace zrsim;
-
-uint32_t l2sw_stat_port_getAll(uint32_t unit, uint32_t port, SdkPortCounters *counters)
-{
-    return onChip(
-        "l2sw_stat_port_getAll", unit, [&](Chip &chip) { return chip.counters.read(port, counters); }, port,
-        counters);
-}
-
-uint32_t l2sw_stat_port_reset(uint32_t unit, uint32_t port)
-{
-    return onChip(
-        "l2sw_stat_port_reset", unit, [&](Chip &chip) { return chip.counters.clear(port); }, port);
-}

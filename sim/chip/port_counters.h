@@ -29,7 +29,7 @@ public:
     void reset();
     void dump(nlohmann::json &to) const;
 
-    uint32_t read(uint32_t port, SdkPortCounters *record) const;
+    uint32_t read(uint32_t port, SdkPortCounters &record) const;
     uint32_t clear(uint32_t port);
 
     void count(uint32_t port, Direction direction, Kind kind, uint32_t frames, uint32_t bytesPerFrame);

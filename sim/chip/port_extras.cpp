@@ -6,8 +6,8 @@
 #include <nlohmann/json.hpp>
 
 #include "sim/chip/chip.h"
+#include "sim/chip/status.h"
 #include "sim/command.h"
-#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {
@@ -36,13 +36,11 @@ void PortExtras::reset()
     ports_.fill({});
 }
 
-uint32_t PortExtras::readSnr(uint32_t port, SdkPortSnr *snr) const
+uint32_t PortExtras::readSnr(uint32_t port, SdkPortSnr &snr) const
 {
     if (!Ports::hasPhy(port))
         return kSdkBadPort;
-    if (snr == nullptr)
-        return kSdkNull;
-    *snr = ports_[port].snr;
+    snr = ports_[port].snr;
     return kSdkOk;
 }
 
@@ -82,25 +80,3 @@ void PortExtras::dump(nlohmann::json &to) const
 }
 
 } // namespace zrsim
-
-using namespace zrsim;
-
-uint32_t l2sw_port_snr_get(uint32_t unit, uint32_t port, SdkPortSnr *snr)
-{
-    return onChip(
-        "l2sw_port_snr_get", unit, [&](Chip &chip) { return chip.extras.readSnr(port, snr); }, port, snr);
-}
-
-uint32_t l2sw_port_led_force_set(uint32_t unit, uint32_t port, uint32_t a, uint32_t b)
-{
-    return onChip(
-        "l2sw_port_led_force_set", unit, [&](Chip &chip) { return chip.extras.forceLeds(port, a, b); }, port, a,
-        b);
-}
-
-uint32_t l2sw_gephy_workaround_04_parallel(uint32_t unit, uint32_t port, uint32_t zero)
-{
-    return onChip(
-        "l2sw_gephy_workaround_04_parallel", unit, [&](Chip &chip) { return chip.extras.scanLink(port); }, port,
-        zero);
-}

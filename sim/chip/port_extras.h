@@ -25,7 +25,7 @@ public:
     void reset();
     void dump(nlohmann::json &to) const;
 
-    uint32_t readSnr(uint32_t port, SdkPortSnr *snr) const;
+    uint32_t readSnr(uint32_t port, SdkPortSnr &snr) const;
     void setSnr(uint32_t port, const SdkPortSnr &snr) { ports_[port].snr = snr; }
     uint32_t forceLeds(uint32_t port, uint32_t a, uint32_t b);
     uint32_t scanLink(uint32_t port);

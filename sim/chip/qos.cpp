@@ -8,8 +8,9 @@
 #include <map>
 #include <vector>
 
+#include "sim/chip/chip.h"
+#include "sim/chip/status.h"
 #include "sim/command.h"
-#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {
@@ -189,69 +190,3 @@ const BoardCommand kClassify("classify PORT [dot1p N] [dscp N]",
 
 } // namespace
 } // namespace zrsim
-
-using namespace zrsim;
-
-uint32_t l2sw_qos_init(uint32_t unit, uint32_t queues)
-{
-    return onChip(
-        "l2sw_qos_init", unit, [&](Chip &chip) { return chip.qos.init(queues); }, queues);
-}
-
-uint32_t l2sw_Flow_Control_Pause_All_set(uint32_t unit, uint32_t threshold)
-{
-    return onChip(
-        "l2sw_Flow_Control_Pause_All_set", unit,
-        [&](Chip &chip) { return chip.qos.setPauseThreshold(threshold); }, threshold);
-}
-
-uint32_t l2sw_qos_priSel_set(uint32_t unit, uint32_t index, SdkQosRecord *record)
-{
-    return onChip(
-        "l2sw_qos_priSel_set", unit,
-        [&](Chip &chip) -> uint32_t {
-            return record == nullptr ? kSdkNull : chip.qos.setPriSel(index, *record);
-        },
-        index, record);
-}
-
-uint32_t l2sw_qos_portPriSelIndex_set(uint32_t unit, uint32_t port, uint32_t index)
-{
-    return onChip(
-        "l2sw_qos_portPriSelIndex_set", unit, [&](Chip &chip) { return chip.qos.bindPort(port, index); }, port,
-        index);
-}
-
-uint32_t l2sw_qos_priMap_set(uint32_t unit, uint32_t selector, SdkQosRecord *record)
-{
-    return onChip(
-        "l2sw_qos_priMap_set", unit,
-        [&](Chip &chip) -> uint32_t {
-            return record == nullptr ? kSdkNull : chip.qos.setQueueMap(selector, *record);
-        },
-        selector, record);
-}
-
-uint32_t l2sw_qos_schedulingQueue_set(uint32_t unit, uint32_t port, SdkQosRecord *record)
-{
-    return onChip(
-        "l2sw_qos_schedulingQueue_set", unit,
-        [&](Chip &chip) -> uint32_t {
-            return record == nullptr ? kSdkNull : chip.qos.setWeights(port, *record);
-        },
-        port, record);
-}
-
-uint32_t l2sw_qos_dscpPriRemap_set(uint32_t unit, uint32_t dscp, uint32_t priority)
-{
-    return onChip(
-        "l2sw_qos_dscpPriRemap_set", unit, [&](Chip &chip) { return chip.qos.mapDscp(dscp, priority); }, dscp,
-        priority);
-}
-
-uint32_t l2sw_qos_1pPriRemap_set(uint32_t unit, uint32_t p8021, uint32_t priority)
-{
-    return onChip(
-        "l2sw_qos_1pPriRemap_set", unit, [&](Chip &chip) { return chip.qos.map8021p(p8021, priority); }, p8021,
-        priority);
-}

@@ -5,9 +5,10 @@
 
 #include <algorithm>
 
+#include "sim/chip/chip.h"
+#include "sim/chip/status.h"
 #include "sim/command.h"
 #include "sim/pipeline/capture.h"
-#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {
@@ -85,18 +86,3 @@ const BoardCommand kReserved("reserved PORT MAC [ETHERTYPE]", "what becomes of a
 
 } // namespace
 } // namespace zrsim
-
-using namespace zrsim;
-
-uint32_t l2sw_trap_rmaAction_set(uint32_t unit, uint32_t type, uint32_t action)
-{
-    return onChip(
-        "l2sw_trap_rmaAction_set", unit, [&](Chip &chip) { return chip.rma.setAction(type, action); }, type,
-        action);
-}
-
-uint32_t l2sw_trap_lldpEnable_set(uint32_t unit, uint32_t flag)
-{
-    return onChip(
-        "l2sw_trap_lldpEnable_set", unit, [&](Chip &chip) { return chip.rma.trapLldp(flag); }, flag);
-}

@@ -3,8 +3,9 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "sim/chip/chip.h"
+#include "sim/chip/status.h"
 #include "sim/command.h"
-#include "sim/sdk/sdk.h"
 
 namespace zrsim
 {
@@ -91,25 +92,3 @@ const BoardCommand kFlood("flood PORT TYPE KBIT MS", "floods frames of 64 bytes 
 
 } // namespace
 } // namespace zrsim
-
-using namespace zrsim;
-
-uint32_t l2sw_rate_stormControlEnable_set(uint8_t unit, uint32_t on)
-{
-    return onChip(
-        "l2sw_rate_stormControlEnable_set", unit, [&](Chip &chip) { return chip.storm.enable(on); }, on);
-}
-
-uint32_t l2sw_rate_stormControlMeterIdx_set(uint8_t unit, uint32_t port, uint32_t type, uint32_t meter)
-{
-    return onChip(
-        "l2sw_rate_stormControlMeterIdx_set", unit,
-        [&](Chip &chip) { return chip.storm.bind(port, type, meter); }, port, type, meter);
-}
-
-uint32_t l2sw_rate_stormControlPortEnable_set(uint8_t unit, uint32_t port, uint32_t type, uint32_t enable)
-{
-    return onChip(
-        "l2sw_rate_stormControlPortEnable_set", unit,
-        [&](Chip &chip) { return chip.storm.enablePort(port, type, enable); }, port, type, enable);
-}

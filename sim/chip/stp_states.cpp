@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "sim/sdk/sdk.h"
+#include "sim/chip/status.h"
 
 namespace zrsim
 {
@@ -61,26 +61,3 @@ void StpStates::dump(nlohmann::json &to) const
 }
 
 } // namespace zrsim
-
-using namespace zrsim;
-
-uint32_t l2sw_vlan_stg_set(uint32_t unit, uint32_t vlan, uint32_t instance)
-{
-    return onChip(
-        "l2sw_vlan_stg_set", unit, [&](Chip &chip) { return chip.stp.bind(vlan, instance); }, vlan, instance);
-}
-
-uint32_t l2sw_vlan_stg_get(uint32_t unit, uint32_t vlan, uint32_t *instance)
-{
-    return onChip(
-        "l2sw_vlan_stg_get", unit,
-        [&](Chip &chip) { return instance == nullptr ? kSdkNull : chip.stp.instance(vlan, *instance); }, vlan,
-        instance);
-}
-
-uint32_t l2sw_stp_mstpState_set(uint32_t unit, uint32_t instance, uint32_t port, uint32_t state)
-{
-    return onChip(
-        "l2sw_stp_mstpState_set", unit, [&](Chip &chip) { return chip.stp.setState(instance, port, state); },
-        instance, port, state);
-}

@@ -5,7 +5,8 @@
 
 #include <bit>
 
-#include "sim/sdk/sdk.h"
+#include "sim/chip/ports.h"
+#include "sim/chip/status.h"
 
 namespace zrsim
 {
@@ -62,44 +63,3 @@ void TrunkGroups::dump(nlohmann::json &to) const
 }
 
 } // namespace zrsim
-
-using namespace zrsim;
-
-// Numbering belongs to the chip's type, which the SDK knows once it has initialised the unit.
-uint32_t l2sw_switch_port_L2P_get(uint32_t unit, uint32_t port)
-{
-    return pass(
-        "l2sw_switch_port_L2P_get",
-        [&] { return unit < kUnits && sdk().initialised(unit) ? chipPortOf(port) : kNoChipPort; }, unit, port);
-}
-
-uint32_t l2sw_trunk_port_get(uint32_t unit, uint32_t group, uint32_t *mask)
-{
-    return onChip(
-        "l2sw_trunk_port_get", unit,
-        [&](Chip &chip) { return mask ? chip.trunk.read(group, *mask) : kSdkNull; }, group, mask);
-}
-
-uint32_t l2sw_trunk_port_set(uint32_t unit, uint32_t group, uint32_t mask)
-{
-    return onChip(
-        "l2sw_trunk_port_set", unit, [&](Chip &chip) { return chip.trunk.write(group, mask); }, group, mask);
-}
-
-uint32_t l2sw_trunk_mode_set(uint32_t unit, uint32_t mode)
-{
-    return onChip(
-        "l2sw_trunk_mode_set", unit,
-        [&](Chip &chip) {
-            chip.trunk.setMode(mode);
-            return kSdkOk;
-        },
-        mode);
-}
-
-uint32_t l2sw_trunk_distributionAlgorithm_set(uint32_t unit, uint32_t group, uint32_t mask)
-{
-    return onChip(
-        "l2sw_trunk_distributionAlgorithm_set", unit,
-        [&](Chip &chip) { return chip.trunk.setDistribution(group, mask); }, group, mask);
-}

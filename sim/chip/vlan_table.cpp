@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "sim/sdk/sdk.h"
+#include "sim/chip/status.h"
 
 namespace zrsim
 {

@@ -1,6 +1,7 @@
 // Where the manager's print services end: a sink that a program or a test can take over.
 #pragma once
 
+#include <cstdarg>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -34,5 +35,9 @@ private:
 };
 
 Console &console();
+
+// The text of a print service's arguments; empty when it cannot be made. It is made before the gate, which
+// shows it, and so must not throw.
+std::string formatted(const char *format, va_list arguments) noexcept;
 
 } // namespace zrsim

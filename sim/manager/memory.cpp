@@ -57,12 +57,10 @@ using namespace zrsim;
 
 void *LSWM_MemAlloc(uint32_t size)
 {
-    return pass(
-        "LSWM_MemAlloc", [&] { return memory().alloc(size); }, size);
+    return pass({__func__, {size}}, [&] { return memory().alloc(size); });
 }
 
 void LSWM_MemFree(void *block)
 {
-    pass(
-        "LSWM_MemFree", [&] { memory().free(block); }, block);
+    pass({__func__, {block}}, [&] { memory().free(block); });
 }

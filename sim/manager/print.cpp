@@ -1,5 +1,5 @@
-// The manager's print services. What LSWM_ConfigFailPrint answers is the model's own choice: the status
-// it was given, so that an operation that hands the answer up reports a failure as one.
+// The manager's print services. The model's own choice: LSWM_ConfigFailPrint returns the status that it was
+// given, so that an operation that returns its result reports a failure as one.
 #include <cstdarg>
 #include <cstdio>
 
@@ -8,88 +8,41 @@
 #include "sim/manager/console.h"
 #include "sim/zrsim.h"
 
-namespace zrsim
-{
-namespace
-{
-
-std::string format(const char *text, va_list arguments)
-{
-    va_list again;
-    va_copy(again, arguments);
-    std::string formatted(static_cast<size_t>(std::vsnprintf(nullptr, 0, text, arguments)), '\0');
-    std::vsnprintf(formatted.data(), formatted.size() + 1, text, again);
-    va_end(again);
-    return formatted;
-}
-
-} // namespace
-
-Console &console()
-{
-    static Console instance;
-    return instance;
-}
-
-void Console::print(const Line &line) const
-{
-    if (sink_)
-        sink_(line);
-    else if (line.kind == ZRSIM_LINE_CLI)
-        std::fputs(line.text.c_str(), stdout);
-    else if (line.kind == ZRSIM_LINE_FAIL)
-        std::fprintf(stderr, "fail module %u status %u: %s\n", line.module, line.status, line.text.c_str());
-    else
-        std::fprintf(stderr, "trace module %u: %s\n", line.module, line.text.c_str());
-}
-
-} // namespace zrsim
-
 using namespace zrsim;
 
 uint32_t LSWM_ConfigFailPrint(uint32_t module, uint32_t reserved, uint32_t status, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    const std::string text = zrsim::format(format, arguments);
+    const std::string text = formatted(format, arguments);
     va_end(arguments);
-    return pass(
-        "LSWM_ConfigFailPrint",
-        [&] {
-            console().print({ZRSIM_LINE_FAIL, module, status, text});
-            return status;
-        },
-        module, reserved, status, text.c_str());
+    return pass({__func__, {module, reserved, status, text.c_str()}}, [&] {
+        console().print({ZRSIM_LINE_FAIL, module, status, text});
+        return status;
+    });
 }
 
 uint32_t LSWM_DebugInfoPrint(uint32_t module, uint32_t reserved, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    const std::string text = zrsim::format(format, arguments);
+    const std::string text = formatted(format, arguments);
     va_end(arguments);
-    return pass(
-        "LSWM_DebugInfoPrint",
-        [&] {
-            console().print({ZRSIM_LINE_TRACE, module, 0, text});
-            return 0U;
-        },
-        module, reserved, text.c_str());
+    return pass({__func__, {module, reserved, text.c_str()}}, [&] {
+        console().print({ZRSIM_LINE_TRACE, module, 0, text});
+        return 0U;
+    });
 }
 
 uint32_t LSWM_PrintSwitchOn(uint32_t level)
 {
-    return pass(
-        "LSWM_PrintSwitchOn", [&] { return level <= console().traceLevel() ? 1U : 0U; }, level);
+    return pass({__func__, {level}}, [&] { return level <= console().traceLevel() ? 1U : 0U; });
 }
 
 uint32_t LSWM_CmdCliPrint(const char *text)
 {
-    return pass(
-        "LSWM_CmdCliPrint",
-        [&] {
-            console().print({ZRSIM_LINE_CLI, 0, 0, text});
-            return 0U;
-        },
-        text);
+    return pass({__func__, {text}}, [&] {
+        console().print({ZRSIM_LINE_CLI, 0, 0, text});
+        return 0U;
+    });
 }

@@ -3,8 +3,10 @@
 #include <fmt/format.h>
 
 #include <cctype>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <system_error>
 
 #include "sim/command.h"
 
@@ -18,6 +20,7 @@ constexpr uint32_t kNanoseconds = 0xA1B23C4D;
 constexpr size_t kFileHeader = 24;
 constexpr size_t kRecordHeader = 16;
 constexpr uint32_t kEthernet = 1;
+constexpr uintmax_t kLargestFile = 64U << 20U;
 
 uint32_t word(const std::string &bytes, size_t offset, bool bigEndian)
 {
@@ -55,6 +58,21 @@ std::vector<Frame> framesOfCapture(const std::string &path, const std::string &b
     return frames;
 }
 
+// Directories fail on reading, devices may never end, FIFOs wait for a writer: regular files alone are read.
+std::string contents(const std::string &path)
+{
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        throw BoardError{fmt::format("{}: not a regular file\n", path)};
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        throw BoardError{fmt::format("{}: cannot be read\n", path)};
+    if (std::filesystem::file_size(path, error) > kLargestFile || error)
+        throw BoardError{fmt::format("{}: larger than {} bytes\n", path, kLargestFile)};
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 } // namespace
 
 Frame frameFromHex(const std::string &text)
@@ -76,10 +94,7 @@ Frame frameFromHex(const std::string &text)
 
 std::vector<Frame> framesFromFile(const std::string &path)
 {
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        throw BoardError{fmt::format("{}: cannot be read\n", path)};
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const std::string bytes = contents(path);
     for (bool bigEndian : {false, true})
         if (isCapture(bytes, bigEndian))
             return framesOfCapture(path, bytes, bigEndian);

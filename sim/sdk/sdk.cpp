@@ -81,7 +81,7 @@ uint32_t Sdk::init(uint32_t unit)
     if (uint32_t status = readRegister(unit, kRegRevision, revision); status != kSdkOk)
         return status;
     l2sw_eco[unit] = static_cast<uint8_t>(revision);
-    initialised_[unit] = true;
+    initialisedAt_[unit] = board().chip(unit).resets();
     return kSdkOk;
 }
 
@@ -89,20 +89,12 @@ uint32_t Sdk::ready(uint32_t unit)
 {
     if (unit >= kUnits)
         return kSdkBadUnit;
-    if (!initialised_[unit])
+    if (!initialised(unit))
         return kSdkNotInitialised;
     uint32_t tableStatus = 0;
     if (uint32_t status = readRegister(unit, kRegTableStatus, tableStatus); status != kSdkOk)
         return status;
     return tableStatus == 1 ? kSdkOk : kSdkBusy;
-}
-
-uint32_t Leds::setMode(uint32_t group, uint32_t mode)
-{
-    if (group >= modes_.size())
-        return kSdkBadArgument;
-    modes_[group] = mode;
-    return kSdkOk;
 }
 
 } // namespace zrsim
@@ -112,55 +104,10 @@ using namespace zrsim;
 uint32_t l2sw_fun_regist(const SdkServices *services)
 {
     const void *record = services; // addresses differ from run to run: not shown
-    return pass(
-        "l2sw_fun_regist", [&] { return sdk().registerServices(*services); }, record);
+    return pass({__func__, {record}}, [&] { return sdk().registerServices(*services); });
 }
 
 uint32_t l2sw_switch_init(uint32_t unit)
 {
-    return pass(
-        "l2sw_switch_init", [&] { return sdk().init(unit); }, unit);
-}
-
-uint32_t l2sw_getAsicReg(uint8_t unit, uint32_t reg, uint32_t *value)
-{
-    return pass(
-        "l2sw_getAsicReg", [&] { return sdk().readRegister(unit, reg, *value); }, unit, reg, value);
-}
-
-uint32_t l2sw_setAsicReg(uint8_t unit, uint32_t reg, uint32_t value)
-{
-    return pass(
-        "l2sw_setAsicReg", [&] { return sdk().writeRegister(unit, reg, value); }, unit, reg, value);
-}
-
-// The one AHB word that is known is the silicon's FS data; every other address reads 0.
-uint32_t l2sw_switch_ahb_read(uint32_t unit, uint32_t address, uint32_t *value)
-{
-    return onChip(
-        "l2sw_switch_ahb_read", unit,
-        [&](Chip &chip) {
-            constexpr uint32_t kFsData = 0x9000084C;
-            *value = address == kFsData ? chip.fsData : 0;
-            return kSdkOk;
-        },
-        address, value);
-}
-
-uint32_t l2sw_led_groupConfig_set(uint8_t unit, uint32_t group, uint32_t mode)
-{
-    return onChip(
-        "l2sw_led_groupConfig_set", unit, [&](Chip &chip) { return chip.leds.setMode(group, mode); }, group,
-        mode);
-}
-
-uint32_t l2sw_led_blinkRate_set(uint8_t unit, uint32_t rate)
-{
-    return onChip(
-        "l2sw_led_blinkRate_set", unit,
-        [&](Chip &chip) {
-            chip.leds.setBlinkRate(rate);
-            return kSdkOk;
-        },
-        rate);
+    return pass({__func__, {unit}}, [&] { return sdk().init(unit); });
 }

@@ -11,33 +11,19 @@
 
 #include "platform/chip_sdk.h"
 #include "sim/board/board.h"
+#include "sim/chip/status.h"
 #include "sim/gate.h"
 
 namespace zrsim
 {
-
-// Statuses of the SDK besides those that the library knows by name.
-enum : uint32_t {
-    kSdkOk = 0,
-    kSdkFailed = 0xFFFFFFFF,
-    kSdkBadUnit = 0x10001,
-    kSdkBadPort = 0x10002,
-    kSdkBadArgument = 0x10003,
-    kSdkNull = 0x10004,
-    kSdkNotInitialised = 0x10005,
-    kSdkNoTransport = 0x10006,
-    kSdkBusy = 0x10007, // the chip does not answer as a running chip does
-    kSdkNotModelled = 0x10008,
-};
 
 class Sdk
 {
 public:
     uint32_t registerServices(const SdkServices &services);
     uint32_t init(uint32_t unit);
-    // The unit's chip was reset: it needs initialising again.
-    void forget(uint32_t unit) { initialised_[unit] = false; }
-    bool initialised(uint32_t unit) const { return initialised_[unit]; }
+    // Since the chip was last reset.
+    bool initialised(uint32_t unit) const { return initialisedAt_[unit] == board().chip(unit).resets(); }
     bool hasServices() const { return services_.regRead != nullptr; }
     void reset();
 
@@ -50,24 +36,32 @@ public:
 private:
     class Locked;
     SdkServices services_{};
-    std::array<bool, kUnits> initialised_{};
+    std::array<unsigned, kUnits> initialisedAt_{}; // the chip's count of resets then; 0: never
 };
 
 Sdk &sdk();
 
-// One SDK function over a chip's tables: passes the gate, makes sure that the unit can be accessed, and
-// runs `body` on its chip. `args` are the function's arguments after the unit, for the trace.
-template <class Body, class... Args>
-uint32_t onChip(const char *name, uint32_t unit, Body &&body, const Args &...args)
+// A body without a result succeeds.
+template <class Body> uint32_t statusOf(Body &&body)
 {
-    return pass(
-        name,
-        [&]() -> uint32_t {
-            if (uint32_t status = sdk().ready(unit); status != kSdkOk)
-                return status;
-            return body(board().chip(unit));
-        },
-        unit, args...);
+    if constexpr (std::is_void_v<decltype(body())>)
+        return body(), kSdkOk;
+    else
+        return body();
+}
+
+// One SDK function over a chip's tables, whose first argument is the unit: passes the gate, makes sure that the
+// unit can be accessed, refuses null pointers, and runs `body` on the unit's chip.
+template <class Body> uint32_t onChip(const Shim &shim, Body &&body)
+{
+    return pass(shim, [&]() -> uint32_t {
+        const uint32_t unit = shim.number(0);
+        if (uint32_t status = sdk().ready(unit); status != kSdkOk)
+            return status;
+        if (shim.anyNull())
+            return kSdkNull;
+        return statusOf([&] { return body(board().chip(unit)); });
+    });
 }
 
 } // namespace zrsim

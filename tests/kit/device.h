@@ -55,7 +55,7 @@ public:
     void fail(const std::string &name, uint32_t status, unsigned nth = 0);
     // Answers every later call of `name`; pointers among its arguments may be written through.
     void script(const std::string &name, std::function<uint64_t(const zrsim::Call &)> answer);
-    void failNone() { zrsim::gate().failNone(); }
+    void clearInjections() { zrsim::gate().clearInjections(); }
 
     // Failure lines since the last take, as "module/status text"; the fixture fails a test that leaves any.
     Texts takeFailures();
