@@ -12,7 +12,7 @@ namespace zrsim
 
 class Chip;
 
-// Thrown by a command for a line that it cannot use; the text is printed as the answer.
+// Thrown by a command for a line that it cannot use; the text is printed in place of the output.
 struct BoardError {
     std::string text;
 };
@@ -46,7 +46,7 @@ struct BoardCommand {
     std::string_view name() const { return usage.substr(0, usage.find(' ')); }
 };
 
-// Runs one line on a unit; the answer is what the interpreter prints. `ok` tells whether it was understood.
+// Runs one line on a unit; returns what the interpreter prints. `ok` tells whether it was understood.
 std::string runBoardLine(uint32_t unit, std::string_view line, bool &ok);
 
 } // namespace zrsim

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -357,6 +358,8 @@ TEST_F(MatchCommandTest, RefusesWhatIsNoFrame)
     EXPECT_THAT(command("match 32 " + path, false), HasSubstr("0 to 31"));
     EXPECT_THAT(command("match 3 0102", false), HasSubstr("at least 14 bytes"));
     EXPECT_THAT(command("match 3 /no/such/file", false), HasSubstr("cannot be read"));
+    for (const char *special : {"/", "/dev/zero"})
+        EXPECT_THAT(command(std::string("match 3 ") + special, false), HasSubstr("not a regular file"));
     EXPECT_THAT(command("match 3 abc", false), HasSubstr("cannot be read")) << "an odd number of digits";
 
     rewrite([](std::string &content) { content.pop_back(); });
@@ -365,6 +368,8 @@ TEST_F(MatchCommandTest, RefusesWhatIsNoFrame)
     EXPECT_THAT(command("match 3 " + path, false), HasSubstr("not a capture of Ethernet frames"));
     rewrite([](std::string &content) { content = "frames"; });
     EXPECT_THAT(command("match 3 " + path, false), HasSubstr("neither a pcap capture"));
+    std::filesystem::resize_file(path, (64U << 20U) + 1);
+    EXPECT_THAT(command("match 3 " + path, false), HasSubstr("larger than 67108864 bytes"));
     for (uint32_t id = 0; id < 32; ++id)
         EXPECT_EQ(counter(id), 0U) << "a refused file moved a counter";
 }

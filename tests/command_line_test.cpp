@@ -2,6 +2,7 @@
 #include "chip/chip.h"
 
 #include <cstdlib>
+#include <stdexcept>
 
 #include "tests/kit/device.h"
 
@@ -52,6 +53,23 @@ TEST_F(CommandLineTest, TheKeywordComparesAndAnythingElseGoesToTheBoard)
     dev.forget();
     EXPECT_EQ(dev.ops().common.cliCmdPrase(1, nullptr), 2U);
     EXPECT_EQ(dev.calls(), Texts{});
+}
+
+// The library has no unwind tables: an exception that reached it would end the process.
+TEST_F(CommandLineTest, AnExceptionOfThePlatformIsAFailedCallWithALine)
+{
+    const auto fails = [](const zrsim::Call &) -> uint64_t { throw std::runtime_error("broken"); };
+    dev.script("l2sw_setAsicReg", fails);
+    EXPECT_EQ(dev.ops().common.chipRegWrite(1, 5061, 1), zrsim::kCallFailed);
+    EXPECT_EQ(dev.takeFailures()[0], "0/4294967295 l2sw_setAsicReg: the stand-in failed: broken");
+    dev.script("LSWM_MemAlloc", fails);
+    EXPECT_EQ(dev.ops().common.chipCaptureDropReasonEnable(1, 3), nullptr);
+    EXPECT_EQ(dev.takeFailures().size(), 1U);
+    dev.script("LSWM_SemTake", fails);
+    dev.script("LSWM_SemGive", fails);
+    uint32_t value = 0;
+    EXPECT_EQ(dev.ops().common.chipRegRead(1, 0x1300, &value), 0U);
+    EXPECT_EQ(dev.takeFailures()[0], "0/4294967295 LSWM_SemTake: the stand-in failed: broken");
 }
 
 TEST_F(CommandLineTest, ComparesTheEnvironmentWithTheRegisters)

@@ -35,7 +35,7 @@ protected:
     uint32_t permitted(uint32_t port)
     {
         uint32_t map = 0;
-        dev.chip(1).isolation.read(port, &map);
+        dev.chip(1).isolation.read(port, map);
         return map;
     }
     std::vector<uint32_t> permitMaps()

@@ -1,7 +1,7 @@
 // The SMI bus. Given: each chip shows its indirect-access registers at one bus address (register 31 selects
 // page 14; 23 takes the chip register's address, 24 the data, 21 the command 1 = read, 3 = write, 25 holds
-// the data read), and units 1 and 2 answer at addresses 0 and 29. The model's own choice: nothing answers
-// at other addresses and a chip in reset does not answer either, so the pulled-up bus reads 0xFFFF and
+// the data read), and units 1 and 2 are at addresses 0 and 29. The model's own choice: no device responds
+// at other addresses, nor does a chip in reset, so the pulled-up bus reads 0xFFFF and
 // writes are lost; a register reads back what was written; commands on another page do nothing; a
 // register can be stuck at its value.
 #pragma once

@@ -212,14 +212,14 @@ std::optional<AclHit> AclTable::run(uint32_t chipPort, std::span<const uint8_t> 
         }
         if (action.carEnable != 0) {
             hit.meter = action.carId;
-            hit.conforms = !police_ || police_(action.carId, frame.size());
+            hit.conforms = !policer_ || policer_(action.carId, frame.size());
         }
         return hit;
     }
     return std::nullopt;
 }
 
-// The police stays: it belongs to the chip, not to what was configured.
+// The policer stays: it belongs to the chip, not to what was configured.
 void AclTable::reset()
 {
     entries_ = {};

@@ -53,7 +53,7 @@ struct AclHit {
     const FilterAct *action;
     std::optional<uint32_t> counter; // that moved
     uint32_t count = 0;              // what it holds now
-    std::optional<uint32_t> meter;   // that judged
+    std::optional<uint32_t> meter;   // that was asked
     bool conforms = true;            // within the meter's rate
 };
 
@@ -88,10 +88,10 @@ public:
     // Runs a frame that came in at a chip port through the table: the winning rule's counter moves and its
     // meter is asked.
     std::optional<AclHit> run(uint32_t chipPort, std::span<const uint8_t> frame);
-    // Whether `meter` lets a frame of so many bytes pass. Without one every frame conforms. Answers the police
-    // before.
-    using Police = std::function<bool(uint32_t meter, size_t bytes)>;
-    Police policeWith(Police police) { return std::exchange(police_, std::move(police)); }
+    // Whether `meter` lets a frame of so many bytes pass. Without one every frame conforms. Returns the
+    // previous policer.
+    using Policer = std::function<bool(uint32_t meter, size_t bytes)>;
+    Policer policeWith(Policer policer) { return std::exchange(policer_, std::move(policer)); }
 
     void attach(Chip &) {}
     void reset();
@@ -101,7 +101,7 @@ private:
     std::array<AclEntry, kEntries> entries_{};
     std::array<AclSelector, kSelectors> selectors_{};
     std::array<uint32_t, kCounters> counters_{};
-    Police police_;
+    Policer policer_;
 };
 
 } // namespace zrsim

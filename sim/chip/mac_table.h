@@ -1,6 +1,6 @@
 // The unicast address table. Given: 2112 entries, read by index; an address is keyed with its VLAN or
 // without; status 22 when the table is full or the address's bucket is taken; deleting what is not there
-// answers 0x6000A, and a delete tells whether the entry was static; flushes take learned addresses only;
+// returns 0x6000A, and a delete tells whether the entry was static; flushes take learned addresses only;
 // a learning limit and a learned count per port; bit 0 of register 0x355E. The model's own choice:
 //   - 528 buckets of four entries: the bucket is the address as a number, plus the VLAN when it is part of
 //     the key, modulo 528. So 2112 addresses in a row fill the table, and five addresses 528 apart do not
@@ -70,7 +70,7 @@ public:
 
     // A frame from `mac` came in at a port. Null when the table knows the address there now, else why not.
     const char *learn(const MacAddress &mac, uint32_t vlan, uint32_t port);
-    // Lets time pass; answers how many entries went.
+    // Advances time; returns the number of entries that aged out.
     uint32_t pass(uint64_t time);
 
     void attach(Chip &chip) { chip_ = &chip; }

@@ -71,7 +71,7 @@ public:
     // One frame, now. A meter that does not exist limits nothing.
     bool admit(uint32_t meter, uint32_t bytes);
     void wait(uint64_t ns) { now_ += ns; }
-    // Runs a stream against whatever judges its frames; time moves on by its length.
+    // Runs a stream against whatever admits its frames; time moves on by its length.
     Passed run(const Stream &stream, const std::function<bool()> &judge);
     // Measured on a copy with a line of 1 Gbit/s: the meter itself does not change.
     Throughput measure(uint32_t meter, uint32_t bytes) const;

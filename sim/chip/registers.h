@@ -1,5 +1,6 @@
 // A chip's register file: 16-bit addresses, 16-bit values. Given: registers read back what was written.
-// The model's own choice: all start at 0; a model may stand behind a register and answer or act itself.
+// The model's own choice: all start at 0; a model may stand behind a register and supply its value or act on a
+// write.
 #pragma once
 
 #include <cstdint>

@@ -15,7 +15,7 @@ enum : uint32_t {
     kSdkNull = 0x10004,
     kSdkNotInitialised = 0x10005,
     kSdkNoTransport = 0x10006,
-    kSdkBusy = 0x10007, // the chip does not answer as a running chip does
+    kSdkBusy = 0x10007, // the chip does not respond as a running chip does
     kSdkNotModelled = 0x10008,
 };
 

@@ -1,4 +1,7 @@
-// Frames as a person gives them to the board: hexadecimal text, or a file.
+// Here belongs what happens to Ethernet frames on their way through a virtual chip: reading them, matching
+// them, and later forwarding them, a file a stage; the tables that a stage consults stay in sim/chip/.
+//
+// This file: frames as a person gives them to the board, as hexadecimal text or as a file.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +17,7 @@ using Frame = std::vector<uint8_t>;
 Frame frameFromHex(const std::string &text);
 
 // The frames of a file: a capture (classic pcap, Ethernet), or one frame as hexadecimal text. Throws
-// BoardError when it cannot be read or is neither.
+// BoardError when it is no regular file, larger than 64 MiB, or neither.
 std::vector<Frame> framesFromFile(const std::string &path);
 
 } // namespace zrsim
