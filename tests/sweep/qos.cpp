@@ -41,105 +41,86 @@ void countedRule()
     ZR_OP(COM_ACL_SetRuleCounterMapEntry)(1, 20, 5, 1);
 }
 
-const bool added = addSweep({
-    {"ZR_QOS_Init", [](Outputs &) { return ZR_OP(ZR_QOS_Init)(1); }},
-    {"ZR_QOS_ChipInit", [](Outputs &) { return ZR_OP(ZR_QOS_ChipInit)(1); }},
-    {"ZR_QOS_MmuBuffInit", [](Outputs &) { return ZR_OP(ZR_QOS_MmuBuffInit)(1); }},
-    {"ZR_QOS_EgrInit", [](Outputs &) { return ZR_OP(ZR_QOS_EgrInit)(1); }},
-    {"ZR_QOS_PriSelInit", [](Outputs &) { return ZR_OP(ZR_QOS_PriSelInit)(1); }},
-    {"ZR_QOS_PortPriSelInit", [](Outputs &) { return ZR_OP(ZR_QOS_PortPriSelInit)(1); }},
-    {"ZR_QOS_QueueMapInit", [](Outputs &) { return ZR_OP(ZR_QOS_QueueMapInit)(1); }},
-    {"ZR_QOS_PriMapInit", [](Outputs &) { return ZR_OP(ZR_QOS_PriMapInit)(1); }},
-    {"ZR_QOS_DscpPriMapInit", [](Outputs &) { return ZR_OP(ZR_QOS_DscpPriMapInit)(1); }},
-    {"ZR_QOS_PqPriMapInit", [](Outputs &) { return ZR_OP(ZR_QOS_PqPriMapInit)(1); }},
-    {"ZR_QOS_QueScheduleInit", [](Outputs &) { return ZR_OP(ZR_QOS_QueScheduleInit)(1); }},
-    {"HAL_QOS_ChipInitZr", [](Outputs &) { return ZR_OP(HAL_QOS_ChipInitZr)(1); }},
-    {"HAL_QOS_SetSysBasedFCThreshZr", [](Outputs &) { return ZR_OP(HAL_QOS_SetSysBasedFCThreshZr)(1, 100); }},
-    {"HAL_QOS_SetPriSelZr", [](Outputs &) { return ZR_OP(HAL_QOS_SetPriSelZr)(1, 0, kEight); }},
-    {"HAL_QOS_SetPortPriSelZr", [](Outputs &) { return ZR_OP(HAL_QOS_SetPortPriSelZr)(1, 4, 0); }},
-    {"HAL_QOS_SetPriMapZr", [](Outputs &) { return ZR_OP(HAL_QOS_SetPriMapZr)(1, 8, kEight, 8); }},
-    {"HAL_QOS_SetDscpPriMapZr", [](Outputs &) { return ZR_OP(HAL_QOS_SetDscpPriMapZr)(1, 46, 5); }},
-    {"HAL_QOS_Set1pPriMapZr", [](Outputs &) { return ZR_OP(HAL_QOS_Set1pPriMapZr)(1, 3, 3); }},
-    {"HAL_QOS_SetPortcheduleWeightZr",
-     [](Outputs &) { return ZR_OP(HAL_QOS_SetPortcheduleWeightZr)(1, 4, kEight); }},
+const Number type = id("type", 0, ZR_HSEC_METER_TYPES);
+const Number meter = id("meter", 7, 64);
+const Number statType = id("type", 2, 8);
 
-    {"ZR_HSEC_Init", [](Outputs &) { return ZR_OP(ZR_HSEC_Init)(1); }},
-    {"ZR_HSEC_ConfigCar", [](Outputs &) { return ZR_OP(ZR_HSEC_ConfigCar)(1, 7, &kCar); }},
-    {.operation = "ZR_HSEC_GetCar",
-     .run = [](Outputs &out) { return ZR_OP(ZR_HSEC_GetCar)(1, 7, out.make<LswmCar>()); },
-     .writesOnFailure = true},
-    {"ZR_HSEC_DelCar", [](Outputs &) { return ZR_OP(ZR_HSEC_DelCar)(1, 7); }},
-    {"ZR_HSEC_GetStat", [](Outputs &out) { return ZR_OP(ZR_HSEC_GetStat)(1, 20, out.make<LswmCounter>()); },
-     countedRule},
-    {"HAL_HSEC_ConfigCarZr", [](Outputs &) { return ZR_OP(HAL_HSEC_ConfigCarZr)(1, 7, &kCar); }},
-    {"HAL_HSEC_GetSharedMeterZr",
-     [](Outputs &out) {
-         return ZR_OP(HAL_HSEC_GetSharedMeterZr)(1, 7, out.make<uint32_t>(), out.make<uint32_t>());
-     }},
-    {.operation = "HAL_HSEC_GetCarZr",
-     .run = [](Outputs &out) { return ZR_OP(HAL_HSEC_GetCarZr)(1, 7, out.make<LswmCar>()); },
-     .writesOnFailure = true},
-    {"HAL_HSEC_GetCntZr", [](Outputs &out) { return ZR_OP(HAL_HSEC_GetCntZr)(1, 5, out.make<LswmCounter>()); }},
-    {"HAL_HSEC_DelCarZr", [](Outputs &) { return ZR_OP(HAL_HSEC_DelCarZr)(1, 7); }},
+Number logic(uint32_t number)
+{
+    return id("logic", number, 64);
+}
+Number chip(uint32_t number)
+{
+    return id("chip", number, 64);
+}
 
-    {"ZR_STORMCTL_Init", [](Outputs &) { return ZR_OP(ZR_STORMCTL_Init)(1); }},
-    {"ZR_STORMCTL_Set", [](Outputs &) { return ZR_OP(ZR_STORMCTL_Set)(1, 4, &kStorm); }},
-    {"HAL_STORMCTL_SetZr", [](Outputs &) { return ZR_OP(HAL_STORMCTL_SetZr)(1, 4, &kStorm); }},
-    {"HAL_STORMCTL_AdaptBucketSizeZr", [](Outputs &) { return ZR_OP(HAL_STORMCTL_AdaptBucketSizeZr)(1, 7); }},
+const bool added = addSweeps(
+    "qos",
+    {
+        SWEEP(ZR_QOS_Init, unit),
+        SWEEP(ZR_QOS_ChipInit, unit),
+        SWEEP(ZR_QOS_MmuBuffInit, unit),
+        SWEEP(ZR_QOS_EgrInit, unit),
+        SWEEP(ZR_QOS_PriSelInit, unit),
+        SWEEP(ZR_QOS_PortPriSelInit, unit),
+        SWEEP(ZR_QOS_QueueMapInit, unit),
+        SWEEP(ZR_QOS_PriMapInit, unit),
+        SWEEP(ZR_QOS_DscpPriMapInit, unit),
+        SWEEP(ZR_QOS_PqPriMapInit, unit),
+        SWEEP(ZR_QOS_QueScheduleInit, unit),
+        SWEEP(HAL_QOS_ChipInitZr, unit),
+        SWEEP(HAL_QOS_SetSysBasedFCThreshZr, unit, 100),
+        SWEEP(HAL_QOS_SetPriSelZr, unit, id("index", 0, 4), in(kEight)),
+        SWEEP(HAL_QOS_SetPortPriSelZr, unit, port(4), id("index", 0, 4)),
+        SWEEP(HAL_QOS_SetPriMapZr, unit, id("selector", 8, 9), in(kEight), of("count", 8, {9, 0xFFFFFFFF})),
+        SWEEP(HAL_QOS_SetDscpPriMapZr, unit, id("dscp", 46, 64), id("priority", 5, 8)),
+        SWEEP(HAL_QOS_Set1pPriMapZr, unit, id("p8021", 3, 8), id("priority", 3, 8)),
+        SWEEP(HAL_QOS_SetPortcheduleWeightZr, unit, port(4), in(kEight)),
+        SWEEP(ZR_HSEC_Init, unit),
+        SWEEP(ZR_HSEC_ConfigCar, unit, meter, in(kCar)),
+        SWEEP(HAL_HSEC_ConfigCarZr, unit, meter, in(kCar)),
+        SWEEP(ZR_HSEC_GetCar, unit, meter, out),
+        SWEEP(HAL_HSEC_GetCarZr, unit, meter, out),
+        SWEEP(HAL_HSEC_GetSharedMeterZr, unit, meter, out, out),
+        SWEEP(ZR_HSEC_DelCar, unit, meter),
+        SWEEP(HAL_HSEC_DelCarZr, unit, meter),
+        SWEEP(ZR_HSEC_GetStat, unit, id("entry", 20, 96), out).after(countedRule),
+        SWEEP(HAL_HSEC_GetCntZr, unit, id("counter", 5, 32), out),
+        SWEEP(ZR_STORMCTL_Init, unit),
+        SWEEP(ZR_STORMCTL_Set, unit, port(4), in(kStorm)),
+        SWEEP(HAL_STORMCTL_SetZr, unit, port(4), in(kStorm)),
+        SWEEP(HAL_STORMCTL_AdaptBucketSizeZr, unit, meter),
+        SWEEP(ZR_MC_Init, unit),
+        SWEEP(HAL_RMA_InitZr, unit),
+        SWEEP(HAL_RMA_RmaTypeToZrType, id("type", 7, ZR_RMA_TYPES + 1), out),
+        SWEEP(HAL_RMA_ActionSet, unit, id("type", 14, ZR_RMA_TYPES + 1), of("action", 1, {4, 0xFFFFFFFF})),
+        SWEEP(HAL_RMA_LldpEnableSet, unit, 1),
+    });
 
-    {"ZR_MC_Init", [](Outputs &) { return ZR_OP(ZR_MC_Init)(1); }},
-    {"HAL_RMA_InitZr", [](Outputs &) { return ZR_OP(HAL_RMA_InitZr)(1); }},
-    {"HAL_RMA_RmaTypeToZrType",
-     [](Outputs &out) {
-         ZR_OP(HAL_RMA_RmaTypeToZrType)(7, out.make<uint32_t>());
-         return 0U;
-     }},
-    {"HAL_RMA_ActionSet", [](Outputs &) { return ZR_OP(HAL_RMA_ActionSet)(1, 14, 1); }},
-    {"HAL_RMA_LldpEnableSet", [](Outputs &) { return ZR_OP(HAL_RMA_LldpEnableSet)(1, 1); }},
-
-    {"COM_HSEC_GetMeterInfo",
-     [](Outputs &) { return ZR_OP(COM_HSEC_GetMeterInfo)(1, 0) == nullptr ? 1U : 0U; }},
-    {"COM_HSEC_MeterInfoInit", [](Outputs &) { return ZR_OP(COM_HSEC_MeterInfoInit)(1, 2, 0, 8, 0); }},
-    {"COM_HSEC_IsLogicMeterInUse", [](Outputs &) { return ZR_OP(COM_HSEC_IsLogicMeterInUse)(1, 0, 5); },
-     meters},
-    {"COM_HSEC_AllocLogicMeterId",
-     [](Outputs &out) { return ZR_OP(COM_HSEC_AllocLogicMeterId)(1, 0, out.make<uint32_t>()); }, meters},
-    {"COM_HSEC_AllocChipMeter",
-     [](Outputs &out) { return ZR_OP(COM_HSEC_AllocChipMeter)(1, 0, out.make<uint32_t>()); }, meters},
-    {"COM_HSEC_AllocMeterId",
-     [](Outputs &out) {
-         return ZR_OP(COM_HSEC_AllocMeterId)(1, 0, out.make<uint32_t>(), out.make<uint32_t>());
-     },
-     meters},
-    {"COM_HSEC_SetMeterEntry", [](Outputs &) { return ZR_OP(COM_HSEC_SetMeterEntry)(1, 0, 3, 9); }, meters},
-    {"COM_HSEC_LogicMeterToChipMeter",
-     [](Outputs &out) { return ZR_OP(COM_HSEC_LogicMeterToChipMeter)(1, 0, 3, out.make<uint32_t>()); },
-     recordedMeter},
-    {"COM_HSEC_ChipMeterToLogicMeter",
-     [](Outputs &out) { return ZR_OP(COM_HSEC_ChipMeterToLogicMeter)(1, 0, 9, out.make<uint32_t>()); },
-     recordedMeter},
-    {"COM_HSEC_ReleseHsecRecord", [](Outputs &) { return ZR_OP(COM_HSEC_ReleseHsecRecord)(1, 0, 3); },
-     recordedMeter},
-    {"COM_HSEC_EntryIdToLogicMeter",
-     [](Outputs &out) { return ZR_OP(COM_HSEC_EntryIdToLogicMeter)(1, 0, 63, out.make<uint32_t>()); }, meters},
-
-    {"COM_QOS_GetStatInfo", [](Outputs &) { return ZR_OP(COM_QOS_GetStatInfo)(1) == nullptr ? 1U : 0U; }},
-    {"COM_QOS_GetStatPartInfo",
-     [](Outputs &) { return ZR_OP(COM_QOS_GetStatPartInfo)(1, 7) == nullptr ? 1U : 0U; }},
-    {"COM_QOS_StatInfoInit", [](Outputs &) { return ZR_OP(COM_QOS_StatInfoInit)(1, 2, 4); }},
-    {"COM_QOS_StatMapInfoInit", [](Outputs &) { return ZR_OP(COM_QOS_StatMapInfoInit)(1, 2, 4); }},
-    {"COM_QOS_IsLogicStatIdInUse",
-     [](Outputs &) { return ZR_OP(COM_QOS_IsLogicStatIdInUse)(1, 2, 17) == 1 ? 0U : 1U; }, recordedStat},
-    {"COM_QOS_SetStatEntry", [](Outputs &) { return ZR_OP(COM_QOS_SetStatEntry)(1, 2, 18, 6); }, recordedStat},
-    {"COM_QOS_StatLogicIdToChipId",
-     [](Outputs &out) { return ZR_OP(COM_QOS_StatLogicIdToChipId)(1, 2, 17, out.make<uint32_t>()); },
-     recordedStat},
-    {"COM_QOS_StatChipIdToLogicId",
-     [](Outputs &out) { return ZR_OP(COM_QOS_StatChipIdToLogicId)(1, 2, 5, out.make<uint32_t>()); },
-     recordedStat},
-    {"COM_QOS_ReleseStatRecord", [](Outputs &) { return ZR_OP(COM_QOS_ReleseStatRecord)(1, 2, 17); },
-     recordedStat},
-});
+const bool recordsAdded = addSweeps(
+    "qos_records", {
+                       SWEEP(COM_HSEC_GetMeterInfo, unit, type),
+                       SWEEP(COM_HSEC_MeterInfoInit, unit, id("type", 2, ZR_HSEC_METER_TYPES), 0,
+                             of("count", 8, {513, 0xFFFFFFFF}), 0),
+                       SWEEP(COM_HSEC_IsLogicMeterInUse, unit, type, logic(3)).after(recordedMeter),
+                       SWEEP(COM_HSEC_AllocLogicMeterId, unit, type, out).after(meters),
+                       SWEEP(COM_HSEC_AllocChipMeter, unit, type, out).after(meters),
+                       SWEEP(COM_HSEC_AllocMeterId, unit, type, out, out).after(meters),
+                       SWEEP(COM_HSEC_SetMeterEntry, unit, type, logic(3), chip(9)).after(meters),
+                       SWEEP(COM_HSEC_LogicMeterToChipMeter, unit, type, logic(3), out).after(recordedMeter),
+                       SWEEP(COM_HSEC_ChipMeterToLogicMeter, unit, type, chip(9), out).after(recordedMeter),
+                       SWEEP(COM_HSEC_ReleseHsecRecord, unit, type, logic(3)).after(recordedMeter),
+                       SWEEP(COM_HSEC_EntryIdToLogicMeter, unit, type, id("entry", 63, 64), out).after(meters),
+                       SWEEP(COM_QOS_GetStatInfo, unit),
+                       SWEEP(COM_QOS_GetStatPartInfo, unit, statType),
+                       SWEEP(COM_QOS_StatInfoInit, unit, statType, of("count", 4, {513, 0xFFFFFFFF})),
+                       SWEEP(COM_QOS_StatMapInfoInit, unit, statType, of("count", 4, {513, 0xFFFFFFFF})),
+                       SWEEP(COM_QOS_IsLogicStatIdInUse, unit, statType, logic(17)).after(recordedStat),
+                       SWEEP(COM_QOS_SetStatEntry, unit, statType, logic(18), chip(6)).after(recordedStat),
+                       SWEEP(COM_QOS_StatLogicIdToChipId, unit, statType, logic(17), out).after(recordedStat),
+                       SWEEP(COM_QOS_StatChipIdToLogicId, unit, statType, chip(5), out).after(recordedStat),
+                       SWEEP(COM_QOS_ReleseStatRecord, unit, statType, logic(17)).after(recordedStat),
+                   });
 
 } // namespace
 } // namespace zrtest

@@ -1,49 +1,235 @@
 #include "tests/sweep/sweep.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <map>
+#include <regex>
 #include <set>
+
+#include "tests/sweep/transcript.h"
 
 namespace zrtest
 {
 namespace
 {
 
-std::vector<SweepCase> &all()
+constexpr uint8_t kPattern = 0xEE;
+constexpr uint32_t kStatuses[] = {1, 77, 0xFFFFFFFF};
+const std::string kTranscripts = ZRLSW_SOURCE_DIR "/tests/sweep/transcript/";
+
+std::vector<Sweep> &all()
 {
-    static std::vector<SweepCase> cases;
-    return cases;
+    static std::vector<Sweep> rows;
+    return rows;
 }
 
-// Calls that cannot fail, or whose failure says nothing about the operation.
-bool neverJudged(const std::string &name)
+// Calls without a result: there is nothing to fail.
+bool cannotFail(const std::string &name)
+{
+    static const std::set<std::string> kNames = {"LSWM_MemFree", "LSWM_SemMCreate", "LSWM_SemTake",
+                                                 "LSWM_SemGive", "PAL_TaskDelay"};
+    return kNames.contains(name);
+}
+
+// Services that tell nothing about what the operation did.
+bool isService(const std::string &name)
 {
     static const std::set<std::string> kNames = {"LSWM_ConfigFailPrint",
                                                  "LSWM_DebugInfoPrint",
                                                  "LSWM_PrintSwitchOn",
                                                  "LSWM_CmdCliPrint",
                                                  "LSWM_MemFree",
+                                                 "LSWM_SemTake",
+                                                 "LSWM_SemGive",
                                                  "memset_s",
                                                  "memcpy_s",
                                                  "strncpy_s",
-                                                 "sprintf_s",
-                                                 "PAL_TaskDelay",
-                                                 "l2sw_fun_regist",
-                                                 "l2sw_switch_isExtPort",
-                                                 "l2sw_switch_port_L2P_get"};
+                                                 "sprintf_s"};
     return kNames.contains(name);
 }
 
-constexpr uint32_t kStatuses[] = {1, 22, 0xFFFFFFFF};
-
-bool contains(const std::vector<std::string> &names, const std::string &name)
+// The call as the gate tells it; of records with addresses in them, only that they are records.
+std::string shown(const zrsim::Call &call)
 {
-    return std::find(names.begin(), names.end(), name) != names.end();
+    static const std::regex kRecord("[0-9]+:\\{[0-9a-f]*\\}");
+    const std::string name = call.name;
+    const bool addresses = name.find("igrAcl") != std::string::npos || name.find("IgrAcl") != std::string::npos ||
+                           name == "l2sw_fun_regist";
+    return addresses ? std::regex_replace(call.text, kRecord, "record") : call.text;
 }
+
+// What came of one run.
+struct Outcome {
+    std::string answer;
+    Texts printed; // failure lines, traces and command line
+    Texts written; // outputs
+    std::vector<zrsim::Call> all;
+    Texts calls;         // of chip and board
+    bool failed = false; // a call
+    size_t from = 0;     // of `calls`, the first behind the failed one
+    unsigned kept = 0;
+};
+
+struct Failure {
+    size_t index;
+    bool andAfter;
+    uint32_t status;
+};
+
+// Runs the operation on the device as it is.
+Outcome play(const Sweep &row, Run run, const Failure *failure = nullptr)
+{
+    Device &dev = device();
+    dev.takeFailures();
+    dev.takeTraces();
+    dev.takeCli();
+    dev.forget();
+    dev.record(true);
+    zrsim::console().traceLevel(0xFF);
+    const unsigned before = zrsim::memory().liveBlocks();
+    if (failure != nullptr)
+        zrsim::gate().intercept([&, made = size_t{0}](const zrsim::Call &call, uint64_t &result) mutable {
+            if (call.depth != 0)
+                return false;
+            const size_t mine = made++;
+            const bool after =
+                failure->andAfter && mine > failure->index && !cannotFail(call.name) && !isService(call.name);
+            if (mine != failure->index && !after)
+                return false;
+            result = failure->status;
+            return true;
+        });
+    Outcome outcome;
+    outcome.answer = row.run(run);
+    run.finish();
+    zrsim::gate().intercept({});
+    zrsim::console().traceLevel(0);
+
+    outcome.failed = failure != nullptr;
+    outcome.all = dev.recorded();
+    dev.record(false);
+    for (size_t i = 0; i < outcome.all.size(); ++i) {
+        if (failure != nullptr && i == failure->index + 1)
+            outcome.from = outcome.calls.size();
+        if (!isService(outcome.all[i].name))
+            outcome.calls.push_back(shown(outcome.all[i]));
+    }
+    if (failure != nullptr && failure->index + 1 >= outcome.all.size())
+        outcome.from = outcome.calls.size();
+    for (const std::string &line : shortened(dev.takeFailures()))
+        outcome.printed.push_back("fail " + line);
+    for (const std::string &line : shortened(dev.takeTraces()))
+        outcome.printed.push_back("trace " + line);
+    if (const std::string cli = dev.takeCli(); !cli.empty())
+        outcome.printed.push_back(fmt::format("cli {:?}", cli));
+    Texts labels;
+    for (const SweepArgument &argument : row.arguments)
+        labels.push_back(argument.label);
+    outcome.written = run.written(labels);
+    outcome.kept = zrsim::memory().liveBlocks() - before;
+
+    EXPECT_EQ(zrsim::memory().badFrees(), 0U);
+    EXPECT_EQ(zrsim::manager().mutexDepth, 0);
+    EXPECT_FALSE(zrsim::manager().mutexMisuse);
+    return outcome;
+}
+
+Texts linesOf(const std::string &text)
+{
+    Texts lines;
+    for (size_t at = 0; at < text.size();) {
+        const size_t end = std::min(text.find('\n', at), text.size());
+        lines.push_back(text.substr(at, end - at));
+        at = end + 1;
+    }
+    return lines;
+}
+
+Texts names(const Texts &calls)
+{
+    Texts found;
+    for (const std::string &call : calls)
+        found.push_back(call.substr(0, call.find('(')));
+    return found;
+}
+
+// The calls behind the failed one beside those of the good run: which are left out, and which go otherwise.
+std::string aftermath(const Texts &expected, const Texts &calls)
+{
+    if (calls.empty())
+        return "";
+    if (calls == expected)
+        return ", goes on";
+    const Texts expectedNames = names(expected);
+    const Texts calledNames = names(calls);
+    Texts skipped;
+    Texts otherwise;
+    size_t next = 0;
+    for (size_t i = 0; i < calls.size(); ++i) {
+        const auto found =
+            std::find(expectedNames.begin() + static_cast<long>(next), expectedNames.end(), calledNames[i]);
+        const size_t at = static_cast<size_t>(found - expectedNames.begin());
+        if (found == expectedNames.end()) {
+            otherwise.push_back(calls[i]);
+            continue;
+        }
+        skipped.insert(skipped.end(), expectedNames.begin() + static_cast<long>(next), found);
+        if (expected[at] != calls[i])
+            otherwise.push_back(calls[i]);
+        next = at + 1;
+    }
+    skipped.insert(skipped.end(), expectedNames.begin() + static_cast<long>(next), expectedNames.end());
+    const std::string without = ", goes on" + (skipped.empty() ? "" : " without " + repeated(skipped));
+    const std::string only = ", then " + repeated(calledNames);
+    return (without.size() < only.size() ? without : only) +
+           (otherwise.empty() ? "" : " with " + repeated(otherwise));
+}
+
+// The answer, and the outputs unless they are those of the good run.
+std::string answered(const Outcome &outcome, const Outcome *good)
+{
+    std::string text = "-> " + (outcome.answer.empty() ? "done" : outcome.answer);
+    if (good == nullptr || outcome.answer != good->answer || outcome.written != good->written)
+        for (const std::string &written : outcome.written)
+            text += ", " + written;
+    return text;
+}
+
+std::string text(const Outcome &outcome, const Outcome *good)
+{
+    std::string text = answered(outcome, good);
+    const auto from = static_cast<long>(outcome.from);
+    if (good == nullptr)
+        text += outcome.calls.empty() ? "" : ", calls " + repeated(names(outcome.calls));
+    else if (outcome.failed)
+        text += aftermath({good->calls.begin() + from, good->calls.end()},
+                          {outcome.calls.begin() + from, outcome.calls.end()});
+    else if (!outcome.calls.empty()) {
+        const std::string calls = repeated(outcome.calls);
+        text += ", calls " + (calls.size() < 300 ? calls : repeated(names(outcome.calls)));
+    }
+    // Lines that the good run prints as well go without saying.
+    for (const std::string &line : outcome.printed)
+        if (good == nullptr ||
+            std::find(good->printed.begin(), good->printed.end(), line) == good->printed.end())
+            text += "\n        " + line;
+    return text;
+}
+
+// A running device where the operation can be run.
+struct Prepared : Device {
+    explicit Prepared(const Sweep &row, bool prepare = true)
+    {
+        bringUp();
+        record(false);
+        if (prepare && row.prepare)
+            row.prepare();
+    }
+};
 
 struct Place {
     std::string name;
@@ -52,9 +238,8 @@ struct Place {
 };
 
 // Of a name that is called often, the first three calls and the last stand for all.
-std::vector<Place> placesToFail(const std::vector<zrsim::Call> &calls)
+std::vector<Place> placesToFail(const std::vector<zrsim::Call> &calls, std::map<std::string, unsigned> &totals)
 {
-    std::map<std::string, unsigned> totals;
     for (const zrsim::Call &call : calls)
         ++totals[call.name];
     std::map<std::string, unsigned> seen;
@@ -62,119 +247,251 @@ std::vector<Place> placesToFail(const std::vector<zrsim::Call> &calls)
     for (size_t i = 0; i < calls.size(); ++i) {
         const std::string name = calls[i].name;
         const unsigned nth = ++seen[name];
-        if (name != "LSWM_MemFree" && (nth <= 3 || nth == totals[name]))
+        if (!cannotFail(name) && (nth <= 3 || nth == totals[name]))
             places.push_back({name, nth, i});
     }
     return places;
 }
 
-// Fails the index-th call that the library makes from now on, and all after it when asked to.
-void failAt(size_t index, bool andAfter, uint32_t status)
+Outcome failed(const Sweep &row, const Outcome &good, const Place &place, bool andAfter, uint32_t status)
 {
-    zrsim::gate().intercept(
-        [index, andAfter, status, made = size_t{0}](const zrsim::Call &call, uint64_t &result) mutable {
-            if (call.depth != 0)
-                return false;
-            const size_t mine = made++;
-            if (std::string(call.name) == "LSWM_MemFree" || !(mine == index || (andAfter && mine > index)))
-                return false;
-            result = status;
-            return true;
-        });
+    SCOPED_TRACE(fmt::format("{}@{}{} = {}", place.name, place.nth, andAfter ? " and all after" : "", status));
+    Prepared device(row);
+    const Failure failure{place.index, andAfter, status};
+    Outcome outcome = play(row, Run(), &failure);
+    const bool worked = outcome.answer == good.answer;
+    EXPECT_LE(outcome.kept, worked ? good.kept : row.keeps) << "memory leaked";
+    if (!worked && row.again) {
+        EXPECT_EQ(play(row, Run()).answer, good.answer) << "does not work afterwards";
+    }
+    return outcome;
 }
 
-void sweepOne(const SweepCase &sweep, const Place &place, bool andAfter, uint32_t status)
+// What comes of the failure of one call: a text for all statuses where it differs in nothing else.
+std::string rowsOf(const Sweep &row, const Outcome &good, const Place &place)
 {
-    Device device;
-    device.bringUp();
-    device.record(false);
-    sweep.prepare();
-    device.takeFailures();
-    const unsigned before = zrsim::memory().liveBlocks();
-
-    failAt(place.index, andAfter, status);
-    Outputs outputs;
-    const uint32_t answer = sweep.run(outputs);
-    zrsim::gate().intercept({});
-
-    const bool tolerated = contains(sweep.tolerated, place.name);
-    if (neverJudged(place.name) || (contains(sweep.repeated, place.name) && !andAfter)) {
-        // Whether it matters is the operation's own affair; what follows must hold all the same.
-    } else if (!sweep.reportsNothing && !tolerated) {
-        EXPECT_NE(answer, 0U) << "the failure was not reported";
-    } else if (sweep.reportsNothing || !andAfter) {
-        EXPECT_EQ(answer, 0U) << "a failure that does not concern it was reported";
+    std::vector<Variant> once;
+    std::vector<Variant> andAfter;
+    for (uint32_t status : kStatuses) {
+        const Outcome alone = failed(row, good, place, false, status);
+        const Outcome all = failed(row, good, place, true, status);
+        once.push_back({status, text(alone, &good)});
+        if (all.answer != alone.answer || all.written != alone.written)
+            andAfter.push_back({status, "and all after " + answered(all, &good)});
     }
-    if (answer != 0) {
-        EXPECT_TRUE(sweep.writesOnFailure || outputs.untouched()) << "an output was written";
-        EXPECT_LE(zrsim::memory().liveBlocks(), before + sweep.keeps) << "memory leaked";
-    }
-    EXPECT_EQ(zrsim::memory().badFrees(), 0U);
-    EXPECT_EQ(zrsim::manager().mutexDepth, 0);
+    std::string rows;
+    for (const auto &variants : {once, andAfter})
+        for (const Merged &merged : merge("status", variants))
+            rows += fmt::format("{} {}\n",
+                                merged.values.size() == std::size(kStatuses)
+                                    ? ""
+                                    : fmt::format(" = {}", fmt::join(merged.values, ", ")),
+                                merged.text);
+    return rows;
+}
 
-    if (sweep.notAgain || answer == 0)
-        return;
-    Outputs fresh;
-    EXPECT_EQ(sweep.run(fresh), sweep.again) << "the operation does not work afterwards";
+// The failures of each kind of call, those that differ in numbers only as one.
+void addFailures(Lines &body, const Sweep &row, const Outcome &good)
+{
+    std::map<std::string, unsigned> totals;
+    const std::vector<Place> places = placesToFail(good.all, totals);
+    const std::string unharmed = " -> " + (good.answer.empty() ? "done" : good.answer);
+    std::vector<std::pair<std::string, std::vector<Variant>>> called;
+    for (const Place &place : places) {
+        if (isService(place.name)) {
+            // Its failure is nobody's business, but harms nothing.
+            failed(row, good, place, false, kStatuses[1]);
+            continue;
+        }
+        auto found =
+            std::find_if(called.begin(), called.end(), [&](const auto &c) { return c.first == place.name; });
+        if (found == called.end())
+            found = called.insert(called.end(), {place.name, {}});
+        found->second.push_back({place.nth, rowsOf(row, good, place)});
+    }
+    Texts harmless;
+    const auto isHarmless = [&](const Merged &kind) {
+        return kind.text == unharmed + "\n" || kind.text == unharmed + ", goes on\n";
+    };
+    for (const auto &[name, variants] : called) {
+        const std::vector<Merged> kinds = merge("", variants);
+        if (std::all_of(kinds.begin(), kinds.end(), isHarmless)) {
+            harmless.push_back(name);
+            continue;
+        }
+        for (const Merged &kind : kinds) {
+            const std::string which =
+                kinds.size() == 1 ? name : fmt::format("{}@{}", name, fmt::join(kind.values, ","));
+            if (isHarmless(kind))
+                harmless.push_back(which);
+            else
+                for (const std::string &line : linesOf(kind.text))
+                    body.push_back(line.rfind("        ", 0) == 0 ? line : "    " + which + line);
+        }
+    }
+    if (!harmless.empty())
+        body.push_back(fmt::format("    harmless: {}", fmt::join(harmless, ", ")));
+}
+
+void addRefusals(Lines &body, const Sweep &row, const Outcome &good)
+{
+    const auto add = [&](const std::string &text) {
+        for (const std::string &line : linesOf("    " + text))
+            body.push_back(line);
+    };
+    if (row.prepare) {
+        Prepared device(row, false);
+        add("unprepared " + text(play(row, Run()), &good));
+    }
+    for (size_t i = 0; i < row.arguments.size(); ++i) {
+        const SweepArgument &argument = row.arguments[i];
+        std::vector<Variant> variants;
+        for (uint64_t value : argument.hostile) {
+            SCOPED_TRACE(fmt::format("{} = {}", argument.label, value));
+            Prepared device(row);
+            variants.push_back({value, text(play(row, Run(i, value)), &good)});
+        }
+        for (const Merged &merged : merge(argument.label, variants)) {
+            const std::string which =
+                argument.pointer ? "null " + argument.label
+                : merged.values.size() == variants.size()
+                    ? "bad " + argument.label
+                    : fmt::format("{} {}", argument.label, fmt::join(merged.values, ", "));
+            add(which + " " + merged.text);
+        }
+    }
+}
+
+Lines bodyOf(const Sweep &row)
+{
+    Outcome good;
+    {
+        Prepared device(row);
+        good = play(row, Run());
+    }
+    Lines body = linesOf("    " + text(good, nullptr));
+    addFailures(body, row, good);
+    addRefusals(body, row, good);
+    return wrapped(body);
+}
+
+const Transcript &transcript(const std::string &file)
+{
+    static std::map<std::string, Transcript> files;
+    auto [found, fresh] = files.try_emplace(file);
+    if (fresh)
+        found->second.read(kTranscripts + file + ".txt");
+    return found->second;
 }
 
 } // namespace
 
-bool addSweep(std::vector<SweepCase> cases)
+void Run::finish()
 {
-    for (SweepCase &sweep : cases)
-        all().push_back(std::move(sweep));
+    for (const auto &work : finally_)
+        work();
+}
+
+Texts Run::written(const std::vector<std::string> &labels) const
+{
+    Texts texts;
+    for (const Block &block : blocks_) {
+        if (block.bytes == block.before)
+            continue;
+        uint32_t value = 0;
+        if (block.bytes.size() <= sizeof value) {
+            std::memcpy(&value, block.bytes.data(), block.bytes.size());
+            texts.push_back(fmt::format("{} = {}", labels[block.argument], zrsim::show(value)));
+        } else
+            texts.push_back(fmt::format("{} written", labels[block.argument]));
+    }
+    return texts;
+}
+
+uint8_t *Run::add(size_t size, const void *bytes)
+{
+    std::vector<uint8_t> memory(size, kPattern);
+    if (bytes != nullptr)
+        std::memcpy(memory.data(), bytes, size);
+    return blocks_.emplace_back(Block{next_ - 1, memory, memory}).bytes.data();
+}
+
+std::string answerText(uint32_t status)
+{
+    return std::to_string(status);
+}
+
+std::string answerText(char *text)
+{
+    if (text == nullptr)
+        return "null";
+    std::string copy = fmt::format("{:?}", std::string_view(text));
+    zrsim::memory().free(text);
+    return copy;
+}
+
+std::string answerText(const void *record)
+{
+    return record != nullptr ? "record" : "null";
+}
+
+SweepArgument described(const Number &number, uint64_t limit)
+{
+    std::vector<uint64_t> hostile = number.hostile;
+    std::erase_if(hostile, [limit](uint64_t value) { return value > limit; });
+    return {number.label, number.label + " " + number.shown, hostile};
+}
+
+void nameApart(std::vector<SweepArgument> &arguments)
+{
+    std::map<std::string, unsigned> totals;
+    for (const SweepArgument &argument : arguments)
+        ++totals[argument.label];
+    std::map<std::string, unsigned> seen;
+    for (SweepArgument &argument : arguments)
+        if (argument.pointer && totals[argument.label] > 1)
+            argument.shown = argument.label += std::to_string(++seen[argument.label]);
+}
+
+std::string Sweep::heading() const
+{
+    Texts shown;
+    for (const SweepArgument &argument : arguments)
+        shown.push_back(argument.shown);
+    return fmt::format("{}({})", operation, fmt::join(shown, ", "));
+}
+
+bool addSweeps(const char *file, std::vector<Sweep> rows)
+{
+    for (Sweep &row : rows) {
+        row.file = file;
+        all().push_back(std::move(row));
+    }
     return true;
 }
 
-const std::vector<SweepCase> &sweepCases()
+void PrintTo(const Sweep &row, std::ostream *stream)
 {
-    return all();
+    *stream << row.heading();
 }
 
-void PrintTo(const SweepCase &sweep, std::ostream *out)
-{
-    *out << sweep.operation;
-}
-
-class FailureSweep : public ::testing::TestWithParam<SweepCase>
+class FailureSweep : public ::testing::TestWithParam<Sweep>
 {
 };
 
-TEST_P(FailureSweep, EveryFailureIsSurvived)
+TEST_P(FailureSweep, GoesAsTheTranscriptSays)
 {
-    const SweepCase &sweep = GetParam();
-    std::vector<Place> places;
-    {
-        Device device;
-        device.bringUp();
-        sweep.prepare();
-        device.takeFailures();
-        device.forget();
-        Outputs outputs;
-        EXPECT_EQ(sweep.run(outputs), 0U) << sweep.operation << " does not work on its prepared device";
-        places = placesToFail(device.recorded());
-    }
-    const char *only = std::getenv("ZR_SWEEP");
-    unsigned runs = 0;
-    for (const Place &place : places) {
-        for (bool andAfter : {false, true}) {
-            for (uint32_t status : kStatuses) {
-                const std::string id = fmt::format("{}:{}@{}{}={}", sweep.operation, place.name, place.nth,
-                                                   andAfter ? "+" : "", static_cast<int32_t>(status));
-                if (only != nullptr && id != only)
-                    continue;
-                SCOPED_TRACE("repeat with ZR_SWEEP='" + id + "'");
-                sweepOne(sweep, place, andAfter, status);
-                ++runs;
-            }
-        }
-    }
-    RecordProperty("runs", static_cast<int>(runs));
+    const Sweep &row = GetParam();
+    const Lines expected = transcript(row.file).body(row.heading());
+    const Lines actual = bodyOf(row);
+    if (actual != expected)
+        FAIL() << "transcript/" << row.file << ".txt has (-) what is no longer so (+):\n"
+               << row.heading() << "\n"
+               << difference(expected, actual);
 }
 
-INSTANTIATE_TEST_SUITE_P(Operation, FailureSweep, ::testing::ValuesIn(sweepCases()),
-                         [](const ::testing::TestParamInfo<SweepCase> &swept) {
+INSTANTIATE_TEST_SUITE_P(Operation, FailureSweep, ::testing::ValuesIn(all()),
+                         [](const ::testing::TestParamInfo<Sweep> &swept) {
                              return fmt::format("{}_{}", swept.param.operation, swept.index);
                          });
 
@@ -185,8 +502,8 @@ TEST(FailureSweepList, MissesNoExportedOperation)
                                         "g_stgInstace",    "g_vesperUnitMap",  "phyAddr",
                                         "g_rmaAddrTypeMap"};
     std::set<std::string> swept;
-    for (const SweepCase &sweep : sweepCases())
-        swept.insert(sweep.operation);
+    for (const Sweep &row : all())
+        swept.insert(row.operation);
 
     std::ifstream exports(ZRLSW_SOURCE_DIR "/cmake/exports.txt");
     ASSERT_TRUE(exports);
@@ -199,4 +516,38 @@ TEST(FailureSweepList, MissesNoExportedOperation)
     EXPECT_EQ(missed, Texts{});
 }
 
+// A row that went must take its text along.
+TEST(FailureSweepList, TheTranscriptHasNoOtherOperation)
+{
+    std::map<std::string, Texts> headings;
+    for (const Sweep &row : all())
+        headings[row.file].push_back(row.heading());
+    for (auto &[file, rows] : headings) {
+        Texts written = transcript(file).headings();
+        std::sort(written.begin(), written.end());
+        std::sort(rows.begin(), rows.end());
+        EXPECT_EQ(written, rows) << file;
+    }
+}
+
+// Writes every transcript anew, for a reviewer to read the difference.
+void writeTranscripts()
+{
+    std::map<std::string, Transcript> files;
+    for (const Sweep &row : all())
+        files[row.file].add(row.heading(), bodyOf(row));
+    for (const auto &[file, text] : files)
+        text.write(kTranscripts + file + ".txt");
+}
+
 } // namespace zrtest
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    if (argc == 2 && std::string(argv[1]) == "--write-transcript") {
+        zrtest::writeTranscripts();
+        return testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed() ? 1 : 0;
+    }
+    return RUN_ALL_TESTS();
+}

@@ -1,15 +1,22 @@
-// The failure sweep: an operation is run once to count its platform calls, then again on a fresh device for
-// every call with that call failing, once and together with all calls after it, with several statuses. Each
-// time: the status must report the failure, outputs must stay untouched, nothing may leak, nothing that was
-// not live may be freed, and the operation must then work.
+// The failure sweep: every exported operation is played with every platform call that it makes failing in
+// turn, and with every argument out of bounds in turn. What comes of it is compared with transcript/*.txt,
+// the statement of the library's failure behaviour; transcript/README.md tells how to read it.
 //
-// A failing case prints an id; ZR_SWEEP=id repeats that case alone.
+// A row names an operation and its arguments:
+//
+//     SWEEP(HAL_VLAN_GetPortPvidZr, unit, port(2), out)
+//
+// `unit`, `port` and `id` are numbers with hostile values, `out` is memory to write, `in` memory to read;
+// a plain number goes in as it is.
 #pragma once
 
+#include <array>
 #include <cstring>
 #include <functional>
-#include <memory>
+#include <list>
 #include <string>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 #include "tests/kit/device.h"
@@ -17,54 +24,220 @@
 namespace zrtest
 {
 
-// Memory handed to an operation as its outputs, filled with a pattern beforehand.
-class Outputs
+// A number with a name and the values that must not hurt.
+struct Number {
+    std::string label;
+    std::string shown;
+    uint64_t value;
+    std::vector<uint64_t> hostile;
+};
+
+inline Number onUnit(uint32_t number)
+{
+    return {"unit", std::to_string(number), number, {3, 4, 255, 256, 0x80000000, 0xFFFFFFFF}};
+}
+inline const Number unit = onUnit(1);
+
+inline Number port(uint32_t number)
+{
+    return {"port", std::to_string(number), number, {32, 128, 0x80000000}};
+}
+
+// An identifier or an index of a table of `count` entries.
+inline Number id(const char *label, uint64_t value, uint64_t count)
+{
+    return {
+        label, std::to_string(value) + " of " + std::to_string(count), value, {count, 0x80000000, 0xFFFFFFFF}};
+}
+
+// A number of which few values mean something: the named ones do not.
+inline Number of(const char *label, uint64_t value, std::vector<uint64_t> unknown)
+{
+    return {label, std::to_string(value), value, std::move(unknown)};
+}
+
+// Memory for what the operation's pointer points to, or an array of it.
+struct Out {
+    size_t count = 1;
+};
+inline constexpr Out out;
+
+// Memory that the operation reads: a copy for every run.
+template <class T> struct In {
+    std::vector<T> values;
+};
+template <class T> In<T> in(const T &value)
+{
+    return {{value}};
+}
+template <class T, size_t N> In<T> in(const T (&values)[N])
+{
+    return {{std::begin(values), std::end(values)}};
+}
+
+// One run of an operation: which argument is replaced by which value, and the memory behind its pointers.
+class Run
 {
 public:
-    template <class T> T *make(size_t count = 1)
+    static constexpr size_t kNone = SIZE_MAX;
+    explicit Run(size_t varied = kNone, uint64_t value = 0) : varied_(varied), value_(value) {}
+
+    // The value of the next argument, of type P.
+    template <class P> P argument(const Number &number)
     {
-        blocks_.push_back(std::vector<uint8_t>(count * sizeof(T), kPattern));
-        return reinterpret_cast<T *>(blocks_.back().data());
+        return static_cast<P>(replaced() ? value_ : number.value);
     }
-    bool untouched() const
+    template <class P> P argument(Out memory) { return block<P>(memory.count * sizeof(*P{}), nullptr); }
+    template <class P, class T> P argument(const In<T> &memory)
     {
-        for (const auto &block : blocks_)
-            for (uint8_t byte : block)
-                if (byte != kPattern)
-                    return false;
-        return true;
+        static_assert(std::is_same_v<std::remove_cv_t<std::remove_pointer_t<P>>, T>);
+        return block<P>(memory.values.size() * sizeof(T), memory.values.data());
     }
+    // What an area builds itself.
+    template <class P, class T>
+    requires requires(const T &made, Run &run) { made.make(run); }
+    P argument(const T &made) { return replaced() ? nullptr : made.make(*this); }
+    // A text, a function, a plain number.
+    template <class P, class T>
+    requires std::is_pointer_v<T> || std::is_integral_v<T> P argument(T value)
+    {
+        return replaced() ? P{} : static_cast<P>(value);
+    }
+
+    // To be done when the operation has returned.
+    void finally(std::function<void()> work) { finally_.push_back(std::move(work)); }
+    void finish();
+
+    // Memory that is not as it was, as "out1 = value" or "out1 written".
+    Texts written(const std::vector<std::string> &labels) const;
 
 private:
-    static constexpr uint8_t kPattern = 0xEE;
-    std::vector<std::vector<uint8_t>> blocks_;
+    struct Block {
+        size_t argument; // whose it is
+        std::vector<uint8_t> before;
+        std::vector<uint8_t> bytes;
+    };
+    bool replaced() { return next_++ == varied_; }
+    template <class P> P block(size_t size, const void *bytes)
+    {
+        return replaced() ? nullptr : reinterpret_cast<P>(add(size, bytes));
+    }
+    uint8_t *add(size_t size, const void *bytes);
+
+    size_t next_ = 0;
+    size_t varied_;
+    uint64_t value_;
+    std::list<Block> blocks_;
+    std::vector<std::function<void()>> finally_;
 };
 
-struct SweepCase {
-    const char *operation; // the exported name
-    // Runs the operation on unit 1 of a prepared device and answers its status (0 when it has none).
-    std::function<uint32_t(Outputs &out)> run;
-    // Brings a running device to where the operation can be run.
-    std::function<void()> prepare = [] {};
-    // Platform calls whose failure the operation does not report. Prints, bounded functions and mutexes
-    // never need naming.
-    std::vector<std::string> tolerated = {};
-    // Platform calls that the operation repeats: one failure may be survived or reported.
-    std::vector<std::string> repeated = {};
-    // The operation never reports a failure.
-    bool reportsNothing = false;
-    // Outputs that the operation clears or writes before it fails.
-    bool writesOnFailure = false;
-    // Blocks that a failed run may keep (arrays of identifier records live for ever).
+// How an answer reads: a number, "record" or "null", a text, or nothing.
+std::string answerText(uint32_t status);
+std::string answerText(char *text); // and frees it
+std::string answerText(const void *record);
+
+struct SweepArgument {
+    std::string label;
+    std::string shown; // in the heading: the label and its value
+    std::vector<uint64_t> hostile;
+    bool pointer = false; // null is its hostile value
+};
+
+class Sweep
+{
+public:
+    // Brings a running device to where the operation can be run; without it the operation is played as well.
+    Sweep after(std::function<void()> state) &&
+    {
+        prepare = std::move(state);
+        return std::move(*this);
+    }
+    // Half of the work stands after a failure, with so many blocks: no second run.
+    Sweep once(unsigned blocks) &&
+    {
+        again = false;
+        keeps = blocks;
+        return std::move(*this);
+    }
+
+    // Pointers are the caller's business.
+    Sweep needsPointers() &&
+    {
+        for (SweepArgument &argument : arguments)
+            if (argument.pointer)
+                argument.hostile.clear();
+        return std::move(*this);
+    }
+
+    std::string operation; // the exported name
+    std::vector<SweepArgument> arguments;
+    std::function<std::string(Run &)> run;
+    std::function<void()> prepare = {};
+    bool again = true;
     unsigned keeps = 0;
-    // What the operation answers when it is run again after a failure.
-    uint32_t again = 0;
-    // Runs that cannot be repeated at all, because half of their work stands.
-    bool notAgain = false;
+    std::string file = {};
+
+    std::string heading() const;
 };
 
-// Adds the cases of one area; called from static initialisers: `static const bool added = addSweep({...});`
-bool addSweep(std::vector<SweepCase> cases);
-const std::vector<SweepCase> &sweepCases();
+// `limit` is the argument's highest value.
+SweepArgument described(const Number &number, uint64_t limit);
+inline SweepArgument described(Out, uint64_t)
+{
+    return {"out", "out", {0}, true};
+}
+template <class T> SweepArgument described(const In<T> &, uint64_t)
+{
+    return {"in", "in", {0}, true};
+}
+inline SweepArgument described(const char *text, uint64_t)
+{
+    return {"text", "\"" + std::string(text) + "\"", {0}, true};
+}
+inline SweepArgument described(void (*)(), uint64_t)
+{
+    return {"function", "function", {0}, true};
+}
+template <class T>
+requires requires(const T &made, Run &run)
+{
+    made.make(run);
+}
+SweepArgument described(const T &made, uint64_t)
+{
+    return {made.label, made.label, {0}, true};
+}
+template <class T>
+requires std::is_integral_v<T> SweepArgument described(T value, uint64_t)
+{
+    return {"", std::to_string(value), {}};
+}
+
+// Numbers arguments of the same label.
+void nameApart(std::vector<SweepArgument> &arguments);
+
+template <class R, class... P, class... D> Sweep sweep(const char *name, R (*)(P...), D... given)
+{
+    static_assert(sizeof...(P) == sizeof...(D), "one descriptor for every argument");
+    Sweep row;
+    row.operation = name;
+    row.arguments = {described(given, sizeof(P) == 1 ? 0xFF : 0xFFFFFFFF)...};
+    nameApart(row.arguments);
+    row.run = [name, given...](Run &run) -> std::string {
+        const std::tuple<P...> arguments{run.argument<P>(given)...};
+        R (*called)(P...) = operation<R(P...)>(name);
+        if constexpr (std::is_void_v<R>) {
+            std::apply(called, arguments);
+            return "";
+        } else
+            return answerText(std::apply(called, arguments));
+    };
+    return row;
+}
+#define SWEEP(name, ...)                                                                                       \
+    ::zrtest::sweep(#name, static_cast<decltype(&name)>(nullptr) __VA_OPT__(, ) __VA_ARGS__)
+
+// Adds the rows of transcript/`file`.txt; called from static initialisers.
+bool addSweeps(const char *file, std::vector<Sweep> rows);
 
 } // namespace zrtest
