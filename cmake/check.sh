@@ -5,7 +5,7 @@ set -u
 build=build/release
 library=$build/lib/libzrlsw.so
 platform=$build/lib/libzrsim.so
-work=$(mktemp -d)
+work=$(mktemp -d) || exit 1
 trap 'rm -rf "$work"' EXIT
 passed=0
 failed=0
@@ -23,16 +23,46 @@ check() {
     fi
 }
 
-sources() {
-    git ls-files -- '*.h' '*.cpp' '*.c'
+format() {
+    find bench cmake sim src tests tools -name '*.h' -o -name '*.cpp' -o -name '*.c' |
+        xargs clang-format --dry-run -Werror
 }
 
-format() {
-    sources | xargs clang-format --dry-run -Werror
+# Includes run one way. In src/ each folder sees those before it in the list, and none that stands beside it;
+# sim/ sees what it stands in for.
+includes() {
+    find src sim -name '*.h' -o -name '*.cpp' | xargs awk -F '["<>]' '
+        BEGIN {
+            split("platform base records chip,l2,acl,qos port frame src,sim,tools,tests,bench,..", floors, " ")
+            for (floor in floors) {
+                split(floors[floor], folders, ",")
+                for (i in folders) rank[folders[i]] = floor + 0
+            }
+        }
+        /^[ \t]*#[ \t]*include[ \t]*["<]/ {
+            split(FILENAME, from, "/")
+            split($2, to, "/")
+            if (/</ && !(to[1] in rank)) next # the language or a package
+            if (from[1] == "sim") ok = $2 ~ /^(sim\/|platform\/|frame\/op_tables\.h$)/
+            else ok = to[1] == from[2] || (to[1] in rank && rank[to[1]] < rank[from[2]])
+            if (!ok) { print FILENAME ":" FNR ": " $0; bad = 1 }
+        }
+        END { exit bad }'
+}
+
+# Relative links of the documents lead somewhere.
+links() {
+    find README.md docs -name '*.md' | while read -r page; do
+        sed 's/](/\n](/g' "$page" | sed -n 's/^](\([^:#) ]*\)[#)].*/\1/p' | while read -r link; do
+            [ -e "$(dirname "$page")/$link" ] || echo "$page: no $link"
+        done
+    done >"$work/dead"
+    cat "$work/dead"
+    [ ! -s "$work/dead" ]
 }
 
 tidy() {
-    git ls-files -- 'src/*.cpp' | xargs -P 2 -n 4 clang-tidy --quiet -p "$build"
+    find src -name '*.cpp' | xargs -P 2 -n 4 clang-tidy --quiet -p "$build"
 }
 
 cpp_check() {
@@ -70,8 +100,8 @@ package() {
         cmake --build "$work/cmake" &&
         "$work/cmake/consumer" &&
         export PKG_CONFIG_PATH="$work/prefix/lib/pkgconfig:$(echo "$work"/prefix/lib/*/pkgconfig)" &&
-        cc -std=c11 -Wall -Wextra -Werror tests/package/consumer.c -o "$work/consumer" \
-            $(pkg-config --cflags --libs zrlsw) "$PWD/$platform" \
+        eval "set -- $(pkg-config --cflags --libs zrlsw)" &&
+        cc -std=c11 -Wall -Wextra -Werror tests/package/consumer.c -o "$work/consumer" "$@" "$PWD/$platform" \
             -Wl,-rpath,"$(pkg-config --variable=libdir zrlsw)" -Wl,-rpath,"$PWD/$build/lib" &&
         "$work/consumer" &&
         cmp "$(pkg-config --variable=libdir zrlsw)/libzrlsw.so" "$library"
@@ -88,6 +118,8 @@ headers() {
 }
 
 check "format" format
+check "includes run one way" includes
+check "links of the documents" links
 check "clang-tidy" tidy
 check "cppcheck" cpp_check
 check "exported names" exported_names
