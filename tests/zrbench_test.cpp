@@ -115,20 +115,19 @@ TEST_F(ZrbenchTest, FailuresAreInjectedByNameAndCount)
 TEST_F(ZrbenchTest, TraceDumpAndQuietGoWhereTheyAreSent)
 {
     const std::string device = file("device.json", R"({"steps": ["chip init 2", "reg write 2 0x1000 0x77"]})");
-    const Ended quiet =
-        bench(fmt::format("--quiet run {} --trace {} --dump {}", device, path("trace"), path("dump")));
+    const Ended quiet = bench(fmt::format("--quiet run {} --trace trace --dump dump", device));
     EXPECT_EQ(quiet.status, kAsExpected);
     EXPECT_EQ(quiet.output,
               device + ": 2 steps, 0 refused as expected, 0 not as expected, 0 memory blocks held\n");
 
-    const std::string trace = contents(path("trace"));
+    const std::string trace = contents("trace");
     EXPECT_THAT(trace, HasSubstr("LSW_Common_GetFuncPtr(0) = ptr\n"));
     EXPECT_THAT(trace, HasSubstr("# chip init 2\nVESPER_ADPAPI_ResetChip(0xffffffff, 0xb00001, 0) = 0\n"));
     EXPECT_THAT(
         trace, HasSubstr("  HAL_PORT_SmiWrite(1, 29, 24, 119) = 0\n  HAL_PORT_SmiRead(1, 29, 24, &119) = 0\n"));
     EXPECT_THAT(trace, HasSubstr("\nl2sw_setAsicReg(2, 4096, 119) = 0\n"));
 
-    const nlohmann::json dump = nlohmann::json::parse(contents(path("dump")));
+    const nlohmann::json dump = nlohmann::json::parse(contents("dump"));
     EXPECT_EQ(dump["board"]["units"]["2"]["registers"]["0x1000"], "0x0077");
     EXPECT_EQ(dump["board"]["units"]["1"]["inReset"], true);
 
@@ -181,7 +180,7 @@ TEST_F(ZrbenchTest, TheShellCompletesAndRemembersWhatIsTyped)
          {"   1  chip init 0", "   2  trace all", "   3  chip init 0", "   4  reg write 0 0x1000 5",
           "> l2sw_setAsicReg(0, 4096, 5) = 0", "no command \"nonsense\""})
         EXPECT_THAT(ended.output, HasSubstr(piece));
-    EXPECT_THAT(contents(path(".zrbench_history")), HasSubstr("nonsense"));
+    EXPECT_THAT(contents(".zrbench_history"), HasSubstr("nonsense"));
 }
 
 TEST_F(ZrbenchTest, EverySlotIsShownInOrderWithItsOperationAndCommand)
@@ -213,7 +212,7 @@ TEST_F(ZrbenchTest, ExamplesRunAsTheyExpect)
         if (entry.path().extension() != ".json")
             continue;
         ++examples;
-        const Ended ended = bench("--quiet run " + entry.path().string());
+        const Ended ended = bench("--quiet run '" + entry.path().string() + "'");
         EXPECT_EQ(ended.status, kAsExpected) << ended.output;
     }
     EXPECT_GT(examples, 0U);

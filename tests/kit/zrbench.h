@@ -50,21 +50,21 @@ protected:
     {
         const auto lib = std::filesystem::path(ZRLSW_LIBRARY).parent_path();
         program_ = (lib.parent_path() / "bin" / "zrbench").string();
-        command_ = kStart + program_;
+        command_ = kStart + "'" + program_ + "'";
         directory_ = std::filesystem::path(testing::TempDir()) / fmt::format("zrbench_test.{}", getpid());
         std::filesystem::create_directories(directory_);
+        std::filesystem::current_path(directory_);
     }
     void TearDown() override
     {
-        if (!directory_.empty())
-            std::filesystem::remove_all(directory_);
+        std::filesystem::current_path("/");
+        std::filesystem::remove_all(directory_);
     }
 
-    std::string path(const std::string &name) const { return (directory_ / name).string(); }
-    std::string file(const std::string &name, const std::string &text) const
+    static std::string file(const std::string &name, const std::string &text)
     {
-        std::ofstream(path(name)) << text;
-        return path(name);
+        std::ofstream(name) << text;
+        return name;
     }
     static std::string contents(const std::string &path)
     {
