@@ -1,0 +1,29 @@
+#!/bin/sh
+# fuzz.sh SECONDS: every fuzz target over its corpus for that long. What a target learns stays in build/fuzz/corpus
+# and helps its next run; what it finds is left in build/fuzz/findings.
+set -u
+seconds=$1
+passed=0
+failed=0
+mkdir -p build/fuzz/findings
+for target in build/fuzz/bin/*_fuzz; do
+    [ -x "$target" ] || { echo "there is no fuzz target"; exit 1; }
+    name=$(basename "$target" _fuzz)
+    learnt=build/fuzz/corpus/$name
+    log=build/fuzz/$name.log
+    mkdir -p "$learnt"
+    set -- "$learnt" "tests/fuzz/corpus/$name"
+    [ ! -f "tests/fuzz/$name.dict" ] || set -- -dict="tests/fuzz/$name.dict" "$@"
+    echo "$name: $seconds seconds"
+    if "$target" -max_total_time="$seconds" -close_fd_mask=3 -artifact_prefix="build/fuzz/findings/$name-" "$@" \
+        >"$log" 2>&1; then
+        passed=$((passed + 1))
+        grep -a DONE "$log"
+    else
+        failed=$((failed + 1))
+        grep -a -A 40 -m 1 -e 'ERROR' -e 'runtime error' "$log" || tail -n 40 "$log"
+        grep -a 'Test unit written' "$log"
+    fi
+done
+echo "$passed passed, $failed failed"
+[ "$failed" = 0 ]
