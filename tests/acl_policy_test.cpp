@@ -107,49 +107,25 @@ TEST_F(AclPolicy, InitCutsThePartitionsAndSetsTheSelectorsLast)
                             "l2sw_filter_igrAcl_field_sel_set(1, 4, 6, 10) = 0"));
 }
 
-TEST(AclInit, PrintsTheStepThatFailedAndEndsThere)
+TEST(AclInit, EndsAtAnyPolicyThatCannotBeInstalled)
 {
-    const std::string selector = "6/4 ZR ACL field selector init unitId = 1";
-    const struct {
-        const char *call;
-        uint32_t nth, status;
-        Texts lines;
-        uint32_t rules, selectors; // installed and set nevertheless
-    } cases[] = {
-        {"LSWM_MemAlloc", 1, 2, {"6/2 ZR ACL Ruleinfo init unitId = 1"}, 0, 0},
-        {"l2sw_filter_igrAcl_cfg_add",
-         2,
-         4,
-         {"6/4 Chip 8 Add Entry unit:1 ifcid 1", "6/4 ZR ACL lan wan policy init unitId = 1"},
-         1,
-         0},
-        {kSelect, 1, 4, {selector}, 5, 1},
-        {kSelect, 3, 4, {selector}, 5, 3},
-    };
-    for (const auto &[call, nth, status, lines, rules, selectors] : cases) {
-        SCOPED_TRACE(fmt::format("{} {}", call, nth));
+    for (uint32_t nth = 1; nth <= 5; ++nth) {
         zrtest::Device dev;
         dev.bringUp();
-        dev.fail(call, 22, nth);
-        EXPECT_EQ(dev.ops().acl.init(kUnit), status);
-        EXPECT_EQ(dev.takeFailures(), lines);
-        EXPECT_EQ(ZR_OP(COM_ACL_GetRuleInfo)(kUnit)->ruleRecordNum, rules);
-        EXPECT_EQ(callsOf(kSelect).size(), selectors);
+        dev.fail("l2sw_filter_igrAcl_cfg_add", 22, nth);
+        EXPECT_EQ(dev.ops().acl.init(kUnit), LSW_CHIP_FAILED);
+        EXPECT_EQ(ZR_OP(COM_ACL_GetRuleInfo)(kUnit)->ruleRecordNum, nth - 1);
+        EXPECT_EQ(dev.takeFailures(), (Texts{fmt::format("6/4 Chip 8 Add Entry unit:1 ifcid {}", nth - 1),
+                                             "6/4 ZR ACL lan wan policy init unitId = 1"}));
+        EXPECT_THAT(callsOf(kSelect), IsEmpty());
     }
 }
 
-TEST_F(AclPolicies, AUnitIsInitialisedOnce)
+// Before the records exist no range fits: four times 1.
+TEST_F(AclPolicy, PartitionsNeedTheRecords)
 {
-    EXPECT_EQ(acl().init(kUnit), 6U);
-    EXPECT_THAT(dev.takeFailures(), ElementsAre("6/6 ZR ACL Ruleinfo init unitId = 1"));
-    EXPECT_THAT(dev.calls(), IsEmpty());
-    EXPECT_EQ(acl().init(3), 1U);
-    EXPECT_THAT(dev.takeFailures(), ElementsAre("6/1 ZR ACL Ruleinfo init unitId = 3"));
-    // Before the records exist no range fits: four times 1.
     EXPECT_EQ(ZR_OP(ZR_ACL_InitPartInfo)(2), 4U);
     EXPECT_THAT(dev.takeFailures(), ElementsAre("6/4 ZR ACL RulePartinfo init unitId = 2"));
-    EXPECT_EQ(ZR_OP(ZR_ACL_InitLanWanDefualtPolicy)(2), 4U);
-    EXPECT_THAT(dev.takeFailures(), IsEmpty()) << "no logic rule id";
 }
 
 TEST_F(AclPolicies, AWanPortIsUnderEveryPolicyAndALanPortUnderNone)
@@ -165,38 +141,26 @@ TEST_F(AclPolicies, AWanPortIsUnderEveryPolicyAndALanPortUnderNone)
         EXPECT_THAT(policyPorts(), testing::Each(0x20000U));
         ASSERT_EQ(acl().updateLanWanPolicy(kUnit, 3, kWan), 0U);
     }
-}
-
-TEST_F(AclPolicies, PortsThatNoRuleCanNameChangeNothingButAreWalked)
-{
+    // Ports that no rule can name change nothing, but the policies are walked.
+    dev.forget();
     for (uint32_t port : {5U, 14U, 18U, 31U, 32U, 35U, 127U})
         EXPECT_EQ(acl().updateLanWanPolicy(kUnit, port, kWan), 0U);
     EXPECT_EQ(callsOf(kAddPorts).size(), 35U);
-    EXPECT_THAT(policyPorts(), testing::Each(0U));
+    EXPECT_THAT(policyPorts(), testing::Each(0x20008U));
+    EXPECT_EQ(acl().updateLanWanPolicy(0, 3, kWan), 0U) << "a unit without policies";
 }
 
-TEST_F(AclPolicies, AnUpdateBeyondTheTablesIsRefusedAndOneThatFailsStops)
+TEST_F(AclPolicies, AnUpdateStopsAtTheFirstPolicyThatFails)
 {
-    const struct {
-        uint32_t unit, port;
-    } beyond[] = {{3, 0}, {0xFFFFFFFF, 0}, {kUnit, 128}, {kUnit, 0xFFFFFFFF}};
-    for (const auto &[unit, port] : beyond)
-        for (uint32_t type : {0U, kWan})
-            EXPECT_EQ(acl().updateLanWanPolicy(unit, port, type), 1U);
-    EXPECT_EQ(acl().updateLanWanPolicy(0, 3, kWan), 0U) << "a unit without policies";
-    EXPECT_THAT(dev.calls(), IsEmpty());
-
     dev.fail(kAddPorts, 22, 3);
-    EXPECT_EQ(acl().updateLanWanPolicy(kUnit, 4, kWan), 4U);
-    EXPECT_THAT(dev.takeFailures(), ElementsAre("6/22 ZR add entry portmap failed"));
+    EXPECT_EQ(acl().updateLanWanPolicy(kUnit, 4, kWan), LSW_CHIP_FAILED);
+    dev.takeFailures();
     EXPECT_THAT(policyPorts(), ElementsAre(0x10U, 0x10U, 0U, 0U, 0U));
     dev.clearInjections();
     EXPECT_EQ(acl().updateLanWanPolicy(kUnit, 4, kWan), 0U) << "the manager may repeat it";
     EXPECT_THAT(policyPorts(), testing::Each(0x10U));
-
-    // A policy whose record was released cannot be found.
-    ASSERT_EQ(acl().releaseRuleRecord(kUnit, 1), 0U);
-    EXPECT_EQ(acl().updateLanWanPolicy(kUnit, 4, 0), 4U);
+    ASSERT_EQ(acl().releaseRuleRecord(kUnit, 1), 0U); // a policy without record cannot be found
+    EXPECT_EQ(acl().updateLanWanPolicy(kUnit, 4, 0), LSW_CHIP_FAILED);
     EXPECT_THAT(policyPorts(), ElementsAre(0U, 0x10U, 0x10U, 0x10U, 0x10U));
 }
 
@@ -228,64 +192,22 @@ TEST_F(AclPolicy, TheUnitReachesTheSelectorsByItsLow8Bits)
                                          "l2sw_filter_igrAcl_field_sel_set(1, 4, 6, 10) = 0"));
 }
 
-struct PortChange {
-    uint32_t (*ZrAclOps::*slot)(uint32_t unit, uint32_t firstChipId, const uint32_t *ports);
-    std::string call;
-    const char *lookupLine;
-    const char *failLine;
-};
-const PortChange kChanges[] = {
-    {&ZrAclOps::modifyEntryPortmap, "l2sw_filter_igrAcl_entry_modifybitmap", "ZR GetRuleInfoFromChipId failed",
-     "ZR modify entry portmap failed"},
-    {&ZrAclOps::addEntryPortmap, "l2sw_filter_igrAcl_entry_addbitmap", "ZR add entry get entryCount failed",
-     "ZR add entry portmap failed"},
-    {&ZrAclOps::removeEntryPortmap, "l2sw_filter_igrAcl_entry_removebitmap",
-     "ZR remove entry get entryCount failed", "ZR remove entry portmap failed"},
-};
-
 TEST_F(AclPolicies, PortsReachEveryEntryOfTheRuleCutToThePortsOfTheChip)
 {
     for (LswmAclRule rule : {zrtest::twoEntryRule(1), zrtest::oneEntryRule(1)}) { // 16 and 17, 18
         uint32_t logicRuleId = 0;
         ASSERT_EQ(ZR_OP(ZR_ACL_AddLogicEntry)(kUnit, &rule, &logicRuleId), 0U);
     }
-    dev.forget();
     const uint32_t ports[4] = {0xFFFFFFFF, 1, 2, 3};
-    for (const PortChange &change : kChanges) {
-        SCOPED_TRACE(change.call);
-        EXPECT_EQ((acl().*change.slot)(kUnit, 17, ports), 0U) << "inside its run";
-        EXPECT_THAT(dev.calls(),
-                    ElementsAre(change.call + "(1, 16, 0x3801f) = 0", change.call + "(1, 17, 0x3801f) = 0"));
+    const std::pair<uint32_t (*)(uint32_t, uint32_t, const uint32_t *), std::string> changes[] = {
+        {acl().modifyEntryPortmap, "l2sw_filter_igrAcl_entry_modifybitmap"},
+        {acl().addEntryPortmap, "l2sw_filter_igrAcl_entry_addbitmap"},
+        {acl().removeEntryPortmap, "l2sw_filter_igrAcl_entry_removebitmap"}};
+    for (const auto &[change, call] : changes) {
         dev.forget();
-
-        dev.fail(change.call, 0xFFFFFFFF, 2);
-        EXPECT_EQ((acl().*change.slot)(kUnit, 16, ports), 0xFFFFFFFFU) << "the chip's own status";
-        EXPECT_THAT(dev.takeFailures(), ElementsAre(std::string("6/4294967295 ") + change.failLine));
-        dev.fail(change.call, 9, 1);
-        EXPECT_EQ((acl().*change.slot)(kUnit, 16, ports), 9U);
-        EXPECT_THAT(dev.takeFailures(), ElementsAre(std::string("6/9 ") + change.failLine));
-        dev.clearInjections();
-        EXPECT_EQ(callsOf(change.call).size(), 3U) << "the first refusal ends it";
-        dev.forget();
+        EXPECT_EQ(change(kUnit, 17, ports), 0U) << "inside its run";
+        EXPECT_THAT(dev.calls(), ElementsAre(call + "(1, 16, 0x3801f) = 0", call + "(1, 17, 0x3801f) = 0"));
     }
-}
-
-TEST_F(AclPolicies, PortsOfWhatIsNoRuleAreRefused)
-{
-    ZR_OP(COM_ACL_GetRuleInfo)(kUnit)->chipInUse[2] |= 0x10; // id 68: marked without a record
-    const uint32_t ports[4] = {1, 0, 0, 0};
-    const struct {
-        uint32_t unit, chipRuleId, status;
-    } cases[] = {{kUnit, 16, 5}, {kUnit, 96, 5}, {kUnit, 0xFFFFFFFF, 5},
-                 {kUnit, 68, 4}, {3, 0, 1},      {257, 0, 1}};
-    for (const PortChange &change : kChanges) {
-        for (const auto &[unit, chipRuleId, status] : cases) {
-            EXPECT_EQ((acl().*change.slot)(unit, chipRuleId, ports), status);
-            EXPECT_THAT(dev.takeFailures(), ElementsAre(fmt::format("6/{} {}", status, change.lookupLine)));
-        }
-        EXPECT_EQ((acl().*change.slot)(kUnit, 0, nullptr), 2U);
-    }
-    EXPECT_THAT(dev.calls(), IsEmpty());
 }
 
 } // namespace
