@@ -1,4 +1,4 @@
-// Blocks of the manager's memory, which come uncleared.
+// Cleared memory: blocks of the manager's, which come uncleared, and records.
 #pragma once
 
 #include "platform/bounded.h"
@@ -6,6 +6,12 @@
 
 namespace zr
 {
+
+// Clears every byte of a record that leaves the library, padding too, which `{}` may leave as it was.
+template <typename T> void clear(T &record)
+{
+    memset_s(&record, sizeof(record), 0, sizeof(record));
+}
 
 // `bytes` cleared bytes, or null.
 inline void *allocCleared(uint32_t bytes)

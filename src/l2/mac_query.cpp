@@ -1,6 +1,7 @@
 // Reading entries by table index, and the table's fill.
 #include "l2/mac.h"
 
+#include "base/memory.h"
 #include "base/port_set.h"
 #include "base/print.h"
 #include "platform/bounded.h"
@@ -39,7 +40,7 @@ uint32_t HAL_MAC_GetMacByIdxZr(uint32_t unit, uint32_t index, LswmMacEntry *entr
         return LSW_NULL_POINTER;
 
     L2TableEntry chipEntry;
-    memset_s(&chipEntry, sizeof(chipEntry), 0, sizeof(chipEntry));
+    zr::clear(chipEntry);
     chipEntry.index = index;
     if (uint32_t ret = l2sw_l2_entry_get(unit, &chipEntry); ret != 0) {
         ZR_TRACE(DETAIL, MAC, "Get l2 entry failed(unit:%u, index:%u, retVal:0x%x).", unit, index, ret);

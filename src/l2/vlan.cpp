@@ -1,9 +1,9 @@
 // Life of a VLAN: start-up, creation, deletion, port maps.
 #include "l2/vlan.h"
 
+#include "base/memory.h"
 #include "base/port_set.h"
 #include "base/print.h"
-#include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
@@ -49,7 +49,7 @@ uint32_t ZR_VLAN_Init(uint32_t unit)
 uint32_t HAL_VLAN_CreateZr(uint32_t unit, uint32_t vlan)
 {
     VlanCfg cfg;
-    memset_s(&cfg, sizeof(cfg), 0, sizeof(cfg));
+    zr::clear(cfg);
     cfg.independentLearning = 1;
     if (uint32_t ret = l2sw_vlan_set(unit, vlan, &cfg); ret != 0)
         return ZR_CHIP_FAILED(VLAN, ret, "Zr vlan create failed (unit:%u, vlan:%u, retVal:0x%x).", unit, vlan,

@@ -1,16 +1,16 @@
 // Members of a VLAN: the VLAN table and the member-configuration table, kept in step.
 #include "l2/vlan.h"
 
+#include "base/memory.h"
 #include "base/port_set.h"
 #include "base/print.h"
-#include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
 uint32_t HAL_VLAN_AddMemberZr(uint32_t unit, uint32_t port, uint32_t vlan, uint32_t untag)
 {
     VlanCfg cfg;
-    memset_s(&cfg, sizeof(cfg), 0, sizeof(cfg));
+    zr::clear(cfg);
     if (uint32_t ret = l2sw_vlan_get(unit, vlan, &cfg); ret != 0)
         return ZR_CHIP_FAILED(VLAN, ret, "Zr add vlan member failed (unit:%u, port:%u, vlan:%u, retVal:0x%x).",
                               unit, port, vlan, ret);
@@ -42,7 +42,7 @@ uint32_t HAL_VLAN_CreateMbrIdxZr(uint32_t unit, uint32_t vlan, uint32_t *index)
 uint32_t HAL_VLAN_AddMbrTabZr(uint32_t unit, uint32_t port, uint32_t vlan)
 {
     VlanMbrCfg cfg;
-    memset_s(&cfg, sizeof(cfg), 0, sizeof(cfg));
+    zr::clear(cfg);
     uint32_t index = 0;
     if (HAL_VLAN_CreateMbrIdxZr(unit, vlan, &index) != LSW_OK)
         return LSW_CHIP_FAILED;
@@ -104,7 +104,7 @@ uint32_t HAL_VLAN_DelMbrTabZr(uint32_t unit, uint32_t port, uint32_t vlan)
 uint32_t HAL_VLAN_DelMemberZr(uint32_t unit, uint32_t port, uint32_t vlan)
 {
     VlanCfg cfg;
-    memset_s(&cfg, sizeof(cfg), 0, sizeof(cfg));
+    zr::clear(cfg);
     if (uint32_t ret = l2sw_vlan_get(unit, vlan, &cfg); ret != 0)
         return ZR_CHIP_FAILED(VLAN, ret, "Zr del vlan member failed (unit:%u, port:%u, vlan:%u, retVal:0x%x).",
                               unit, port, vlan, ret);
