@@ -344,9 +344,12 @@ TEST_F(AclRecordsReady, ABindingStaysWhenItsCounterCannotBeMarked)
     EXPECT_EQ(counterOf(20), Answer(LSW_OK, 40));
     EXPECT_EQ(validate(20, 0), LSW_NO_RESOURCE);
     EXPECT_EQ(counterOf(20), failed(LSW_NOT_FOUND));
-    // 259 in 8 bits would be counter 3.
+    // The binding keeps the low 8 bits, 3 and 1; marking takes the numbers whole: 259 is no counter, 257 frees.
     EXPECT_EQ(bind(20, 259, 1), LSW_NO_RESOURCE);
-    EXPECT_EQ(counterOf(20), failed(LSW_NOT_FOUND));
+    EXPECT_EQ(counterOf(20), Answer(LSW_OK, 3));
+    EXPECT_EQ(bind(21, 5, 257), LSW_OK);
+    EXPECT_EQ(counterOf(21), Answer(LSW_OK, 5));
+    EXPECT_EQ(used(), 0U);
     // Bound but not taken, then taken.
     EXPECT_EQ(bind(20, 6, 0), LSW_OK);
     EXPECT_EQ(counterOf(20), failed(LSW_NOT_FOUND));

@@ -35,11 +35,11 @@ uint32_t COM_ACL_CounterInfoInit(uint32_t unit, uint32_t count)
 
 uint32_t COM_ACL_AllocChipCounter(uint32_t unit, uint32_t *counterId)
 {
-    if (counterId == nullptr)
-        return LSW_NULL_POINTER;
     AclCounterInfo *info = COM_ACL_GetCounterInfo(unit);
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
+    if (counterId == nullptr)
+        return LSW_NULL_POINTER;
     if (info->usedNum >= info->counterNum)
         return LSW_NO_RESOURCE;
 
@@ -78,10 +78,7 @@ uint32_t COM_ACL_SetRuleCounterMapEntry(uint32_t unit, uint32_t chipRuleId, uint
     AclRuleInfo *info = infoWithMaps(unit, chipRuleId);
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
-    // Cut to 8 bits it would name another rule's counter.
-    if (counterId > UINT8_MAX)
-        return LSW_NO_RESOURCE;
-    info->counterMap[chipRuleId] = {static_cast<uint8_t>(counterId), valid == 1};
+    info->counterMap[chipRuleId] = {static_cast<uint8_t>(counterId), static_cast<uint8_t>(valid)};
     return COM_ACL_SetCounterInfoEntry(unit, counterId, valid);
 }
 
@@ -108,11 +105,11 @@ uint32_t COM_ACL_SetRuleCounterMapEntryValid(uint32_t unit, uint32_t chipRuleId,
 
 uint32_t COM_ACL_GetCounterIdFromChipRuleId(uint32_t unit, uint32_t chipRuleId, uint32_t *counterId)
 {
-    if (counterId == nullptr)
-        return LSW_NULL_POINTER;
     const AclRuleInfo *info = infoWithMaps(unit, chipRuleId);
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
+    if (counterId == nullptr)
+        return LSW_NULL_POINTER;
     const AclRuleCounterMapEntry &entry = info->counterMap[chipRuleId];
     if (entry.valid != 1)
         return LSW_NOT_FOUND;
@@ -131,11 +128,11 @@ uint32_t COM_ACL_SetRuleCarMapEntry(uint32_t unit, uint32_t chipRuleId, uint8_t 
 
 uint32_t COM_ACL_GetRuleCarMapEntry(uint32_t unit, uint32_t chipRuleId, uint32_t *carId, uint32_t *valid)
 {
-    if (carId == nullptr || valid == nullptr)
-        return LSW_NULL_POINTER;
     const AclRuleInfo *info = infoWithMaps(unit, chipRuleId);
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
+    if (carId == nullptr || valid == nullptr)
+        return LSW_NULL_POINTER;
     *carId = info->carMap[chipRuleId].carId;
     *valid = info->carMap[chipRuleId].valid;
     return LSW_OK;

@@ -6,8 +6,8 @@
 // same again) and later recorded (COM_ACL_SetRuleRecord, COM_ACL_SetRuleCounterMapEntry). Calls for a unit
 // come one at a time.
 //
-// Common to all: `unit` is 0 to 2, a higher one gives LSW_INVALID_ARGUMENT; a null output gives
-// LSW_NULL_POINTER and nothing else happens. An output is written only with LSW_OK. Identifiers beyond the
+// Common to all: `unit` is 0 to 2, a higher one gives LSW_INVALID_ARGUMENT; then a null output gives
+// LSW_NULL_POINTER. An output is written only with LSW_OK. Identifiers beyond the
 // unit's tables never reach memory: they give LSW_INVALID_ARGUMENT where no other status is named.
 #pragma once
 
@@ -155,9 +155,9 @@ ZR_EXPORT uint32_t COM_ACL_AllocChipCounter(uint32_t unit, uint32_t *counterId);
 // unit does not have.
 ZR_EXPORT uint32_t COM_ACL_SetCounterInfoEntry(uint32_t unit, uint32_t counterId, uint32_t flag);
 
-// Binds a counter to the rule at `chipRuleId` and marks it taken (valid 1) or free (any other, kept as 0);
-// the status is that of the marking. The binding stays written when the marking fails; a counter id above
-// 255, which it cannot hold, gives LSW_NO_RESOURCE and leaves it as it was.
+// Binds a counter to the rule at `chipRuleId` and marks it taken (valid 1) or free (any other);
+// the status is that of the marking, which takes the arguments whole. The binding keeps the low 8 bits of both
+// and stays written when the marking fails.
 ZR_EXPORT uint32_t COM_ACL_SetRuleCounterMapEntry(uint32_t unit, uint32_t chipRuleId, uint32_t counterId,
                                                   uint32_t valid);
 

@@ -12,10 +12,10 @@ AclRuleInfo g_AclRuleInfo[LSWM_UNITS];
 
 uint32_t readRange(const AclRulePartInfo *part, uint32_t *firstId, uint32_t *count)
 {
-    if (firstId == nullptr || count == nullptr)
-        return LSW_NULL_POINTER;
     if (part == nullptr)
         return LSW_INVALID_ARGUMENT;
+    if (firstId == nullptr || count == nullptr)
+        return LSW_NULL_POINTER;
     *firstId = part->firstId;
     *count = part->count;
     return LSW_OK;
@@ -162,11 +162,11 @@ uint32_t COM_ACL_IsLogicRuleInUse(uint32_t unit, uint32_t logicRuleId)
 
 uint32_t COM_ACL_AllocLogicRuleId(uint32_t unit, uint32_t partition, uint32_t *logicRuleId)
 {
-    if (logicRuleId == nullptr)
-        return LSW_NULL_POINTER;
     const AclRulePartInfo *part = COM_ACL_GetLogicRulePartInfo(unit, partition);
     if (part == nullptr)
         return LSW_INVALID_ARGUMENT;
+    if (logicRuleId == nullptr)
+        return LSW_NULL_POINTER;
 
     const uint32_t end = part->firstId + part->count;
     const uint32_t id = zr::Bitmap(g_AclRuleInfo[unit].logicInUse).firstClear(part->firstId, end);
@@ -178,11 +178,11 @@ uint32_t COM_ACL_AllocLogicRuleId(uint32_t unit, uint32_t partition, uint32_t *l
 
 uint32_t COM_ACL_AllocChipRuleId(uint32_t unit, uint32_t partition, uint32_t count, uint32_t *firstChipId)
 {
-    if (firstChipId == nullptr)
-        return LSW_NULL_POINTER;
     const AclRulePartInfo *part = COM_ACL_GetChipRulePartInfo(unit, partition);
     if (part == nullptr)
         return LSW_INVALID_ARGUMENT;
+    if (firstChipId == nullptr)
+        return LSW_NULL_POINTER;
 
     const zr::Bitmap inUse(g_AclRuleInfo[unit].chipInUse);
     const uint32_t end = part->firstId + part->count;
@@ -245,11 +245,11 @@ uint32_t COM_ACL_ReleseRuleRecord(uint32_t unit, uint32_t logicRuleId)
 
 uint32_t COM_ACL_LogicRuleToChipRule(uint32_t unit, uint32_t logicRuleId, uint32_t *firstChipId)
 {
-    if (firstChipId == nullptr)
-        return LSW_NULL_POINTER;
     const AclRuleInfo *info = COM_ACL_GetRuleInfo(unit);
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
+    if (firstChipId == nullptr)
+        return LSW_NULL_POINTER;
     const AclRuleRecord *record = findByLogicId(*info, logicRuleId);
     if (record == nullptr)
         return LSW_CHIP_FAILED;
@@ -259,11 +259,11 @@ uint32_t COM_ACL_LogicRuleToChipRule(uint32_t unit, uint32_t logicRuleId, uint32
 
 uint32_t COM_ACL_GetRuleInfoFromChipId(uint32_t unit, uint32_t chipRuleId, AclRuleInfoView *rule)
 {
-    if (rule == nullptr)
-        return LSW_NULL_POINTER;
     AclRuleInfo *info = COM_ACL_GetRuleInfo(unit);
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
+    if (rule == nullptr)
+        return LSW_NULL_POINTER;
     if (!zr::Bitmap(info->chipInUse).test(chipRuleId))
         return LSW_NOT_FOUND;
     for (uint32_t i = 0; i < info->logicRuleNum; ++i) {
@@ -279,6 +279,8 @@ uint32_t COM_ACL_GetRuleInfoFromChipId(uint32_t unit, uint32_t chipRuleId, AclRu
 
 uint32_t COM_ACL_GetRuleCountFromChipRule(uint32_t unit, uint32_t chipRuleId, uint32_t *count)
 {
+    if (COM_ACL_GetRuleInfo(unit) == nullptr)
+        return LSW_CHIP_FAILED;
     if (count == nullptr)
         return LSW_NULL_POINTER;
     AclRuleInfoView rule;
