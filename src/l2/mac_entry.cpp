@@ -44,7 +44,8 @@ uint32_t HAL_MAC_AddMacZr(uint32_t unit, const LswmMacEntry *entry)
     addr.srcBlock = blocking;
     addr.dstBlock = blocking;
 
-    const uint8_t *mac = entry->mac;
+    uint8_t mac[6];
+    memcpy_s(mac, sizeof(mac), entry->mac, sizeof(entry->mac));
     const uint32_t ret = l2sw_l2_addr_add(unit, mac, &addr);
     if (ret == 0)
         return LSW_OK;
@@ -103,7 +104,9 @@ uint32_t HAL_MAC_DelByVlanMacZr(uint32_t unit, const LswmMacEntry *entry)
     L2UcastAddr addr{};
     addr.vlanKeyed = 1;
     addr.vlan = entry->vlan;
-    const uint32_t ret = l2sw_l2_addr_del(unit, entry->mac, &addr);
+    uint8_t mac[6];
+    memcpy_s(mac, sizeof(mac), entry->mac, sizeof(entry->mac));
+    const uint32_t ret = l2sw_l2_addr_del(unit, mac, &addr);
     if (ret != 0 && ret != SDK_L2_ENTRY_NOT_FOUND) {
         ZR_TRACE(DETAIL, MAC, "Zr del by vlan mac failed(unit:%u, retVal:0x%x).", unit, ret);
         return LSW_CHIP_FAILED;

@@ -144,8 +144,7 @@ uint32_t HAL_QOS_SetPriSelZr(uint32_t unit, uint32_t index, const uint32_t *valu
     if (values == nullptr)
         return LSW_NULL_POINTER;
     SdkQosRecord record{};
-    for (uint32_t i = 0; i < ZR_QOS_PRISEL_VALUES; ++i)
-        record.word[i] = values[i];
+    memcpy_s(record.word, sizeof(record.word), values, ZR_QOS_PRISEL_VALUES * sizeof(uint32_t));
     return l2sw_qos_priSel_set(unit, index, &record);
 }
 
@@ -179,8 +178,7 @@ uint32_t HAL_QOS_SetPortcheduleWeightZr(uint32_t unit, uint32_t port, const uint
     if (weights == nullptr)
         return LSW_NULL_POINTER;
     SdkQosRecord record;
-    for (uint32_t queue = 0; queue < ZR_QOS_QUEUES; ++queue)
-        record.word[queue] = weights[queue];
+    memcpy_s(record.word, sizeof(record.word), weights, ZR_QOS_QUEUES * sizeof(uint32_t));
     const uint32_t ret = l2sw_qos_schedulingQueue_set(unit, port, &record);
     return static_cast<int32_t>(ret) < 0 ? uint32_t{LSW_CHIP_FAILED} : ret;
 }
