@@ -49,6 +49,9 @@ public:
     Iterator begin() const { return Iterator(set_); }
     End end() const { return {}; }
 
+    // The lowest port, or LSWM_PORTS for an empty set.
+    uint32_t first() const { return firstFrom(set_, 0); }
+
 private:
     // The lowest port from `port` on, or LSWM_PORTS. Whole words without a port are skipped at once.
     static uint32_t firstFrom(const LswmPortSet *set, uint32_t port)

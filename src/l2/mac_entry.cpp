@@ -69,11 +69,11 @@ uint32_t ZR_MAC_SyncMacInsert(uint32_t unit, LswmMacEntry *entry)
         return LSW_INVALID_ARGUMENT;
     if (entry == nullptr)
         return LSW_NULL_POINTER;
-    for (uint32_t port : zr::PortSet(unit, LSWM_SET_CASCADE)) {
-        entry->port = static_cast<uint16_t>(port);
-        return HAL_MAC_AddMacZr(unit, entry);
-    }
-    return LSW_OK;
+    const uint32_t port = zr::PortSet(unit, LSWM_SET_CASCADE).first();
+    if (port == LSWM_PORTS)
+        return LSW_OK;
+    entry->port = static_cast<uint16_t>(port);
+    return HAL_MAC_AddMacZr(unit, entry);
 }
 
 uint32_t HAL_MAC_HasExistedMacTabZr(uint32_t unit, const LswmMacEntry *entry, uint32_t vlan)

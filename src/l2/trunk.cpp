@@ -8,19 +8,27 @@
 namespace
 {
 
-// Values of the chip's trunk hashing.
+// Constants of the chip's trunk hashing; the SDK defines their bits.
 constexpr uint32_t kTrunkMode = 1;
-constexpr uint32_t kAllGroups = 0xFF;
+constexpr uint32_t kHashGroups = 0xFF;
 constexpr uint32_t kHashInputs = 0x7F;
 
-// Chip ports that a group takes. The SDK hands out group 1's mask in chip port numbers and takes it
-// counted from the group's first port.
+// Chip ports that a group takes. An add shifts the mask that it read down by the group's first chip port:
+// the SDK is assumed to return group 1's mask in chip port numbers and to take it counted from chip port 4.
 constexpr struct {
     uint32_t firstChipPort;
     uint32_t chipPorts;
 } kGroups[ZR_TRUNK_GROUPS] = {{0, 4}, {4, 32}};
 
 } // namespace
+
+uint32_t ZR_TRUNK_AddMember(uint32_t unit, uint32_t port, uint32_t trunk)
+{
+    if (uint32_t ret = HAL_TRUNK_AddMemberZr(unit, trunk, port); ret != LSW_OK)
+        return ZR_FAILED(TRUNK, ret, "HAL TRUNK AddMember Zr ret = %u, unitId = %u, portId = %u, trunkId = %u",
+                         ret, unit, port, trunk);
+    return LSW_OK;
+}
 
 uint32_t HAL_TRUNK_AddMemberZr(uint32_t unit, uint32_t trunk, uint32_t port)
 {
@@ -45,11 +53,10 @@ uint32_t HAL_TRUNK_AddMemberZr(uint32_t unit, uint32_t trunk, uint32_t port)
     return LSW_OK;
 }
 
-uint32_t ZR_TRUNK_AddMember(uint32_t unit, uint32_t port, uint32_t trunk)
+uint32_t ZR_TRUNK_DelMember(uint32_t unit, uint32_t port, uint32_t trunk)
 {
-    const uint32_t ret = HAL_TRUNK_AddMemberZr(unit, trunk, port);
-    if (ret != LSW_OK)
-        return ZR_FAILED(TRUNK, ret, "HAL TRUNK AddMember Zr ret = %u, unitId = %u, portId = %u, trunkId = %u",
+    if (uint32_t ret = HAL_TRUNK_DelMemberZr(unit, trunk, port); ret != LSW_OK)
+        return ZR_FAILED(TRUNK, ret, "HAL TRUNK DelMember Zr ret = %u, unitId = %u, portId = %u, trunkId = %u",
                          ret, unit, port, trunk);
     return LSW_OK;
 }
@@ -76,12 +83,16 @@ uint32_t HAL_TRUNK_DelMemberZr(uint32_t unit, uint32_t trunk, uint32_t port)
     return LSW_OK;
 }
 
-uint32_t ZR_TRUNK_DelMember(uint32_t unit, uint32_t port, uint32_t trunk)
+uint32_t ZR_TRUNK_GetMember(uint32_t unit, uint32_t logicTrunkId, uint32_t *memberMask)
 {
-    const uint32_t ret = HAL_TRUNK_DelMemberZr(unit, trunk, port);
-    if (ret != LSW_OK)
-        return ZR_FAILED(TRUNK, ret, "HAL TRUNK DelMember Zr ret = %u, unitId = %u, portId = %u, trunkId = %u",
-                         ret, unit, port, trunk);
+    uint32_t trunk = 0;
+    if (uint32_t ret = COM_TRUNK_LogicidToChipid(unit, logicTrunkId, &trunk); ret != LSW_OK)
+        return ZR_CHIP_FAILED(
+            TRUNK, ret, "ZR get member (logicTrunkId to trunkId failed)ret = %d unit =%u logicTrunkId =%u.",
+            static_cast<int>(ret), unit, logicTrunkId);
+    if (uint32_t ret = HAL_TRUNK_GetMemberZr(unit, trunk, memberMask); ret != LSW_OK)
+        return ZR_FAILED(TRUNK, ret, "HAL TRUNK GetMember Zr ret = %u, unitId = %u, trunkId = %u", ret, unit,
+                         logicTrunkId);
     return LSW_OK;
 }
 
@@ -97,24 +108,9 @@ uint32_t HAL_TRUNK_GetMemberZr(uint32_t unit, uint32_t trunk, uint32_t *memberMa
     return LSW_OK;
 }
 
-uint32_t ZR_TRUNK_GetMember(uint32_t unit, uint32_t logicTrunkId, uint32_t *memberMask)
-{
-    uint32_t trunk = 0;
-    if (uint32_t ret = COM_TRUNK_LogicidToChipid(unit, logicTrunkId, &trunk); ret != LSW_OK)
-        return ZR_CHIP_FAILED(
-            TRUNK, ret, "ZR get member (logicTrunkId to trunkId failed)ret = %d unit =%u logicTrunkId =%u.",
-            static_cast<int>(ret), unit, logicTrunkId);
-    const uint32_t ret = HAL_TRUNK_GetMemberZr(unit, trunk, memberMask);
-    if (ret != LSW_OK)
-        return ZR_FAILED(TRUNK, ret, "HAL TRUNK GetMember Zr ret = %u, unitId = %u, trunkId = %u", ret, unit,
-                         logicTrunkId);
-    return LSW_OK;
-}
-
 uint32_t ZR_TRUNK_Create(uint32_t unit, uint32_t logicTrunkId)
 {
-    const uint32_t ret = COM_TRUNK_SetMeterInfo(unit, logicTrunkId, 0);
-    if (ret != LSW_OK)
+    if (uint32_t ret = COM_TRUNK_SetMeterInfo(unit, logicTrunkId, 0); ret != LSW_OK)
         return ZR_FAILED(TRUNK, ret, "TRUNK ZR create fail ret = %u, unitId = %u, trunkId = %u", ret, unit,
                          logicTrunkId);
     return LSW_OK;
@@ -145,6 +141,15 @@ uint32_t ZR_TRUNK_GetTrunkNum(uint32_t unit, uint32_t *number)
     return LSW_OK;
 }
 
+uint32_t ZR_TRUNK_InitMode(uint32_t unit)
+{
+    if (uint32_t ret = HAL_TRUNK_InitHashModeZr(unit); ret != LSW_OK)
+        return ZR_FAILED(PORT, ret, "HAL TRUNK InitHashMode Zr ret = %u, unitId = %u", ret, unit);
+    if (uint32_t ret = HAL_TRUNK_InitHashSelectZr(unit); ret != LSW_OK)
+        return ZR_FAILED(PORT, ret, "HAL TRUNK InitHashSelect Zr ret = %u, unitId = %u", ret, unit);
+    return LSW_OK;
+}
+
 uint32_t HAL_TRUNK_InitHashModeZr(uint32_t unit)
 {
     if (uint32_t ret = l2sw_trunk_mode_set(unit, kTrunkMode); ret != 0)
@@ -154,17 +159,8 @@ uint32_t HAL_TRUNK_InitHashModeZr(uint32_t unit)
 
 uint32_t HAL_TRUNK_InitHashSelectZr(uint32_t unit)
 {
-    if (uint32_t ret = l2sw_trunk_distributionAlgorithm_set(unit, kAllGroups, kHashInputs); ret != 0)
+    if (uint32_t ret = l2sw_trunk_distributionAlgorithm_set(unit, kHashGroups, kHashInputs); ret != 0)
         return ZR_CHIP_FAILED(TRUNK, ret, "l2sw trunk distributionAlgorithm set failed (ret = %u, unit = %u).",
                               ret, unit);
-    return LSW_OK;
-}
-
-uint32_t ZR_TRUNK_InitMode(uint32_t unit)
-{
-    if (uint32_t ret = HAL_TRUNK_InitHashModeZr(unit); ret != LSW_OK)
-        return ZR_FAILED(PORT, ret, "HAL TRUNK InitHashMode Zr ret = %u, unitId = %u", ret, unit);
-    if (uint32_t ret = HAL_TRUNK_InitHashSelectZr(unit); ret != LSW_OK)
-        return ZR_FAILED(PORT, ret, "HAL TRUNK InitHashSelect Zr ret = %u, unitId = %u", ret, unit);
     return LSW_OK;
 }

@@ -7,22 +7,6 @@
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
-uint32_t HAL_VLAN_InitZr(uint32_t unit)
-{
-    if (uint32_t ret = l2sw_vlan_init(unit); ret != 0)
-        return ZR_CHIP_FAILED(VLAN, ret, "Zr vlan init failed (unit:%u, retVal:0x%x).", unit, ret);
-    return LSW_OK;
-}
-
-uint32_t HAL_VLAN_UntagDscpPriorityEnableZr(uint32_t unit, uint32_t enable)
-{
-    if (uint32_t ret = l2sw_vlan_UntagDscpPriorityEnable_set(unit, enable); ret != 0)
-        return ZR_CHIP_FAILED(
-            VLAN, ret, "Zr vlan Untag Dscp Priority Enable failed. (retVal = %d, unit = %u, enable = %u).",
-            static_cast<int>(ret), unit, enable);
-    return LSW_OK;
-}
-
 uint32_t ZR_VLAN_Init(uint32_t unit)
 {
     const LswmUnitInfo *info = zr::unitInfo(unit);
@@ -46,14 +30,19 @@ uint32_t ZR_VLAN_Init(uint32_t unit)
     return LSW_OK;
 }
 
-uint32_t HAL_VLAN_CreateZr(uint32_t unit, uint32_t vlan)
+uint32_t HAL_VLAN_InitZr(uint32_t unit)
 {
-    VlanCfg cfg;
-    zr::clear(cfg);
-    cfg.independentLearning = 1;
-    if (uint32_t ret = l2sw_vlan_set(unit, vlan, &cfg); ret != 0)
-        return ZR_CHIP_FAILED(VLAN, ret, "Zr vlan create failed (unit:%u, vlan:%u, retVal:0x%x).", unit, vlan,
-                              ret);
+    if (uint32_t ret = l2sw_vlan_init(unit); ret != 0)
+        return ZR_CHIP_FAILED(VLAN, ret, "Zr vlan init failed (unit:%u, retVal:0x%x).", unit, ret);
+    return LSW_OK;
+}
+
+uint32_t HAL_VLAN_UntagDscpPriorityEnableZr(uint32_t unit, uint32_t enable)
+{
+    if (uint32_t ret = l2sw_vlan_UntagDscpPriorityEnable_set(unit, enable); ret != 0)
+        return ZR_CHIP_FAILED(
+            VLAN, ret, "Zr vlan Untag Dscp Priority Enable failed. (retVal = %d, unit = %u, enable = %u).",
+            static_cast<int>(ret), unit, enable);
     return LSW_OK;
 }
 
@@ -71,11 +60,13 @@ uint32_t ZR_VLAN_Create(uint32_t unit, uint32_t vlan)
     return LSW_OK;
 }
 
-uint32_t HAL_VLAN_DestroyZr(uint32_t unit, uint32_t vlan)
+uint32_t HAL_VLAN_CreateZr(uint32_t unit, uint32_t vlan)
 {
-    VlanCfg cfg{};
+    VlanCfg cfg;
+    zr::clear(cfg);
+    cfg.independentLearning = 1;
     if (uint32_t ret = l2sw_vlan_set(unit, vlan, &cfg); ret != 0)
-        return ZR_CHIP_FAILED(VLAN, ret, "Zr vlan destroy failed (unit:%u, vlan:%u, retVal:0x%x).", unit, vlan,
+        return ZR_CHIP_FAILED(VLAN, ret, "Zr vlan create failed (unit:%u, vlan:%u, retVal:0x%x).", unit, vlan,
                               ret);
     return LSW_OK;
 }
@@ -94,20 +85,31 @@ uint32_t ZR_VLAN_Delete(uint32_t unit, uint32_t vlan)
     return LSW_OK;
 }
 
-uint32_t HAL_VLAN_GetPortMapZr(uint32_t unit, uint32_t vlan, uint32_t *memberMask, uint32_t *untagMask)
+uint32_t HAL_VLAN_DestroyZr(uint32_t unit, uint32_t vlan)
 {
-    if (memberMask == nullptr || untagMask == nullptr)
-        return LSW_NULL_POINTER;
-    VlanCfg cfg{};
-    if (uint32_t ret = l2sw_vlan_get(unit, vlan, &cfg); ret != 0)
-        return ZR_CHIP_FAILED(VLAN, ret, "Zr get vlan portmap failed (unit:%u, vlan:%u, retVal:0x%x).", unit,
-                              vlan, ret);
-    *memberMask = cfg.memberMask;
-    *untagMask = cfg.untagMask;
+    VlanCfg cfg;
+    zr::clear(cfg);
+    if (uint32_t ret = l2sw_vlan_set(unit, vlan, &cfg); ret != 0)
+        return ZR_CHIP_FAILED(VLAN, ret, "Zr vlan destroy failed (unit:%u, vlan:%u, retVal:0x%x).", unit, vlan,
+                              ret);
     return LSW_OK;
 }
 
 uint32_t ZR_VLAN_GetPortMap(uint32_t unit, uint32_t vlan, uint32_t *memberMask, uint32_t *untagMask)
 {
     return HAL_VLAN_GetPortMapZr(unit, vlan, memberMask, untagMask);
+}
+
+uint32_t HAL_VLAN_GetPortMapZr(uint32_t unit, uint32_t vlan, uint32_t *memberMask, uint32_t *untagMask)
+{
+    if (memberMask == nullptr || untagMask == nullptr)
+        return LSW_NULL_POINTER;
+    VlanCfg cfg;
+    zr::clear(cfg);
+    if (uint32_t ret = l2sw_vlan_get(unit, vlan, &cfg); ret != 0)
+        return ZR_CHIP_FAILED(VLAN, ret, "Zr get vlan portmap failed (unit:%u, vlan:%u, retVal:0x%x).", unit,
+                              vlan, ret);
+    *memberMask = cfg.memberMask;
+    *untagMask = cfg.untagMask;
+    return LSW_OK;
 }

@@ -5,6 +5,11 @@
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
+uint32_t ZR_VLAN_SetPortPvid(uint32_t unit, uint32_t port, uint32_t vlan)
+{
+    return HAL_VLAN_SetPortPvidZr(unit, port, vlan);
+}
+
 uint32_t HAL_VLAN_SetPortPvidZr(uint32_t unit, uint32_t port, uint32_t vlan)
 {
     if (uint32_t ret = l2sw_vlan_portPvid_set(unit, port, vlan, 0); ret != 0)
@@ -13,9 +18,9 @@ uint32_t HAL_VLAN_SetPortPvidZr(uint32_t unit, uint32_t port, uint32_t vlan)
     return LSW_OK;
 }
 
-uint32_t ZR_VLAN_SetPortPvid(uint32_t unit, uint32_t port, uint32_t vlan)
+uint32_t ZR_VLAN_GetPortPvid(uint32_t unit, uint32_t port, uint32_t *vlan)
 {
-    return HAL_VLAN_SetPortPvidZr(unit, port, vlan);
+    return HAL_VLAN_GetPortPvidZr(unit, port, vlan);
 }
 
 uint32_t HAL_VLAN_GetPortPvidZr(uint32_t unit, uint32_t port, uint32_t *vlan)
@@ -33,9 +38,10 @@ uint32_t HAL_VLAN_GetPortPvidZr(uint32_t unit, uint32_t port, uint32_t *vlan)
     return LSW_OK;
 }
 
-uint32_t ZR_VLAN_GetPortPvid(uint32_t unit, uint32_t port, uint32_t *vlan)
+uint32_t ZR_VLAN_SetIgrPortFilter(uint32_t unit, uint32_t port, uint32_t enable)
 {
-    return HAL_VLAN_GetPortPvidZr(unit, port, vlan);
+    HAL_VLAN_SetPortFilterZr(unit, port, enable);
+    return LSW_OK;
 }
 
 uint32_t HAL_VLAN_SetPortFilterZr(uint32_t unit, uint32_t port, uint32_t enable)
@@ -43,12 +49,6 @@ uint32_t HAL_VLAN_SetPortFilterZr(uint32_t unit, uint32_t port, uint32_t enable)
     if (uint32_t ret = l2sw_vlan_portIgrFilterEnable_set(unit, port, enable); ret != 0)
         return ZR_PRINT_FAILED(VLAN, ret, "ingress port filter set failed (unit:%u, port:%u, igrEn:%u).", unit,
                                port, enable);
-    return LSW_OK;
-}
-
-uint32_t ZR_VLAN_SetIgrPortFilter(uint32_t unit, uint32_t port, uint32_t enable)
-{
-    HAL_VLAN_SetPortFilterZr(unit, port, enable);
     return LSW_OK;
 }
 

@@ -31,26 +31,6 @@ uint32_t ZR_HSEC_ConfigCar(uint8_t unit, uint32_t chipMeter, const LswmCar *car)
     return HAL_HSEC_ConfigCarZr(unit, chipMeter, car);
 }
 
-uint32_t ZR_HSEC_GetCar(uint32_t unit, uint32_t chipMeter, LswmCar *car)
-{
-    return HAL_HSEC_GetCarZr(unit, chipMeter, car);
-}
-
-uint32_t ZR_HSEC_DelCar(uint32_t unit, uint32_t chipMeter)
-{
-    return HAL_HSEC_DelCarZr(unit, chipMeter);
-}
-
-uint32_t ZR_HSEC_GetStat(uint32_t unit, uint32_t chipRuleId, LswmCounter *counter)
-{
-    if (counter == nullptr)
-        return LSW_NULL_POINTER;
-    uint32_t counterId = 0;
-    if (COM_ACL_GetCounterIdFromChipRuleId(unit, chipRuleId, &counterId) != LSW_OK)
-        return LSW_CHIP_FAILED;
-    return HAL_HSEC_GetCntZr(unit, counterId, counter);
-}
-
 uint32_t HAL_HSEC_ConfigCarZr(uint8_t unit, uint32_t chipMeter, const LswmCar *car)
 {
     if (car == nullptr)
@@ -61,6 +41,24 @@ uint32_t HAL_HSEC_ConfigCarZr(uint8_t unit, uint32_t chipMeter, const LswmCar *c
         return LSW_CHIP_FAILED;
     if (l2sw_rate_shareMeterBucket_set(unit, chipMeter, chipBucketOf(car->bucket)) != 0)
         return LSW_CHIP_FAILED;
+    return LSW_OK;
+}
+
+uint32_t ZR_HSEC_GetCar(uint32_t unit, uint32_t chipMeter, LswmCar *car)
+{
+    return HAL_HSEC_GetCarZr(unit, chipMeter, car);
+}
+
+uint32_t HAL_HSEC_GetCarZr(uint32_t unit, uint32_t chipMeter, LswmCar *car)
+{
+    if (car == nullptr)
+        return LSW_NULL_POINTER;
+    if (uint32_t ret = HAL_HSEC_GetSharedMeterZr(unit, chipMeter, &car->rate, &car->mode); ret != LSW_OK)
+        return ZR_CHIP_FAILED(ACL, ret, "Zr get car failed (unit:%u, meter:%u, ret:%u).", unit, chipMeter, ret);
+    uint32_t chipBucket = 0;
+    if (l2sw_rate_shareMeterBucket_get(zr::unit8(unit), chipMeter, &chipBucket) != 0)
+        return LSW_CHIP_FAILED;
+    car->bucket = chipBucket;
     return LSW_OK;
 }
 
@@ -79,17 +77,24 @@ uint32_t HAL_HSEC_GetSharedMeterZr(uint32_t unit, uint32_t chipMeter, uint32_t *
     return LSW_OK;
 }
 
-uint32_t HAL_HSEC_GetCarZr(uint32_t unit, uint32_t chipMeter, LswmCar *car)
+uint32_t ZR_HSEC_DelCar(uint32_t unit, uint32_t chipMeter)
 {
-    if (car == nullptr)
-        return LSW_NULL_POINTER;
-    if (uint32_t ret = HAL_HSEC_GetSharedMeterZr(unit, chipMeter, &car->rate, &car->mode); ret != LSW_OK)
-        return ZR_CHIP_FAILED(ACL, ret, "Zr get car failed (unit:%u, meter:%u, ret:%u).", unit, chipMeter, ret);
-    uint32_t chipBucket = 0;
-    if (l2sw_rate_shareMeterBucket_get(zr::unit8(unit), chipMeter, &chipBucket) != 0)
-        return LSW_CHIP_FAILED;
-    car->bucket = chipBucket;
+    return HAL_HSEC_DelCarZr(unit, chipMeter);
+}
+
+uint32_t HAL_HSEC_DelCarZr(uint32_t, uint32_t)
+{
     return LSW_OK;
+}
+
+uint32_t ZR_HSEC_GetStat(uint32_t unit, uint32_t chipRuleId, LswmCounter *counter)
+{
+    if (counter == nullptr)
+        return LSW_NULL_POINTER;
+    uint32_t counterId = 0;
+    if (COM_ACL_GetCounterIdFromChipRuleId(unit, chipRuleId, &counterId) != LSW_OK)
+        return LSW_CHIP_FAILED;
+    return HAL_HSEC_GetCntZr(unit, counterId, counter);
 }
 
 uint32_t HAL_HSEC_GetCntZr(uint32_t unit, uint32_t counterId, LswmCounter *counter)
@@ -101,10 +106,5 @@ uint32_t HAL_HSEC_GetCntZr(uint32_t unit, uint32_t counterId, LswmCounter *count
         return LSW_CHIP_FAILED;
     counter->count = count;
     counter->second = 0;
-    return LSW_OK;
-}
-
-uint32_t HAL_HSEC_DelCarZr(uint32_t, uint32_t)
-{
     return LSW_OK;
 }

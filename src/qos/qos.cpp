@@ -21,18 +21,26 @@ uint32_t ZR_QOS_Init(uint32_t unit)
 
 uint32_t ZR_QOS_ChipInit(uint32_t unit)
 {
-    const uint32_t ret = HAL_QOS_ChipInitZr(unit);
-    if (ret != LSW_OK)
+    if (uint32_t ret = HAL_QOS_ChipInitZr(unit); ret != LSW_OK)
         return ZR_FAILED(QOS, ret, "HAL QOS chip init failed Zr unitId = %u, ret = %u", unit, ret);
     return LSW_OK;
 }
 
+uint32_t HAL_QOS_ChipInitZr(uint32_t unit)
+{
+    return l2sw_qos_init(unit, ZR_QOS_QUEUES) == 0 ? LSW_OK : LSW_CHIP_FAILED;
+}
+
 uint32_t ZR_QOS_MmuBuffInit(uint32_t unit)
 {
-    const uint32_t ret = HAL_QOS_SetSysBasedFCThreshZr(unit, ZR_QOS_PAUSE_THRESHOLD);
-    if (ret != LSW_OK)
+    if (uint32_t ret = HAL_QOS_SetSysBasedFCThreshZr(unit, ZR_QOS_PAUSE_THRESHOLD); ret != LSW_OK)
         return ZR_FAILED(QOS, ret, "Set SysBasedFCThresh Zr unitId = %u, ret = %u", unit, ret);
     return LSW_OK;
+}
+
+uint32_t HAL_QOS_SetSysBasedFCThreshZr(uint32_t unit, uint32_t threshold)
+{
+    return l2sw_Flow_Control_Pause_All_set(unit, threshold);
 }
 
 uint32_t ZR_QOS_EgrInit(uint32_t unit)
@@ -53,10 +61,18 @@ uint32_t ZR_QOS_EgrInit(uint32_t unit)
 uint32_t ZR_QOS_PriSelInit(uint32_t unit)
 {
     static constexpr uint32_t kPriSel[ZR_QOS_PRISEL_VALUES] = {1, 5, 7, 6, 0};
-    const uint32_t ret = HAL_QOS_SetPriSelZr(unit, ZR_QOS_PRISEL_INDEX, kPriSel);
-    if (ret != LSW_OK)
+    if (uint32_t ret = HAL_QOS_SetPriSelZr(unit, ZR_QOS_PRISEL_INDEX, kPriSel); ret != LSW_OK)
         return ZR_FAILED(QOS, ret, "HAL QOS Set PriSel Zr unitId = %u, ret = %u", unit, ret);
     return LSW_OK;
+}
+
+uint32_t HAL_QOS_SetPriSelZr(uint32_t unit, uint32_t index, const uint32_t *values)
+{
+    if (values == nullptr)
+        return LSW_NULL_POINTER;
+    SdkQosRecord record{};
+    memcpy_s(record.word, sizeof(record.word), values, ZR_QOS_PRISEL_VALUES * sizeof(uint32_t));
+    return l2sw_qos_priSel_set(unit, index, &record);
 }
 
 uint32_t ZR_QOS_PortPriSelInit(uint32_t unit)
@@ -74,6 +90,11 @@ uint32_t ZR_QOS_PortPriSelInit(uint32_t unit)
     return LSW_OK;
 }
 
+uint32_t HAL_QOS_SetPortPriSelZr(uint32_t unit, uint32_t port, uint32_t index)
+{
+    return l2sw_qos_portPriSelIndex_set(unit, port, index);
+}
+
 uint32_t ZR_QOS_QueueMapInit(uint32_t unit)
 {
     if (uint32_t ret = ZR_QOS_PriMapInit(unit); ret != LSW_OK)
@@ -89,10 +110,19 @@ uint32_t ZR_QOS_PriMapInit(uint32_t unit)
 {
     static constexpr uint32_t kQueueOfPriority[ZR_QOS_QUEUES] = {0, 1, 2, 3, 4, 5, 6, 7};
     // The chip has a map per number of queues: the selector is that number.
-    const uint32_t ret = HAL_QOS_SetPriMapZr(unit, ZR_QOS_QUEUES, kQueueOfPriority, ZR_QOS_QUEUES);
-    if (ret != LSW_OK)
+    if (uint32_t ret = HAL_QOS_SetPriMapZr(unit, ZR_QOS_QUEUES, kQueueOfPriority, ZR_QOS_QUEUES); ret != LSW_OK)
         return ZR_FAILED(QOS, ret, "HAL QOS Set PriMap Zr unitId = %u, ret = %u", unit, ret);
     return LSW_OK;
+}
+
+uint32_t HAL_QOS_SetPriMapZr(uint32_t unit, uint32_t selector, const uint32_t *map, uint32_t count)
+{
+    if (count > ZR_QOS_QUEUES)
+        return LSW_INVALID_ARGUMENT;
+    SdkQosRecord record{};
+    if (memcpy_s(record.word, sizeof(record.word), map, count * sizeof(uint32_t)) != 0)
+        return LSW_CHIP_FAILED;
+    return l2sw_qos_priMap_set(unit, selector, &record);
 }
 
 uint32_t ZR_QOS_DscpPriMapInit(uint32_t unit)
@@ -105,6 +135,11 @@ uint32_t ZR_QOS_DscpPriMapInit(uint32_t unit)
     return LSW_OK;
 }
 
+uint32_t HAL_QOS_SetDscpPriMapZr(uint32_t unit, uint32_t dscp, uint32_t priority)
+{
+    return l2sw_qos_dscpPriRemap_set(unit, dscp, priority);
+}
+
 uint32_t ZR_QOS_PqPriMapInit(uint32_t unit)
 {
     for (uint32_t p8021 = 0; p8021 < ZR_QOS_QUEUES; ++p8021) {
@@ -113,6 +148,11 @@ uint32_t ZR_QOS_PqPriMapInit(uint32_t unit)
                              ret);
     }
     return LSW_OK;
+}
+
+uint32_t HAL_QOS_Set1pPriMapZr(uint32_t unit, uint32_t p8021, uint32_t priority)
+{
+    return l2sw_qos_1pPriRemap_set(unit, p8021, priority);
 }
 
 uint32_t ZR_QOS_QueScheduleInit(uint32_t unit)
@@ -127,50 +167,6 @@ uint32_t ZR_QOS_QueScheduleInit(uint32_t unit)
                              port, ret);
     }
     return LSW_OK;
-}
-
-uint32_t HAL_QOS_ChipInitZr(uint32_t unit)
-{
-    return l2sw_qos_init(unit, ZR_QOS_QUEUES) == 0 ? LSW_OK : LSW_CHIP_FAILED;
-}
-
-uint32_t HAL_QOS_SetSysBasedFCThreshZr(uint32_t unit, uint32_t threshold)
-{
-    return l2sw_Flow_Control_Pause_All_set(unit, threshold);
-}
-
-uint32_t HAL_QOS_SetPriSelZr(uint32_t unit, uint32_t index, const uint32_t *values)
-{
-    if (values == nullptr)
-        return LSW_NULL_POINTER;
-    SdkQosRecord record{};
-    memcpy_s(record.word, sizeof(record.word), values, ZR_QOS_PRISEL_VALUES * sizeof(uint32_t));
-    return l2sw_qos_priSel_set(unit, index, &record);
-}
-
-uint32_t HAL_QOS_SetPortPriSelZr(uint32_t unit, uint32_t port, uint32_t index)
-{
-    return l2sw_qos_portPriSelIndex_set(unit, port, index);
-}
-
-uint32_t HAL_QOS_SetPriMapZr(uint32_t unit, uint32_t selector, const uint32_t *map, uint32_t count)
-{
-    if (count > ZR_QOS_QUEUES)
-        return LSW_INVALID_ARGUMENT;
-    SdkQosRecord record{};
-    if (memcpy_s(record.word, sizeof(record.word), map, count * sizeof(uint32_t)) != 0)
-        return LSW_CHIP_FAILED;
-    return l2sw_qos_priMap_set(unit, selector, &record);
-}
-
-uint32_t HAL_QOS_SetDscpPriMapZr(uint32_t unit, uint32_t dscp, uint32_t priority)
-{
-    return l2sw_qos_dscpPriRemap_set(unit, dscp, priority);
-}
-
-uint32_t HAL_QOS_Set1pPriMapZr(uint32_t unit, uint32_t p8021, uint32_t priority)
-{
-    return l2sw_qos_1pPriRemap_set(unit, p8021, priority);
 }
 
 uint32_t HAL_QOS_SetPortcheduleWeightZr(uint32_t unit, uint32_t port, const uint32_t *weights)

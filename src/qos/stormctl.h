@@ -1,5 +1,9 @@
-// Storm control: floods of one packet class on one port are bound to one of the chip's shared meters.
-// The meter's rate is whatever was programmed into it before (qos/hsec.h).
+// Storm control: binds the flooded frames of one packet type on one port to one of the chip's shared meters.
+// The meter's rate is what was programmed into it before (qos/hsec.h).
+//
+// Every failure is logged under LSW_MODULE_STORMCTL, stops, and returns LSW_CHIP_FAILED where nothing else is
+// said; what was done stays done. Ports, meters and enables are passed to the SDK unchecked. The SDK takes the
+// unit in 8 bits: a unit above 255 acts on its low 8 bits.
 #pragma once
 
 #include "platform/chip_records.h"
@@ -7,23 +11,23 @@
 
 ZR_EXTERN_C_BEGIN
 
-enum { ZR_STORMCTL_BUCKET_MIN = 1000 }; // chip's bucket unit
+enum { ZR_STORMCTL_BUCKET_MIN = 1000 }; // in the chip's bucket unit
 
-// Storm control stays off until the first ZR_STORMCTL_Set of a port: touches nothing, returns 0.
+// Does nothing, returns LSW_OK: storm control stays off until the first ZR_STORMCTL_Set.
 ZR_EXPORT uint32_t ZR_STORMCTL_Init(uint32_t unit);
 
-// HAL_STORMCTL_SetZr for one port; a failure is printed (module 7) and its status returned. The chip has
-// no global port: port 0xFFFFFFFF succeeds without a chip call, traced at LSW_TRACE_EVENT.
+// Adapts the bucket of control->meter, switches storm control on for the whole unit (also when the port's is
+// being switched off), binds the meter to the port and packet type, and sets the port's enable. A packet type
+// above 2 is printed with status LSW_INVALID_ARGUMENT and returns LSW_CHIP_FAILED before any chip call. A null
+// record returns LSW_NULL_POINTER, which HAL_STORMCTL_SetZr does not print.
+//
+// ZR_STORMCTL_Set prints a line of its own for a failure and returns its status unchanged. The chip has no
+// global port: port 0xFFFFFFFF succeeds without a chip call, whatever the record, and is traced (event).
 ZR_EXPORT uint32_t ZR_STORMCTL_Set(uint32_t unit, uint32_t port, const LswmStormControl *control);
-
-// Adapts the meter's bucket, switches storm control on for the whole unit (also when the port's is switched
-// off), binds the meter to the port's packet class and sets the port's enable. Each failure prints its line,
-// stops, and answers LSW_CHIP_FAILED, as does an unknown packet type, which is printed with status 1 before
-// any chip call; what was done stays done. A null record: LSW_NULL_POINTER, not printed.
 ZR_EXPORT uint32_t HAL_STORMCTL_SetZr(uint32_t unit, uint32_t port, const LswmStormControl *control);
 
-// Sets the meter's bucket to its rate in chip units, within ZR_STORMCTL_BUCKET_MIN and SDK_BUCKET_MAX. A
-// failure is printed and answers LSW_CHIP_FAILED.
+// Sets a meter's bucket to the number of its rate in the chip's unit, at least ZR_STORMCTL_BUCKET_MIN, at most
+// SDK_BUCKET_MAX.
 ZR_EXPORT uint32_t HAL_STORMCTL_AdaptBucketSizeZr(uint32_t unit, uint32_t meter);
 
 ZR_EXTERN_C_END

@@ -49,10 +49,10 @@ uint32_t COM_QOS_StatInfoInit(uint32_t unit, uint32_t type, uint32_t count)
     if (count == 0)
         return LSW_OK;
     // The count follows the map, so that it never promises entries that are not there.
-    const uint32_t ret = COM_QOS_StatMapInfoInit(unit, type, count);
-    if (ret == LSW_OK)
-        stat.part->entryCount = static_cast<uint16_t>(count);
-    return ret;
+    if (uint32_t ret = COM_QOS_StatMapInfoInit(unit, type, count); ret != LSW_OK)
+        return ret;
+    stat.part->entryCount = static_cast<uint16_t>(count);
+    return LSW_OK;
 }
 
 uint32_t COM_QOS_StatMapInfoInit(uint32_t unit, uint32_t type, uint32_t count)
