@@ -100,11 +100,12 @@ package() {
         cmake --build "$work/cmake" &&
         "$work/cmake/consumer" &&
         export PKG_CONFIG_PATH="$work/prefix/lib/pkgconfig:$(echo "$work"/prefix/lib/*/pkgconfig)" &&
+        eval "libdir=$(pkg-config --variable=libdir zrlsw)" &&
         eval "set -- $(pkg-config --cflags --libs zrlsw)" &&
         cc -std=c11 -Wall -Wextra -Werror tests/package/consumer.c -o "$work/consumer" "$@" "$PWD/$platform" \
-            -Wl,-rpath,"$(pkg-config --variable=libdir zrlsw)" -Wl,-rpath,"$PWD/$build/lib" &&
+            -Wl,-rpath,"$libdir" -Wl,-rpath,"$PWD/$build/lib" &&
         "$work/consumer" &&
-        cmp "$(pkg-config --variable=libdir zrlsw)/libzrlsw.so" "$library"
+        cmp "$libdir/libzrlsw.so" "$library"
 }
 
 # Every public header alone, as C11 and as C++20.
