@@ -93,36 +93,43 @@ Number count(uint32_t number)
     return id("count", number, 257);
 }
 
-const bool recordsAdded =
-    addSweeps("acl_records",
+const bool recordsAdded = addSweeps("acl_records", {
+                                                       SWEEP(COM_ACL_GetRuleInfo, unit),
+                                                       SWEEP(COM_ACL_GetLogicRulePartInfo, unit, partition(3)),
+                                                       SWEEP(COM_ACL_GetChipRulePartInfo, unit, partition(3)),
+                                                       SWEEP(COM_ACL_GetCounterInfo, unit),
+                                                       SWEEP(COM_ACL_RuleInfoInit, unit, count(96)),
+                                                       SWEEP(COM_ACL_CounterInfoInit, unit, count(32)),
+                                                   });
+
+const bool recordsAdded2 =
+    addSweeps("acl_records", records,
               {
-                  SWEEP(COM_ACL_GetRuleInfo, unit),
-                  SWEEP(COM_ACL_GetLogicRulePartInfo, unit, partition(3)),
-                  SWEEP(COM_ACL_GetChipRulePartInfo, unit, partition(3)),
-                  SWEEP(COM_ACL_GetCounterInfo, unit),
-                  SWEEP(COM_ACL_RuleInfoInit, unit, count(96)),
-                  SWEEP(COM_ACL_CounterInfoInit, unit, count(32)),
-                  SWEEP(COM_ACL_GetLogicRulePartRange, unit, partition(1), out, out).after(records),
-                  SWEEP(COM_ACL_GetChipRulePartRange, unit, partition(1), out, out).after(records),
-                  SWEEP(COM_ACL_LogicRulePartInit, unit, partition(1), logicRule(16), count(58)).after(records),
-                  SWEEP(COM_ACL_ChipRulePartInit, unit, partition(1), chipRule(16), count(58)).after(records),
-                  SWEEP(COM_ACL_IsLogicRuleInUse, unit, logicRule(0)).after(recordedRule),
-                  SWEEP(COM_ACL_AllocLogicRuleId, unit, partition(0), out).after(records),
-                  SWEEP(COM_ACL_AllocChipRuleId, unit, partition(1), count(3), out).after(records),
-                  SWEEP(COM_ACL_SetRuleRecord, unit, logicRule(9), chipRule(20), count(2)).after(records),
-                  SWEEP(COM_ACL_ReleseRuleRecord, unit, logicRule(0)).after(recordedRule),
-                  SWEEP(COM_ACL_LogicRuleToChipRule, unit, logicRule(0), out).after(recordedRule),
-                  SWEEP(COM_ACL_GetRuleInfoFromChipId, unit, chipRule(1), out).after(recordedRule),
-                  SWEEP(COM_ACL_GetRuleCountFromChipRule, unit, chipRule(1), out).after(recordedRule),
-                  SWEEP(COM_ACL_AllocChipCounter, unit, out).after(records),
-                  SWEEP(COM_ACL_SetCounterInfoEntry, unit, counter(4), 1).after(records),
-                  SWEEP(COM_ACL_SetRuleCounterMapEntry, unit, chipRule(30), counter(4), 1).after(records),
-                  SWEEP(COM_ACL_SetRuleCounterMapEntryValid, unit, chipRule(0), 0).after(recordedRule),
-                  SWEEP(COM_ACL_GetCounterIdFromChipRuleId, unit, chipRule(0), out).after(recordedRule),
-                  SWEEP(COM_ACL_SetRuleCarMapEntry, unit, chipRule(30), 8, 1).after(records),
-                  SWEEP(COM_ACL_GetRuleCarMapEntry, unit, chipRule(0), out, out).after(recordedRule),
-                  SWEEP(COM_ACL_SetRuleCarMapEntryValid, unit, chipRule(0), 0).after(recordedRule),
+                  SWEEP(COM_ACL_GetLogicRulePartRange, unit, partition(1), out, out),
+                  SWEEP(COM_ACL_GetChipRulePartRange, unit, partition(1), out, out),
+                  SWEEP(COM_ACL_LogicRulePartInit, unit, partition(1), logicRule(16), count(58)),
+                  SWEEP(COM_ACL_ChipRulePartInit, unit, partition(1), chipRule(16), count(58)),
+                  SWEEP(COM_ACL_AllocLogicRuleId, unit, partition(0), out),
+                  SWEEP(COM_ACL_AllocChipRuleId, unit, partition(1), count(3), out),
+                  SWEEP(COM_ACL_SetRuleRecord, unit, logicRule(9), chipRule(20), count(2)),
+                  SWEEP(COM_ACL_AllocChipCounter, unit, out),
+                  SWEEP(COM_ACL_SetCounterInfoEntry, unit, counter(4), 1),
+                  SWEEP(COM_ACL_SetRuleCounterMapEntry, unit, chipRule(30), counter(4), 1),
+                  SWEEP(COM_ACL_SetRuleCarMapEntry, unit, chipRule(30), 8, 1),
               });
+
+const bool recordsAdded3 = addSweeps("acl_records", recordedRule,
+                                     {
+                                         SWEEP(COM_ACL_IsLogicRuleInUse, unit, logicRule(0)),
+                                         SWEEP(COM_ACL_ReleseRuleRecord, unit, logicRule(0)),
+                                         SWEEP(COM_ACL_LogicRuleToChipRule, unit, logicRule(0), out),
+                                         SWEEP(COM_ACL_GetRuleInfoFromChipId, unit, chipRule(1), out),
+                                         SWEEP(COM_ACL_GetRuleCountFromChipRule, unit, chipRule(1), out),
+                                         SWEEP(COM_ACL_SetRuleCounterMapEntryValid, unit, chipRule(0), 0),
+                                         SWEEP(COM_ACL_GetCounterIdFromChipRuleId, unit, chipRule(0), out),
+                                         SWEEP(COM_ACL_GetRuleCarMapEntry, unit, chipRule(0), out, out),
+                                         SWEEP(COM_ACL_SetRuleCarMapEntryValid, unit, chipRule(0), 0),
+                                     });
 
 const bool convertersAdded = addSweeps(
     "acl_convert",
@@ -150,42 +157,54 @@ const bool convertersAdded = addSweeps(
         SWEEP(HAL_ACL_FieldType2Name, of("field", 137, {200, 0xFFFFFFFF}), Out{20}, 20),
     });
 
-const bool entriesAdded = addSweeps(
-    "acl",
+const bool entriesAdded =
+    addSweeps("acl", records,
+              {
+                  SWEEP(ZR_ACL_AddEntry, unit, in(kRule), out),
+                  SWEEP(ZR_ACL_AddLogicEntry, unit, in(kRule), out),
+                  SWEEP(ZR_ACL_SetRuleMapEntry, unit, logicRule(9), chipRule(20), count(2)),
+                  SWEEP(ZR_ACL_AllocEntryId, unit, partition(1), count(3), out),
+                  SWEEP(ZR_ACL_AssignCounterId, unit, in(kRule.action)),
+                  SWEEP(ZR_ACL_SetRuleCounterMapEntry, unit, chipRule(30), in(kRule.action)),
+                  SWEEP(ZR_ACL_SetRuleCarMapEntry, unit, chipRule(30), in(kRule.action)),
+                  SWEEP(ZR_ACL_InitPartInfo, unit),
+                  SWEEP(ZR_ACL_InitLanWanDefualtPolicy, unit),
+                  SWEEP(ZR_ACL_InitLanWanARPPolicy, unit),
+                  SWEEP(ZR_ACL_InitLanWanNtpPolicy, unit),
+                  SWEEP(ZR_ACL_InitLanWanDhcpReqPolicy, unit),
+                  SWEEP(ZR_ACL_InitLanWanDhcpRepPolicy, unit),
+                  SWEEP(ZR_ACL_InitLanWanCoapPolicy, unit),
+              });
+
+const bool entriesAdded2 =
+    addSweeps("acl", {
+                         SWEEP(HAL_ACL_GetEntryCntZr, unit, in(kRule.match), in(kRule.action), out),
+                         SWEEP(HAL_ACL_AddEntryZr, unit, chipRule(40), in(kRule.match), in(kRule.action), out),
+                         SWEEP(ZR_ACL_Init, unit).once(3),
+                         SWEEP(HAL_ACL_InitFieldSelectorZr, unit),
+                         SWEEP(HAL_ACL_InitCapwapKeepaliveFiled, unit),
+                     });
+
+const bool entriesAdded3 = addSweeps(
+    "acl", recordedRule,
     {
-        SWEEP(ZR_ACL_AddEntry, unit, in(kRule), out).after(records),
-        SWEEP(ZR_ACL_AddLogicEntry, unit, in(kRule), out).after(records),
-        SWEEP(ZR_ACL_SetRuleMapEntry, unit, logicRule(9), chipRule(20), count(2)).after(records),
-        SWEEP(ZR_ACL_AllocEntryId, unit, partition(1), count(3), out).after(records),
-        SWEEP(ZR_ACL_AssignCounterId, unit, in(kRule.action)).after(records),
-        SWEEP(ZR_ACL_SetRuleCounterMapEntry, unit, chipRule(30), in(kRule.action)).after(records),
-        SWEEP(ZR_ACL_SetRuleCarMapEntry, unit, chipRule(30), in(kRule.action)).after(records),
-        SWEEP(HAL_ACL_GetEntryCntZr, unit, in(kRule.match), in(kRule.action), out),
-        SWEEP(HAL_ACL_AddEntryZr, unit, chipRule(40), in(kRule.match), in(kRule.action), out),
-        SWEEP(ZR_ACL_GetEntry, unit, chipRule(0), out).after(recordedRule),
-        SWEEP(HAL_ACL_GetEntryZr, unit, chipRule(0), out, out).after(recordedRule),
-        SWEEP(ZR_ACL_DelEntry, unit, chipRule(0)).after(recordedRule),
-        SWEEP(HAL_ACL_DelEntryZr, unit, chipRule(0)).after(recordedRule),
-        SWEEP(ZR_ACL_ModifyEntryPortmap, unit, chipRule(0), in(kPorts)).after(recordedRule),
-        SWEEP(ZR_ACL_AddEntryPortmap, unit, chipRule(0), in(kPorts)).after(recordedRule),
-        SWEEP(ZR_ACL_RemoveEntryPortmap, unit, chipRule(0), in(kPorts)).after(recordedRule),
-        SWEEP(HAL_ACL_ModifyEntryBitmapZr, unit, chipRule(0), in(kPorts)).after(recordedRule),
-        SWEEP(HAL_ACL_AddEntryBitmapZr, unit, chipRule(0), in(kPorts)).after(recordedRule),
-        SWEEP(HAL_ACL_RemoveEntryBitmapZr, unit, chipRule(0), in(kPorts)).after(recordedRule),
-        SWEEP(ZR_ACL_Init, unit).once(3),
-        SWEEP(ZR_ACL_InitPartInfo, unit).after(records),
-        SWEEP(ZR_ACL_InitLanWanDefualtPolicy, unit).after(records),
-        SWEEP(ZR_ACL_InitLanWanARPPolicy, unit).after(records),
-        SWEEP(ZR_ACL_InitLanWanNtpPolicy, unit).after(records),
-        SWEEP(ZR_ACL_InitLanWanDhcpReqPolicy, unit).after(records),
-        SWEEP(ZR_ACL_InitLanWanDhcpRepPolicy, unit).after(records),
-        SWEEP(ZR_ACL_InitLanWanCoapPolicy, unit).after(records),
-        SWEEP(HAL_ACL_InitFieldSelectorZr, unit),
-        SWEEP(HAL_ACL_InitCapwapKeepaliveFiled, unit),
-        SWEEP(ZR_ACL_UpdateLANWanPolicy, unit, port(3), of("type", 1, {0, 2, 3, 0xFFFFFFFF})).after(policies),
-        SWEEP(ZR_ACL_UpdateWanDefaultPolicy, unit, port(3)).after(policies),
-        SWEEP(ZR_ACL_UpdateLANDefaultPolicy, unit, port(3)).after(policies),
+        SWEEP(ZR_ACL_GetEntry, unit, chipRule(0), out),
+        SWEEP(HAL_ACL_GetEntryZr, unit, chipRule(0), out, out),
+        SWEEP_BOTH(ZR_ACL_DelEntry, HAL_ACL_DelEntryZr, unit, chipRule(0)),
+        SWEEP(ZR_ACL_ModifyEntryPortmap, unit, chipRule(0), in(kPorts)),
+        SWEEP(ZR_ACL_AddEntryPortmap, unit, chipRule(0), in(kPorts)),
+        SWEEP_BOTH(ZR_ACL_RemoveEntryPortmap, HAL_ACL_ModifyEntryBitmapZr, unit, chipRule(0), in(kPorts)),
+        SWEEP(HAL_ACL_AddEntryBitmapZr, unit, chipRule(0), in(kPorts)),
+        SWEEP(HAL_ACL_RemoveEntryBitmapZr, unit, chipRule(0), in(kPorts)),
     });
+
+const bool entriesAdded4 =
+    addSweeps("acl", policies,
+              {
+                  SWEEP(ZR_ACL_UpdateLANWanPolicy, unit, port(3), of("type", 1, {0, 2, 3, 0xFFFFFFFF})),
+                  SWEEP(ZR_ACL_UpdateWanDefaultPolicy, unit, port(3)),
+                  SWEEP(ZR_ACL_UpdateLANDefaultPolicy, unit, port(3)),
+              });
 
 } // namespace
 } // namespace zrtest

@@ -12,6 +12,7 @@ namespace
 {
 
 const Number vlan = id("vlan", 100, 4096);
+const Number kState = of("state", ZR_STP_BLOCKING, {2, 0xFFFFFFFF});
 const Number trunk = id("trunk", 0, 4);
 const Number logicTrunk = id("trunk", 40, 128);
 
@@ -70,107 +71,101 @@ void bindVlan()
 
 const bool vlansAdded =
     addSweeps("vlan", {
-                          SWEEP(ZR_VLAN_Init, unit),
-                          SWEEP(HAL_VLAN_InitZr, unit),
+                          SWEEP_BOTH(ZR_VLAN_Init, HAL_VLAN_InitZr, unit),
                           SWEEP(HAL_VLAN_UntagDscpPriorityEnableZr, unit, 1),
-                          SWEEP(ZR_VLAN_Create, unit, vlan),
-                          SWEEP(HAL_VLAN_CreateZr, unit, vlan),
-                          SWEEP(ZR_VLAN_Delete, unit, vlan).after(createVlan),
+                          SWEEP_BOTH(ZR_VLAN_Create, HAL_VLAN_CreateZr, unit, vlan),
                           SWEEP(HAL_VLAN_DestroyZr, unit, vlan),
-                          SWEEP(ZR_VLAN_AddMember, unit, port(2), vlan, 1),
-                          SWEEP(HAL_VLAN_AddMemberZr, unit, port(2), vlan, 1),
+                          SWEEP_BOTH(ZR_VLAN_AddMember, HAL_VLAN_AddMemberZr, unit, port(2), vlan, 1),
                           SWEEP(HAL_VLAN_AddMbrTabZr, unit, port(2), vlan),
                           SWEEP(HAL_VLAN_CreateMbrIdxZr, unit, vlan, out),
                           SWEEP(ZR_VLAN_AddMultiMember, unit, vlan, portList(), kUntags),
-                          SWEEP(ZR_VLAN_DelMember, unit, port(2), vlan).after(createVlan),
-                          SWEEP(HAL_VLAN_DelMemberZr, unit, port(2), vlan).after(createVlan),
-                          SWEEP(HAL_VLAN_DelMbrTabZr, unit, port(2), vlan).after(createVlan),
-                          SWEEP(ZR_VLAN_GetPortMap, unit, vlan, out, out),
-                          SWEEP(HAL_VLAN_GetPortMapZr, unit, vlan, out, out),
-                          SWEEP(ZR_VLAN_SetPortPvid, unit, port(2), vlan),
-                          SWEEP(HAL_VLAN_SetPortPvidZr, unit, port(2), vlan),
-                          SWEEP(ZR_VLAN_GetPortPvid, unit, port(2), out),
-                          SWEEP(HAL_VLAN_GetPortPvidZr, unit, port(2), out),
-                          SWEEP(ZR_VLAN_SetIgrPortFilter, unit, port(2), 1),
-                          SWEEP(HAL_VLAN_SetPortFilterZr, unit, port(2), 1),
+                          SWEEP_BOTH(ZR_VLAN_GetPortMap, HAL_VLAN_GetPortMapZr, unit, vlan, out, out),
+                          SWEEP_BOTH(ZR_VLAN_SetPortPvid, HAL_VLAN_SetPortPvidZr, unit, port(2), vlan),
+                          SWEEP_BOTH(ZR_VLAN_GetPortPvid, HAL_VLAN_GetPortPvidZr, unit, port(2), out),
+                          SWEEP_BOTH(ZR_VLAN_SetIgrPortFilter, HAL_VLAN_SetPortFilterZr, unit, port(2), 1),
                           SWEEP(HAL_VLAN_SetTagModeZr, unit, port(2), of("mode", 2, {4, 0xFFFFFFFF})),
                       });
 
-const bool trunksAdded =
-    addSweeps("trunk", {
-                           SWEEP(ZR_TRUNK_AddMember, unit, port(2), trunk),
-                           SWEEP(HAL_TRUNK_AddMemberZr, unit, trunk, port(2)),
-                           SWEEP(ZR_TRUNK_DelMember, unit, port(2), trunk).after(createTrunk),
-                           SWEEP(HAL_TRUNK_DelMemberZr, unit, trunk, port(2)).after(createTrunk),
-                           SWEEP(ZR_TRUNK_GetMember, unit, logicTrunk, out).after(createTrunk),
-                           SWEEP(HAL_TRUNK_GetMemberZr, unit, trunk, out),
-                           SWEEP(ZR_TRUNK_Create, unit, logicTrunk),
-                           SWEEP(ZR_TRUNK_Delete, unit, logicTrunk).after(createTrunk),
-                           SWEEP(ZR_TRUNK_GetTrunkNum, unit, out),
-                           SWEEP(ZR_TRUNK_InitMode, unit),
-                           SWEEP(HAL_TRUNK_InitHashModeZr, unit),
-                           SWEEP(HAL_TRUNK_InitHashSelectZr, unit),
-                           SWEEP(COM_TRUNK_GetMeterInfo, unit),
-                           SWEEP(COM_TRUNK_IsLogicTrunkExist, unit, logicTrunk).after(createTrunk),
-                           SWEEP(COM_TRUNK_SetMeterInfo, unit, logicTrunk, 1),
-                           SWEEP(COM_TRUNK_LogicidToChipid, unit, logicTrunk, out).after(createTrunk),
-                       });
+const bool vlansAdded2 = addSweeps("vlan", createVlan,
+                                   {
+                                       SWEEP(ZR_VLAN_Delete, unit, vlan),
+                                       SWEEP_BOTH(ZR_VLAN_DelMember, HAL_VLAN_DelMemberZr, unit, port(2), vlan),
+                                       SWEEP(HAL_VLAN_DelMbrTabZr, unit, port(2), vlan),
+                                   });
 
-const bool addressesAdded = addSweeps(
-    "mac",
-    {
-        SWEEP(ZR_MAC_Init, unit),
-        SWEEP(HAL_MAC_InitZr, unit),
-        SWEEP(HAL_MAC_IllegalMacProc, unit),
-        SWEEP(ZR_MAC_SetAgeTime, unit, 600),
-        SWEEP(HAL_MAC_SetAgeTimeZr, unit, 600),
-        SWEEP(ZR_MAC_GetAgeTime, unit, out),
-        SWEEP(HAL_MAC_GetAgeTimeZr, unit, out),
-        SWEEP(ZR_MAC_SetPortLearnMode, unit, port(3), 1),
-        SWEEP(HAL_MAC_SetPortLearnModeZr, unit, port(3), 1),
-        SWEEP(ZR_MAC_GetPortLearnMode, unit, port(3), out),
-        SWEEP(HAL_MAC_GetPortLearnModeZr, unit, port(3), out),
-        SWEEP(ZR_MAC_RegisterCallBack, of("type", 1, {0, 2, 0xFFFFFFFF}), callBack),
-        SWEEP(HAL_MAC_RegisterCallBackZr, of("type", 1, {0, 2, 0xFFFFFFFF}), callBack),
-        SWEEP(ZR_MAC_AddMac, unit, in(kStatic)),
-        SWEEP(HAL_MAC_AddMacZr, unit, in(kStatic)),
-        SWEEP(ZR_MAC_SyncMacInsert, unit, in(kStatic)),
-        SWEEP(HAL_MAC_HasExistedMacTabZr, unit, in(kStatic), id("vlan", 10, 4096)).after(addStatic),
-        SWEEP(HAL_MAC_DelByMacZr, unit, in(kStatic.mac)).after(addStatic),
-        SWEEP(ZR_MAC_DelByMac, unit, in(kStatic.mac)).after(addStatic),
-        SWEEP(ZR_MAC_DelByVlanMac, unit, in(kStatic)).after(addStatic),
-        SWEEP(HAL_MAC_DelByVlanMacZr, unit, in(kStatic)).after(addStatic),
-        SWEEP(ZR_MAC_DelAllMac, unit),
-        SWEEP(HAL_MAC_DelAllMacZr, unit),
-        SWEEP(ZR_MAC_DelByVlan, unit, vlan),
-        SWEEP(HAL_MAC_DelByVlanZr, unit, vlan),
-        SWEEP(ZR_MAC_DelByPort, unit, in(kStatic)),
-        SWEEP(HAL_MAC_DelByPortZr, unit, in(kStatic)),
-        SWEEP(ZR_MAC_DelByPortVlan, unit, in(kStatic)),
-        SWEEP(HAL_MAC_DelByPortVlanZr, unit, in(kStatic)),
-        SWEEP(HAL_MAC_DelDynMacZr, unit, port(3)),
-        SWEEP(ZR_MAC_DelDynMac, unit),
-        SWEEP(ZR_MAC_GetMacEntry, unit, of("query", 3, {0, 4, 0xFFFFFFFF}), in(kQuery), out).after(addStatic),
-        SWEEP(HAL_MAC_GetMacByIdxZr, unit, id("index", kQuery.index, 8192), out).after(addStatic),
-        SWEEP(ZR_MAC_GetCapacity, unit, out, out),
-        SWEEP(HAL_MAC_GetCapacityZr, unit, out, out),
-    });
+const bool trunksAdded = addSweeps("trunk", {
+                                                SWEEP(ZR_TRUNK_AddMember, unit, port(2), trunk),
+                                                SWEEP(HAL_TRUNK_AddMemberZr, unit, trunk, port(2)),
+                                                SWEEP(HAL_TRUNK_GetMemberZr, unit, trunk, out),
+                                                SWEEP(ZR_TRUNK_Create, unit, logicTrunk),
+                                                SWEEP(ZR_TRUNK_GetTrunkNum, unit, out),
+                                                SWEEP_BOTH(ZR_TRUNK_InitMode, HAL_TRUNK_InitHashModeZr, unit),
+                                                SWEEP(HAL_TRUNK_InitHashSelectZr, unit),
+                                                SWEEP(COM_TRUNK_GetMeterInfo, unit),
+                                                SWEEP(COM_TRUNK_SetMeterInfo, unit, logicTrunk, 1),
+                                            });
+
+const bool trunksAdded2 = addSweeps("trunk", createTrunk,
+                                    {
+                                        SWEEP(ZR_TRUNK_DelMember, unit, port(2), trunk),
+                                        SWEEP(HAL_TRUNK_DelMemberZr, unit, trunk, port(2)),
+                                        SWEEP(ZR_TRUNK_GetMember, unit, logicTrunk, out),
+                                        SWEEP(ZR_TRUNK_Delete, unit, logicTrunk),
+                                        SWEEP(COM_TRUNK_IsLogicTrunkExist, unit, logicTrunk),
+                                        SWEEP(COM_TRUNK_LogicidToChipid, unit, logicTrunk, out),
+                                    });
+
+const bool addressesAdded =
+    addSweeps("mac", {
+                         SWEEP_BOTH(ZR_MAC_Init, HAL_MAC_InitZr, unit),
+                         SWEEP(HAL_MAC_IllegalMacProc, unit),
+                         SWEEP_BOTH(ZR_MAC_SetAgeTime, HAL_MAC_SetAgeTimeZr, unit, 600),
+                         SWEEP_BOTH(ZR_MAC_GetAgeTime, HAL_MAC_GetAgeTimeZr, unit, out),
+                         SWEEP_BOTH(ZR_MAC_SetPortLearnMode, HAL_MAC_SetPortLearnModeZr, unit, port(3), 1),
+                         SWEEP_BOTH(ZR_MAC_GetPortLearnMode, HAL_MAC_GetPortLearnModeZr, unit, port(3), out),
+                         SWEEP_BOTH(ZR_MAC_RegisterCallBack, HAL_MAC_RegisterCallBackZr,
+                                    of("type", 3, {0, 4, 0xFFFFFFFF}), callBack),
+                         SWEEP_BOTH(ZR_MAC_AddMac, HAL_MAC_AddMacZr, unit, in(kStatic)),
+                         SWEEP(ZR_MAC_SyncMacInsert, unit, in(kStatic)),
+                         SWEEP_BOTH(ZR_MAC_DelAllMac, HAL_MAC_DelAllMacZr, unit),
+                         SWEEP_BOTH(ZR_MAC_DelByVlan, HAL_MAC_DelByVlanZr, unit, vlan),
+                         SWEEP_BOTH(ZR_MAC_DelByPort, HAL_MAC_DelByPortZr, unit, in(kStatic)),
+                         SWEEP_BOTH(ZR_MAC_DelByPortVlan, HAL_MAC_DelByPortVlanZr, unit, in(kStatic)),
+                         SWEEP(HAL_MAC_DelDynMacZr, unit, port(3)),
+                         SWEEP(ZR_MAC_DelDynMac, unit),
+                         SWEEP_BOTH(ZR_MAC_GetCapacity, HAL_MAC_GetCapacityZr, unit, out, out),
+                     });
+
+const bool addressesAdded2 =
+    addSweeps("mac", addStatic,
+              {
+                  SWEEP(HAL_MAC_HasExistedMacTabZr, unit, in(kStatic), id("vlan", 10, 4096)),
+                  SWEEP(HAL_MAC_DelByMacZr, unit, in(kStatic.mac)),
+                  SWEEP(ZR_MAC_DelByMac, unit, in(kStatic.mac)),
+                  SWEEP_BOTH(ZR_MAC_DelByVlanMac, HAL_MAC_DelByVlanMacZr, unit, in(kStatic)),
+                  SWEEP(ZR_MAC_GetMacEntry, unit, of("query", 3, {0, 4, 0xFFFFFFFF}), in(kQuery), out),
+                  SWEEP(HAL_MAC_GetMacByIdxZr, unit, id("index", kQuery.index, 8192), out),
+              });
 
 const bool treesAdded = addSweeps(
-    "stp", {
-               SWEEP(ZR_STP_stgCreate, unit, out),
-               SWEEP(ZR_STP_SetVlanInstanceid, unit, id("instance", 3, 16), vlan),
-               SWEEP(HAL_STP_SetVlanInstanceIdZr, unit, id("instance", 3, 16), vlan),
-               SWEEP(HAL_STP_GetVlanInstanceIdZr, unit, vlan, out),
-               SWEEP(ZR_STP_SetStpMode, unit, id("instance", 3, 16), port(4), 1),
-               SWEEP(HAL_STP_SetStpModeZr, unit, id("instance", 3, 16), port(4), 0),
-               SWEEP(ZR_STP_FlushMacByPortVlan, unit, in(kStatic)),
-               SWEEP(HAL_STP_FlushMacByPortVlan, onUnit(0), in(kUnit0)),
-               SWEEP(ZR_STP_FlushMacByPort, unit, in(kStatic)),
-               SWEEP(HAL_STP_FlushMacByPort, onUnit(0), in(kUnit0)),
-               SWEEP(ZR_STP_FlushMacByPortInstance, onUnit(0), port(3), id("instance", 3, 16)).after(bindVlan),
-               SWEEP(HAL_STP_FlushMacByPortInstance, onUnit(0), port(3), id("instance", 3, 16)).after(bindVlan),
-           });
+    "stp",
+    {
+        SWEEP(ZR_STP_stgCreate, unit, out),
+        SWEEP_BOTH(ZR_STP_SetVlanInstanceid, HAL_STP_SetVlanInstanceIdZr, unit, id("instance", 3, 16), vlan),
+        SWEEP(HAL_STP_GetVlanInstanceIdZr, unit, vlan, out),
+        SWEEP(ZR_STP_SetStpMode, unit, id("instance", 3, 16), port(4), kState),
+        SWEEP(HAL_STP_SetStpModeZr, unit, id("instance", 3, 16), port(4), kState),
+        SWEEP(ZR_STP_FlushMacByPortVlan, unit, in(kStatic)),
+        SWEEP(HAL_STP_FlushMacByPortVlan, onUnit(0), in(kUnit0)),
+        SWEEP(ZR_STP_FlushMacByPort, unit, in(kStatic)),
+        SWEEP(HAL_STP_FlushMacByPort, onUnit(0), in(kUnit0)),
+    });
+
+const bool treesAdded2 = addSweeps("stp", bindVlan,
+                                   {
+                                       SWEEP_BOTH(ZR_STP_FlushMacByPortInstance, HAL_STP_FlushMacByPortInstance,
+                                                  onUnit(0), port(3), id("instance", 3, 16)),
+                                   });
 
 } // namespace
 } // namespace zrtest

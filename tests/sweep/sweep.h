@@ -40,7 +40,7 @@ inline const Number unit = onUnit(1);
 
 inline Number port(uint32_t number)
 {
-    return {"port", std::to_string(number), number, {32, 128, 0x80000000}};
+    return {"port", std::to_string(number), number, {32, 128, 0x80000000, 0xFFFFFFFF}};
 }
 
 // An identifier or an index of a table of `count` entries.
@@ -65,10 +65,11 @@ inline constexpr Out out;
 // Memory that the operation reads: a copy for every run.
 template <class T> struct In {
     std::vector<T> values;
+    std::string label = "in";
 };
-template <class T> In<T> in(const T &value)
+template <class T> In<T> in(const T &value, const char *label = "in")
 {
-    return {{value}};
+    return {{value}, label};
 }
 template <class T, size_t N> In<T> in(const T (&values)[N])
 {
@@ -146,12 +147,6 @@ struct SweepArgument {
 class Sweep
 {
 public:
-    // Brings a running device to where the operation can be run; without it the operation is played as well.
-    Sweep after(std::function<void()> state) &&
-    {
-        prepare = std::move(state);
-        return std::move(*this);
-    }
     // Half of the work stands after a failure, with so many blocks: no second run.
     Sweep once(unsigned blocks) &&
     {
@@ -186,9 +181,9 @@ inline SweepArgument described(Out, uint64_t)
 {
     return {"out", "out", {0}, true};
 }
-template <class T> SweepArgument described(const In<T> &, uint64_t)
+template <class T> SweepArgument described(const In<T> &memory, uint64_t)
 {
-    return {"in", "in", {0}, true};
+    return {memory.label, memory.label, {0}, true};
 }
 inline SweepArgument described(const char *text, uint64_t)
 {
@@ -234,10 +229,17 @@ template <class R, class... P, class... D> Sweep sweep(const char *name, R (*)(P
     };
     return row;
 }
+// An operation of the module and its twin of the chip.
+#define SWEEP_BOTH(name, twin, ...) SWEEP(name, __VA_ARGS__), SWEEP(twin, __VA_ARGS__)
 #define SWEEP(name, ...)                                                                                       \
     ::zrtest::sweep(#name, static_cast<decltype(&name)>(nullptr) __VA_OPT__(, ) __VA_ARGS__)
 
-// Adds the rows of transcript/`file`.txt; called from static initialisers.
-bool addSweeps(const char *file, std::vector<Sweep> rows);
+// Adds rows to transcript/`file`.txt; called from static initialisers. `prepare` brings a running device to
+// where the operations can be run; without it they are played as well.
+bool addSweeps(const char *file, std::function<void()> prepare, std::vector<Sweep> rows);
+inline bool addSweeps(const char *file, std::vector<Sweep> rows)
+{
+    return addSweeps(file, {}, std::move(rows));
+}
 
 } // namespace zrtest

@@ -132,7 +132,7 @@ std::string alike(const Lines &items)
 
 } // namespace
 
-std::string repeated(const Lines &items)
+Lines repeated(const Lines &items, size_t longest)
 {
     Lines shapes;
     for (const std::string &item : items)
@@ -142,7 +142,7 @@ std::string repeated(const Lines &items)
         // The shortest block that repeats here, and how often.
         size_t length = 1;
         size_t times = 1;
-        for (size_t tried = 1; tried <= 4 && times == 1; ++tried) {
+        for (size_t tried = 1; tried <= longest && times == 1; ++tried) {
             size_t end = at + tried;
             while (end < items.size() && shapes[end] == shapes[end - tried])
                 ++end;
@@ -164,20 +164,7 @@ std::string repeated(const Lines &items)
                                       : fmt::format("({}) x{}", text, times));
         at += length * times;
     }
-    return fmt::format("{}", fmt::join(texts, ", "));
-}
-
-Lines shortened(const Lines &lines)
-{
-    Lines shown;
-    for (size_t i = 0; i < lines.size();) {
-        const std::string shape = skeleton(tokens(lines[i]));
-        Lines same;
-        for (; i < lines.size() && skeleton(tokens(lines[i])) == shape; ++i)
-            same.push_back(lines[i]);
-        shown.push_back(alike(same) + (same.size() > 1 ? fmt::format(" x{}", same.size()) : ""));
-    }
-    return shown;
+    return texts;
 }
 
 Lines wrapped(const Lines &lines)
@@ -195,28 +182,6 @@ Lines wrapped(const Lines &lines)
         broken.push_back(line);
     }
     return broken;
-}
-
-std::string difference(const Lines &expected, const Lines &actual)
-{
-    const size_t rows = expected.size();
-    const size_t columns = actual.size();
-    // Length of the longest text that both have in common from (i, j) on.
-    std::vector<std::vector<size_t>> common(rows + 1, std::vector<size_t>(columns + 1));
-    for (size_t i = rows; i-- > 0;)
-        for (size_t j = columns; j-- > 0;)
-            common[i][j] = expected[i] == actual[j] ? common[i + 1][j + 1] + 1
-                                                    : std::max(common[i + 1][j], common[i][j + 1]);
-    std::string text;
-    for (size_t i = 0, j = 0; i < rows || j < columns;) {
-        if (i < rows && j < columns && expected[i] == actual[j])
-            text += fmt::format("  {}\n", expected[i++]), ++j;
-        else if (j == columns || (i < rows && common[i + 1][j] >= common[i][j + 1]))
-            text += fmt::format("- {}\n", expected[i++]);
-        else
-            text += fmt::format("+ {}\n", actual[j++]);
-    }
-    return text;
 }
 
 void Transcript::add(const std::string &heading, const Lines &body)

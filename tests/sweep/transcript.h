@@ -25,17 +25,12 @@ struct Merged {
 };
 std::vector<Merged> merge(const std::string &name, const std::vector<Variant> &variants);
 
-// Neighbours that differ in numbers only, as one line with their count.
-Lines shortened(const Lines &lines);
-
-// Items in a row, of which repetitions become one with their count: "a, (b, c) x3".
-std::string repeated(const Lines &items);
+// Neighbours that differ in numbers only as one with their count: a, b, c, b, c as "a", "(b, c) x2". Blocks
+// of up to `longest` items repeat.
+Lines repeated(const Lines &items, size_t longest);
 
 // Long lines broken behind a comma; what the library prints stays whole.
 Lines wrapped(const Lines &lines);
-
-// What has to change in `expected` to become `actual`: lines with "-" and "+" among those that stay.
-std::string difference(const Lines &expected, const Lines &actual);
 
 // Text by heading. Several headings over one body share it.
 class Transcript
