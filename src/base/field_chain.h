@@ -7,8 +7,8 @@
 namespace zr
 {
 
-// Gives the nodes chained into `cfg` back to the manager's memory when it goes out of scope, on every
-// path: the SDK only borrows them for its calls.
+// Frees the nodes chained into `cfg` when it goes out of scope. They are the library's: the SDK uses them
+// during its calls only.
 class FieldChain
 {
 public:

@@ -10,7 +10,7 @@ namespace zr
 inline constexpr uint32_t kFsDataAddress = 0x9000084C; // AHB address of the FS data
 
 struct FsLevel {
-    uint32_t data;       // FS data without its two lowest bits
+    uint32_t data;       // FS data, bits 2 to 15 in place
     uint32_t level;      // 0 fastest to 4 slowest
     uint32_t multiplier; // of RGMII delays, in tenths
     char name[12];
@@ -21,10 +21,10 @@ inline constexpr FsLevel kFsLevels[] = {
     {0x24, 3, 9, "TT slower"}, {0x28, 4, 8, "SS"},
 };
 
-// Silicon that is not in the table counts as normal.
+// For data that is not in the table: counts as normal.
 inline constexpr FsLevel kFsUnknown = {0, 2, 10, "unknow"};
 
-// The level of FS data as read: bits 2 to 15 count.
+// The level of FS data as read.
 inline const FsLevel &fsLevel(uint32_t fsData)
 {
     for (const FsLevel &row : kFsLevels) {

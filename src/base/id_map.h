@@ -50,8 +50,8 @@ private:
     uint32_t count_;
 };
 
-// `count` cleared entries from the manager's memory, or null. A count whose size the manager cannot
-// even be asked for in 32 bits fails like an exhausted memory.
+// `count` cleared entries from the manager's memory, or null: also for a count whose size in bytes does not fit
+// into the 32 bits that the manager takes.
 template <typename Entry> Entry *allocIdMap(uint32_t count)
 {
     const uint64_t bytes = static_cast<uint64_t>(count) * sizeof(Entry);

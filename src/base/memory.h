@@ -1,4 +1,4 @@
-// Cleared memory: blocks of the manager's, which come uncleared, and records.
+// Cleared memory: records, and blocks of the manager's memory, which it allocates uncleared.
 #pragma once
 
 #include "platform/bounded.h"

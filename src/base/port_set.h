@@ -8,8 +8,8 @@
 namespace zr
 {
 
-// A port's bit in a one-word map, or in its word of a set. A map has no bits of its own for ports 32 and
-// above, which no chip of the family has: they share those of ports 0 to 31.
+// A port's bit in a one-word map, or in its word of a set. A map has no bits of its own for ports above 31:
+// they share those of ports 0 to 31.
 constexpr uint32_t portBit(uint32_t port)
 {
     return 1U << (port % 32);

@@ -28,7 +28,7 @@
 namespace zr
 {
 
-// The manager's answer counts by its low 8 bits.
+// Whether traces of `level` are on. Only the low 8 bits of the manager's result count.
 inline bool traceOn(uint32_t level)
 {
     return static_cast<uint8_t>(LSWM_PrintSwitchOn(level)) != 0;

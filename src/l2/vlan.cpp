@@ -22,7 +22,7 @@ uint32_t ZR_VLAN_Init(uint32_t unit)
             HAL_VLAN_SetPortFilterZr(unit, port, 1);
             continue;
         }
-        // The chip comes up with every port in its default VLAN.
+        // The chip is assumed to start with every port in VLAN 1.
         if (uint32_t ret = ZR_VLAN_DelMember(unit, port, 1); ret != LSW_OK)
             return ZR_FAILED(VLAN, ret, "Zr vlan init del mrt failed.=(unit:%u, port:%u).", unit, port);
         HAL_VLAN_SetPortFilterZr(unit, port, 0);

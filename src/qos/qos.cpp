@@ -109,7 +109,7 @@ uint32_t ZR_QOS_QueueMapInit(uint32_t unit)
 uint32_t ZR_QOS_PriMapInit(uint32_t unit)
 {
     static constexpr uint32_t kQueueOfPriority[ZR_QOS_QUEUES] = {0, 1, 2, 3, 4, 5, 6, 7};
-    // The chip has a map per number of queues: the selector is that number.
+    // The selector is the number of queues that HAL_QOS_ChipInitZr gave to the chip.
     if (uint32_t ret = HAL_QOS_SetPriMapZr(unit, ZR_QOS_QUEUES, kQueueOfPriority, ZR_QOS_QUEUES); ret != LSW_OK)
         return ZR_FAILED(QOS, ret, "HAL QOS Set PriMap Zr unitId = %u, ret = %u", unit, ret);
     return LSW_OK;

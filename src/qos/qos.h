@@ -57,8 +57,8 @@ ZR_EXPORT uint32_t ZR_QOS_QueueMapInit(uint32_t unit);
 
 // Maps each internal priority to the queue of the same number.
 ZR_EXPORT uint32_t ZR_QOS_PriMapInit(uint32_t unit);
-// `map` holds the queues of the priorities 0 to `count` - 1; the other priorities get queue 0. `selector` is
-// the number of queues that the map is for. LSW_INVALID_ARGUMENT for a count above ZR_QOS_QUEUES,
+// `map` holds the queues of the priorities 0 to `count` - 1; the other priorities get queue 0. Start-up gives
+// the number of queues as `selector`. LSW_INVALID_ARGUMENT for a count above ZR_QOS_QUEUES,
 // LSW_CHIP_FAILED for a map that cannot be copied (null), both without a chip call.
 ZR_EXPORT uint32_t HAL_QOS_SetPriMapZr(uint32_t unit, uint32_t selector, const uint32_t *map, uint32_t count);
 
