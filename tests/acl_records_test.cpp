@@ -93,6 +93,23 @@ protected:
     }
 };
 
+TEST_F(AclRecords, ABadUnitIsReportedBeforeANullOutput)
+{
+    constexpr uint32_t kBad = 3;
+    uint32_t value = kUntouched;
+    for (uint32_t status :
+         {ZR_OP(COM_ACL_GetLogicRulePartRange)(kBad, 0, nullptr, &value),
+          ZR_OP(COM_ACL_GetChipRulePartRange)(kBad, 0, &value, nullptr),
+          acl().allocLogicRuleId(kBad, 0, nullptr), ZR_OP(COM_ACL_AllocChipRuleId)(kBad, 0, 1, nullptr),
+          acl().logicRuleToChipRule(kBad, 0, nullptr), ZR_OP(COM_ACL_GetRuleInfoFromChipId)(kBad, 0, nullptr),
+          ZR_OP(COM_ACL_AllocChipCounter)(kBad, nullptr),
+          ZR_OP(COM_ACL_GetCounterIdFromChipRuleId)(kBad, 0, nullptr),
+          ZR_OP(COM_ACL_GetRuleCarMapEntry)(kBad, 0, nullptr, &value)})
+        EXPECT_EQ(status, LSW_INVALID_ARGUMENT);
+    EXPECT_EQ(ZR_OP(COM_ACL_GetRuleCountFromChipRule)(kBad, 0, nullptr), LSW_CHIP_FAILED);
+    EXPECT_EQ(value, kUntouched);
+}
+
 TEST_F(AclRecords, AreTakenFromTheManagerWholeAndOnce)
 {
     EXPECT_EQ(ZR_OP(COM_ACL_RuleInfoInit)(kUnit, 257), LSW_INVALID_ARGUMENT);

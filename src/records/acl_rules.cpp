@@ -79,34 +79,6 @@ AclRulePartInfo *COM_ACL_GetChipRulePartInfo(uint32_t unit, uint32_t partition)
     return info != nullptr && partition < ZR_ACL_PARTITIONS ? &info->chipParts[partition] : nullptr;
 }
 
-// ---- partitions ---------------------------------------------------------------------------------
-
-uint32_t COM_ACL_GetLogicRulePartRange(uint32_t unit, uint32_t partition, uint32_t *firstId, uint32_t *count)
-{
-    return readRange(COM_ACL_GetLogicRulePartInfo(unit, partition), firstId, count);
-}
-
-uint32_t COM_ACL_GetChipRulePartRange(uint32_t unit, uint32_t partition, uint32_t *firstId, uint32_t *count)
-{
-    return readRange(COM_ACL_GetChipRulePartInfo(unit, partition), firstId, count);
-}
-
-uint32_t COM_ACL_LogicRulePartInit(uint32_t unit, uint32_t partition, uint32_t firstId, uint32_t count)
-{
-    AclRulePartInfo *part = COM_ACL_GetLogicRulePartInfo(unit, partition);
-    if (part == nullptr)
-        return LSW_INVALID_ARGUMENT;
-    return cutRange(part, g_AclRuleInfo[unit].logicRuleNum, firstId, count);
-}
-
-uint32_t COM_ACL_ChipRulePartInit(uint32_t unit, uint32_t partition, uint32_t firstId, uint32_t count)
-{
-    AclRulePartInfo *part = COM_ACL_GetChipRulePartInfo(unit, partition);
-    if (part == nullptr)
-        return LSW_INVALID_ARGUMENT;
-    return cutRange(part, g_AclRuleInfo[unit].chipRuleNum, firstId, count);
-}
-
 // ---- initialisation -----------------------------------------------------------------------------
 
 uint32_t COM_ACL_RuleInfoInit(uint32_t unit, uint32_t count)
@@ -146,6 +118,34 @@ uint32_t COM_ACL_RuleInfoInit(uint32_t unit, uint32_t count)
         COM_ACL_LogicRulePartInit(unit, partition, 0, count);
     }
     return LSW_OK;
+}
+
+// ---- partitions ---------------------------------------------------------------------------------
+
+uint32_t COM_ACL_GetLogicRulePartRange(uint32_t unit, uint32_t partition, uint32_t *firstId, uint32_t *count)
+{
+    return readRange(COM_ACL_GetLogicRulePartInfo(unit, partition), firstId, count);
+}
+
+uint32_t COM_ACL_GetChipRulePartRange(uint32_t unit, uint32_t partition, uint32_t *firstId, uint32_t *count)
+{
+    return readRange(COM_ACL_GetChipRulePartInfo(unit, partition), firstId, count);
+}
+
+uint32_t COM_ACL_LogicRulePartInit(uint32_t unit, uint32_t partition, uint32_t firstId, uint32_t count)
+{
+    AclRulePartInfo *part = COM_ACL_GetLogicRulePartInfo(unit, partition);
+    if (part == nullptr)
+        return LSW_INVALID_ARGUMENT;
+    return cutRange(part, g_AclRuleInfo[unit].logicRuleNum, firstId, count);
+}
+
+uint32_t COM_ACL_ChipRulePartInit(uint32_t unit, uint32_t partition, uint32_t firstId, uint32_t count)
+{
+    AclRulePartInfo *part = COM_ACL_GetChipRulePartInfo(unit, partition);
+    if (part == nullptr)
+        return LSW_INVALID_ARGUMENT;
+    return cutRange(part, g_AclRuleInfo[unit].chipRuleNum, firstId, count);
 }
 
 // ---- choosing ids -------------------------------------------------------------------------------

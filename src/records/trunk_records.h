@@ -28,15 +28,15 @@ ZR_EXPORT extern TrunkMeterInfo g_TrunkMeterInfo[LSWM_UNITS];
 // The unit's record in g_TrunkMeterInfo, or null for a unit above 2.
 ZR_EXPORT TrunkMeterInfo *COM_TRUNK_GetMeterInfo(uint32_t unit);
 
+// The lowest group of an id. LSW_NULL_POINTER for a null output, LSW_NOT_FOUND when the id does not exist, in
+// that order; `chipTrunkId` stays unwritten on failure.
+ZR_EXPORT uint32_t COM_TRUNK_LogicidToChipid(uint32_t unit, uint32_t logicTrunkId, uint32_t *chipTrunkId);
+
 // LSW_OK when the id exists on the unit: when it stands for a group. LSW_NOT_FOUND when not.
 ZR_EXPORT uint32_t COM_TRUNK_IsLogicTrunkExist(uint32_t unit, uint32_t logicTrunkId);
 
 // Records an id for a group, in place of the id that the group had. An id that exists changes nothing, whatever
 // its group. LSW_INVALID_ARGUMENT also for a group other than 0 and 1.
 ZR_EXPORT uint32_t COM_TRUNK_SetMeterInfo(uint32_t unit, uint32_t logicTrunkId, uint32_t chipTrunkId);
-
-// The lowest group of an id. LSW_NULL_POINTER for a null output, LSW_NOT_FOUND when the id does not exist, in
-// that order; `chipTrunkId` stays unwritten on failure.
-ZR_EXPORT uint32_t COM_TRUNK_LogicidToChipid(uint32_t unit, uint32_t logicTrunkId, uint32_t *chipTrunkId);
 
 ZR_EXTERN_C_END
