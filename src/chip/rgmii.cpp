@@ -119,6 +119,8 @@ uint32_t L2sw_RGMIIParamInit(uint32_t unit)
 
 void L2sw_CalRGMIIParam(uint32_t unit, uint32_t *rgmii1, uint32_t *rgmii2)
 {
+    if (rgmii1 == nullptr || rgmii2 == nullptr)
+        return;
     if (unit >= LSWM_UNITS) {
         *rgmii1 = 0;
         *rgmii2 = 0;
@@ -133,6 +135,8 @@ void L2sw_CalRGMIIParam(uint32_t unit, uint32_t *rgmii1, uint32_t *rgmii2)
 
 void L2sw_GetRGMIISpeedLevel(uint32_t unit, uint32_t *level, uint32_t *multiplier)
 {
+    if (level == nullptr || multiplier == nullptr)
+        return;
     uint32_t fsData = 0;
     const uint32_t ret = l2sw_switch_ahb_read(unit, zr::kFsDataAddress, &fsData);
     const zr::FsLevel &fs = ret == 0 ? zr::fsLevel(fsData) : zr::kFsUnknown;

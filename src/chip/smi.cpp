@@ -24,13 +24,13 @@ constexpr uint16_t kCommandWrite = 3;
 constexpr uint32_t kConfirmAttempts = 6;
 constexpr uint8_t kConfirmedRevision = 3;
 
-// Unit 0 has no SMI transport: the SDK reaches it directly.
+// The units that have an SMI transport.
 bool isServed(uint8_t unit)
 {
     return unit == 1 || unit == 2;
 }
 
-// Writes one indirect-access register of a served unit the way that its revision needs.
+// Writes one indirect-access register of a served unit, confirmed on the revision that needs it.
 uint32_t writeIndirect(uint8_t unit, uint32_t reg, uint16_t value)
 {
     if (l2sw_eco[unit] == kConfirmedRevision)
@@ -52,10 +52,9 @@ uint32_t L2sw_Op_Wait(uint8_t unit, uint32_t reg, uint16_t value)
         const uint32_t writeRet = HAL_PORT_SmiWrite(1, phyAddr[unit], reg, value);
         const uint32_t readRet = HAL_PORT_SmiRead(1, phyAddr[unit], reg, &readBack);
         const uint32_t ret = writeRet + readRet;
-        if (ret != 0) {
+        if (ret != 0)
             ZR_PRINT_FAILED(SMI, LSW_CHIP_FAILED, "l2sw Op_Wait failed, unit %u reg 0x%x op 0x%x", unit, reg,
                             value);
-        }
         if (readRet != 0)
             continue;
         if (readBack == value)
@@ -72,6 +71,8 @@ uint32_t L2sw_SmiRead(uint8_t unit, uint32_t address, uint32_t *value)
         ZR_PRINT_FAILED(SMI, LSW_INVALID_ARGUMENT, "smi read fail invalid unit %u", unit);
         return LSW_UNSUPPORTED;
     }
+    if (value == nullptr)
+        return LSW_NULL_POINTER;
     uint16_t result = 0;
     uint32_t ret = writeIndirect(unit, kSmiPage, kAccessPage);
     ret += writeIndirect(unit, kSmiAddress, static_cast<uint16_t>(address));

@@ -1,8 +1,8 @@
 // Link abilities: what a port advertises and what its link partner advertised.
 #include "port/port.h"
 
+#include "base/memory.h"
 #include "base/print.h"
-#include "platform/bounded.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
 
@@ -53,7 +53,7 @@ uint32_t HAL_PORT_GetAutonegAbilityZr(uint32_t unit, uint32_t port, LswmPortAbil
         return ZR_FAILED(PORT, LSW_NULL_POINTER,
                          "get auto ability mode failed reason null pointer (unit = %u, port = %u).", unit,
                          port);
-    memset_s(ability, sizeof(*ability), 0, sizeof(*ability));
+    zr::clear(*ability);
     SdkPortAbility advertised{};
     if (uint32_t ret = l2sw_port_phyAutoNegoAbility_get(unit, port, &advertised); ret != 0)
         return ZR_CHIP_FAILED(PORT, ret, "get auto neg ability failed (unit = %u, port = %u).", unit, port);
@@ -89,7 +89,7 @@ uint32_t HAL_PORT_GetAutonegRemoteAbilityZr(uint32_t unit, uint32_t port, LswmPo
         return ZR_FAILED(PORT, LSW_NULL_POINTER,
                          "get auto ability mode failed reason null pointer (unit = %u, port = %u).", unit,
                          port);
-    memset_s(ability, sizeof(*ability), 0, sizeof(*ability));
+    zr::clear(*ability);
     uint32_t value[kPartnerRegs] = {};
     for (uint32_t reg = 0; reg < kPartnerRegs; ++reg) {
         if (uint32_t ret = l2sw_port_phyReg_get(unit, port, kPartnerReg[reg], &value[reg]); ret != 0)

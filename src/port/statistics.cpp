@@ -1,6 +1,7 @@
 // Traffic counters and the accumulated odrop count.
 #include "port/port.h"
 
+#include "base/memory.h"
 #include "base/print.h"
 #include "base/unit.h"
 #include "platform/chip_sdk.h"
@@ -46,17 +47,9 @@ void accumulateOdrop(uint32_t port, uint32_t reading)
 
 } // namespace
 
-void HAL_PORT_TranslateHwStatZr(const SdkPortCounters *counters, LswmPortStatistics *statistics)
+uint32_t ZR_PORT_GetStatistics(uint32_t unit, uint32_t port, LswmPortStatistics *statistics)
 {
-    const uint32_t *word = counters->word;
-    uint64_t *counter = statistics->counter;
-    for (const CounterSource &source : kCounterSources)
-        counter[source.counter] = word[source.word];
-    counter[0] = counters->wide[0];  // words 0 and 1
-    counter[5] = counters->wide[11]; // words 22 and 23
-    // Totals of 32-bit counters, 32 bits wide like them: they wrap.
-    counter[11] = word[62] + word[63] + word[8];
-    counter[12] = word[34] + word[35] + word[33];
+    return HAL_PORT_GetStatisticZr(unit, port, statistics);
 }
 
 uint32_t HAL_PORT_GetStatisticZr(uint32_t unit, uint32_t port, LswmPortStatistics *statistics)
@@ -76,11 +69,16 @@ uint32_t HAL_PORT_GetStatisticZr(uint32_t unit, uint32_t port, LswmPortStatistic
     uint32_t reading = 0;
     if (l2sw_getAsicReg(zr::unit8(unit), kOdropValueReg, &reading) != 0)
         reading = g_lastOdrop[port];
-    *statistics = {};
+    zr::clear(*statistics);
     accumulateOdrop(port, reading);
     HAL_PORT_TranslateHwStatZr(&counters, statistics);
     statistics->counter[kOdropCounter] = g_odropTotal[port];
     return LSW_OK;
+}
+
+uint32_t ZR_PORT_ClearStatistics(uint32_t unit, uint32_t port)
+{
+    return HAL_PORT_ClearStatisticsZr(unit, port);
 }
 
 uint32_t HAL_PORT_ClearStatisticsZr(uint32_t unit, uint32_t port)
@@ -98,12 +96,17 @@ uint32_t HAL_PORT_ClearStatisticsZr(uint32_t unit, uint32_t port)
     return LSW_OK;
 }
 
-uint32_t ZR_PORT_GetStatistics(uint32_t unit, uint32_t port, LswmPortStatistics *statistics)
+void HAL_PORT_TranslateHwStatZr(const SdkPortCounters *counters, LswmPortStatistics *statistics)
 {
-    return HAL_PORT_GetStatisticZr(unit, port, statistics);
-}
-
-uint32_t ZR_PORT_ClearStatistics(uint32_t unit, uint32_t port)
-{
-    return HAL_PORT_ClearStatisticsZr(unit, port);
+    if (counters == nullptr || statistics == nullptr)
+        return;
+    const uint32_t *word = counters->word;
+    uint64_t *counter = statistics->counter;
+    for (const CounterSource &source : kCounterSources)
+        counter[source.counter] = word[source.word];
+    counter[0] = counters->wide[0];  // words 0 and 1
+    counter[5] = counters->wide[11]; // words 22 and 23
+    // Totals of 32-bit counters, 32 bits wide like them: they wrap.
+    counter[11] = word[62] + word[63] + word[8];
+    counter[12] = word[34] + word[35] + word[33];
 }

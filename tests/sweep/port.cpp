@@ -62,7 +62,7 @@ const bool diagnosticsAdded = addSweeps(
     "port_diag", {
                      SWEEP_BOTH(ZR_PORT_GetStatistics, HAL_PORT_GetStatisticZr, unit, phyPort, out),
                      SWEEP_BOTH(ZR_PORT_ClearStatistics, HAL_PORT_ClearStatisticsZr, unit, phyPort),
-                     SWEEP(HAL_PORT_TranslateHwStatZr, in(SdkPortCounters{}), out).needsPointers(),
+                     SWEEP(HAL_PORT_TranslateHwStatZr, in(SdkPortCounters{}), out),
                      SWEEP_BOTH(ZR_PORT_GetDebugInfo, HAL_PORT_GetDebugInfoZr, unit, phyPort, kBuffer, 2048),
                      SWEEP(HAL_PORT_DumpRegInfo, unit, phyPort, kBuffer, 2048),
                      SWEEP(HAL_PORT_DumpNormalDebugInfoZr, unit, phyPort, kBuffer, 2048),
