@@ -39,7 +39,7 @@ uint32_t HAL_CHIP_InitQ9(uint32_t unit)
         return ZR_CHIP_FAILED(CHIP, ret, "Chip Q9 Vesper Reset");
     PAL_TaskDelay(kDelayAfterReset);
 
-    // The SDK copies what it needs: the record lives for this call only.
+    // The record lives for this call only: the SDK has to copy it.
     const SdkServices services = {
         .regRead = L2sw_SmiRead,
         .regWrite = L2sw_SmiWrite,

@@ -1,4 +1,4 @@
-// State and registers of a port, and what the chip tells of itself.
+// State and registers of a port, kh marker, chip identifier, LEDs, link-scan work-around.
 #include "port/port.h"
 
 #include "base/port_set.h"
@@ -29,7 +29,7 @@ PhyReg splitReg(uint32_t reg)
     return {reg >> 16, reg & 0xFFFF};
 }
 
-// What the record shows for a value whose reader answered `ret`.
+// What the record shows for a value whose reader returned `ret`.
 void markUnreadable(uint32_t ret, uint32_t &value)
 {
     if (ret != 0)
@@ -55,6 +55,24 @@ uint32_t HAL_PORT_PortDebugInfoGetZr(uint32_t unit, uint32_t port, PortDebugInfo
     return LSW_OK;
 }
 
+uint32_t HAL_PORT_GetMdixModeZr(uint32_t unit, uint32_t port, uint32_t *mode)
+{
+    if (mode == nullptr)
+        return LSW_NULL_POINTER;
+    uint32_t value = 0;
+    const uint32_t ret = l2sw_port_phyReg_get(unit, port, kPhyMdiReg, &value);
+    const uint32_t mdi = kMdiModes[value >> 14 & 3];
+    if (mdi == kMdiUnknown)
+        return ZR_FAILED(PORT, LSW_UNSUPPORTED, "unknow mdi stat (unit = %u, port = %u).", unit, port);
+    *mode = mdi;
+    return ret;
+}
+
+uint32_t ZR_PORT_GetSnr(uint32_t unit, uint32_t port, LswmPortSnr *snr)
+{
+    return HAL_PORT_GetSnrZr(unit, port, snr);
+}
+
 uint32_t HAL_PORT_GetSnrZr(uint32_t unit, uint32_t port, LswmPortSnr *snr)
 {
     if (snr == nullptr)
@@ -75,17 +93,9 @@ uint32_t HAL_PORT_GetSnrZr(uint32_t unit, uint32_t port, LswmPortSnr *snr)
     return LSW_OK;
 }
 
-uint32_t HAL_PORT_GetMdixModeZr(uint32_t unit, uint32_t port, uint32_t *mode)
+uint32_t ZR_PORT_RegRead(uint32_t unit, uint32_t port, uint32_t, uint32_t reg, uint16_t *value)
 {
-    if (mode == nullptr)
-        return LSW_NULL_POINTER;
-    uint32_t value = 0;
-    const uint32_t ret = l2sw_port_phyReg_get(unit, port, kPhyMdiReg, &value);
-    const uint32_t mdi = kMdiModes[value >> 14 & 3];
-    if (mdi == kMdiUnknown)
-        return ZR_FAILED(PORT, LSW_UNSUPPORTED, "unknow mdi stat (unit = %u, port = %u).", unit, port);
-    *mode = mdi;
-    return ret;
+    return HAL_PORT_RegReadZr(unit, port, reg, value);
 }
 
 uint32_t HAL_PORT_RegReadZr(uint32_t unit, uint32_t port, uint32_t reg, uint16_t *value)
@@ -104,6 +114,11 @@ uint32_t HAL_PORT_RegReadZr(uint32_t unit, uint32_t port, uint32_t reg, uint16_t
     return LSW_OK;
 }
 
+uint32_t ZR_PORT_RegWrite(uint32_t unit, uint32_t port, uint32_t, uint32_t reg, uint16_t value)
+{
+    return HAL_PORT_RegWriteZr(unit, port, reg, value);
+}
+
 uint32_t HAL_PORT_RegWriteZr(uint32_t unit, uint32_t port, uint32_t reg, uint16_t value)
 {
     const auto [page, number] = splitReg(reg);
@@ -114,6 +129,11 @@ uint32_t HAL_PORT_RegWriteZr(uint32_t unit, uint32_t port, uint32_t reg, uint16_
     if (page != 0 && l2sw_port_phyReg_set(unit, port, kPhyPageReg, 0) != 0)
         return LSW_CHIP_FAILED;
     return LSW_OK;
+}
+
+uint32_t ZR_PORT_GetKhCheck(uint32_t unit, uint32_t port, uint32_t *intact)
+{
+    return HAL_PORT_GetKhCheckZr(unit, port, intact);
 }
 
 uint32_t HAL_PORT_GetKhCheckZr(uint32_t unit, uint32_t port, uint32_t *intact)
@@ -127,6 +147,11 @@ uint32_t HAL_PORT_GetKhCheckZr(uint32_t unit, uint32_t port, uint32_t *intact)
     return LSW_OK;
 }
 
+uint32_t ZR_PORT_GetChipId(uint32_t unit, uint32_t port, uint32_t *identifier)
+{
+    return HAL_PORT_GetChipIdZr(unit, port, identifier);
+}
+
 uint32_t HAL_PORT_GetChipIdZr(uint32_t unit, uint32_t port, uint32_t *identifier)
 {
     if (identifier == nullptr)
@@ -136,11 +161,21 @@ uint32_t HAL_PORT_GetChipIdZr(uint32_t unit, uint32_t port, uint32_t *identifier
     return LSW_OK;
 }
 
+uint32_t ZR_PORT_SetLEDForce(uint32_t unit, uint32_t port, uint32_t a, uint32_t b)
+{
+    return HAL_PORT_SetLEDForceZr(unit, port, a, b);
+}
+
 uint32_t HAL_PORT_SetLEDForceZr(uint32_t unit, uint32_t port, uint32_t a, uint32_t b)
 {
     if (uint32_t ret = l2sw_port_led_force_set(unit, port, a, b); ret != 0)
         return ZR_CHIP_FAILED(PORT, ret, "led force set unit %u port %u", unit, port);
     return LSW_OK;
+}
+
+uint32_t ZR_PORT_LinkScanWar(uint32_t unit, uint32_t port)
+{
+    return HAL_PORT_LinkScanWarZr(unit, port);
 }
 
 uint32_t HAL_PORT_LinkScanWarZr(uint32_t unit, uint32_t port)
@@ -153,39 +188,4 @@ uint32_t HAL_PORT_LinkScanWarZr(uint32_t unit, uint32_t port)
     if (uint32_t ret = l2sw_gephy_workaround_04_parallel(unit, port, 0); ret != 0)
         return ZR_CHIP_FAILED(PORT, ret, "portlinkscan workaround %u port %u", unit, port);
     return LSW_OK;
-}
-
-uint32_t ZR_PORT_GetSnr(uint32_t unit, uint32_t port, LswmPortSnr *snr)
-{
-    return HAL_PORT_GetSnrZr(unit, port, snr);
-}
-
-uint32_t ZR_PORT_RegRead(uint32_t unit, uint32_t port, uint32_t, uint32_t reg, uint16_t *value)
-{
-    return HAL_PORT_RegReadZr(unit, port, reg, value);
-}
-
-uint32_t ZR_PORT_RegWrite(uint32_t unit, uint32_t port, uint32_t, uint32_t reg, uint16_t value)
-{
-    return HAL_PORT_RegWriteZr(unit, port, reg, value);
-}
-
-uint32_t ZR_PORT_GetKhCheck(uint32_t unit, uint32_t port, uint32_t *intact)
-{
-    return HAL_PORT_GetKhCheckZr(unit, port, intact);
-}
-
-uint32_t ZR_PORT_GetChipId(uint32_t unit, uint32_t port, uint32_t *identifier)
-{
-    return HAL_PORT_GetChipIdZr(unit, port, identifier);
-}
-
-uint32_t ZR_PORT_SetLEDForce(uint32_t unit, uint32_t port, uint32_t a, uint32_t b)
-{
-    return HAL_PORT_SetLEDForceZr(unit, port, a, b);
-}
-
-uint32_t ZR_PORT_LinkScanWar(uint32_t unit, uint32_t port)
-{
-    return HAL_PORT_LinkScanWarZr(unit, port);
 }

@@ -114,6 +114,22 @@ uint32_t dumpState(uint32_t unit, uint32_t port, Text &text)
 
 } // namespace
 
+uint32_t ZR_PORT_GetDebugInfo(uint32_t unit, uint32_t port, char *buffer, uint32_t size)
+{
+    return HAL_PORT_GetDebugInfoZr(unit, port, buffer, size);
+}
+
+// One text for both parts: after a cut among the registers nothing of the state follows.
+uint32_t HAL_PORT_GetDebugInfoZr(uint32_t unit, uint32_t port, char *buffer, uint32_t size)
+{
+    if (buffer == nullptr)
+        return LSW_NULL_POINTER;
+    Text text(buffer, size);
+    dumpRegisters(unit, port, text);
+    dumpState(unit, port, text);
+    return LSW_OK;
+}
+
 uint32_t HAL_PORT_DumpRegInfo(uint32_t unit, uint32_t port, char *buffer, uint32_t size)
 {
     if (buffer == nullptr)
@@ -133,15 +149,9 @@ uint32_t HAL_PORT_DumpNormalDebugInfoZr(uint32_t unit, uint32_t port, char *buff
     return text.length();
 }
 
-// One text for both parts: after a cut among the registers nothing of the state follows.
-uint32_t HAL_PORT_GetDebugInfoZr(uint32_t unit, uint32_t port, char *buffer, uint32_t size)
+uint32_t ZR_GetLinkDownPhyReg(uint32_t unit, uint32_t port, char *buffer, uint32_t size, uint32_t offset)
 {
-    if (buffer == nullptr)
-        return LSW_NULL_POINTER;
-    Text text(buffer, size);
-    dumpRegisters(unit, port, text);
-    dumpState(unit, port, text);
-    return LSW_OK;
+    return HAL_PORT_GetLinkDownPhyRegZr(unit, port, buffer, size, offset);
 }
 
 uint32_t HAL_PORT_GetLinkDownPhyRegZr(uint32_t unit, uint32_t port, char *buffer, uint32_t size,
@@ -159,14 +169,4 @@ uint32_t HAL_PORT_GetLinkDownPhyRegZr(uint32_t unit, uint32_t port, char *buffer
         text.take(sprintf_s(text.end(), text.room(), "0x%02x:0x%04x ", reg, value));
     }
     return LSW_OK;
-}
-
-uint32_t ZR_PORT_GetDebugInfo(uint32_t unit, uint32_t port, char *buffer, uint32_t size)
-{
-    return HAL_PORT_GetDebugInfoZr(unit, port, buffer, size);
-}
-
-uint32_t ZR_GetLinkDownPhyReg(uint32_t unit, uint32_t port, char *buffer, uint32_t size, uint32_t offset)
-{
-    return HAL_PORT_GetLinkDownPhyRegZr(unit, port, buffer, size, offset);
 }

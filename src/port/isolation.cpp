@@ -1,33 +1,10 @@
+// Permit maps of the chip and isolate maps of the manager.
 #include "port/port.h"
 
 #include "base/port_set.h"
 #include "base/print.h"
 #include "platform/chip_sdk.h"
 #include "platform/manager.h"
-
-uint32_t HAL_PORT_GetIsolateMapZr(uint32_t unit, uint32_t port, uint32_t *permitMap)
-{
-    if (permitMap == nullptr)
-        return LSW_NULL_POINTER;
-    uint32_t map = 0;
-    if (uint32_t ret = l2sw_port_isolation_get(unit, port, &map); ret != 0)
-        return ZR_CHIP_FAILED(PORT, ret, "Port get isolate failed (ret = %d, unit = %u, port = %u)",
-                              static_cast<int>(ret), unit, port);
-    *permitMap = map;
-    return LSW_OK;
-}
-
-uint32_t HAL_PORT_SetIsolateZr(uint32_t unit, uint32_t port, const uint32_t *permitMap)
-{
-    if (permitMap == nullptr)
-        return LSW_NULL_POINTER;
-    const uint32_t map = *permitMap;
-    if (uint32_t ret = l2sw_port_isolation_set(unit, port, map); ret != 0)
-        return ZR_CHIP_FAILED(PORT, ret,
-                              "Port set isolate failed (ret = %d, unit = %u, port = %u, permitPortMap = 0x%x)",
-                              static_cast<int>(ret), unit, port, map);
-    return LSW_OK;
-}
 
 uint32_t ZR_PORT_GetIsolateMap(uint32_t unit, uint32_t port, uint32_t *isolateMap)
 {
@@ -40,6 +17,18 @@ uint32_t ZR_PORT_GetIsolateMap(uint32_t unit, uint32_t port, uint32_t *isolateMa
     if (uint32_t ret = HAL_PORT_GetValidPortMapZr(unit, &validMap); ret != LSW_OK)
         return ret;
     *isolateMap = validMap & ~permitMap;
+    return LSW_OK;
+}
+
+uint32_t HAL_PORT_GetIsolateMapZr(uint32_t unit, uint32_t port, uint32_t *permitMap)
+{
+    if (permitMap == nullptr)
+        return LSW_NULL_POINTER;
+    uint32_t map = 0;
+    if (uint32_t ret = l2sw_port_isolation_get(unit, port, &map); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret, "Port get isolate failed (ret = %d, unit = %u, port = %u)",
+                              static_cast<int>(ret), unit, port);
+    *permitMap = map;
     return LSW_OK;
 }
 
@@ -59,6 +48,18 @@ uint32_t ZR_PORT_SetIsolate(uint32_t unit, uint32_t port, const uint32_t *portMa
         permitMap |= *portMap;
     }
     return HAL_PORT_SetIsolateZr(unit, port, &permitMap);
+}
+
+uint32_t HAL_PORT_SetIsolateZr(uint32_t unit, uint32_t port, const uint32_t *permitMap)
+{
+    if (permitMap == nullptr)
+        return LSW_NULL_POINTER;
+    const uint32_t map = *permitMap;
+    if (uint32_t ret = l2sw_port_isolation_set(unit, port, map); ret != 0)
+        return ZR_CHIP_FAILED(PORT, ret,
+                              "Port set isolate failed (ret = %d, unit = %u, port = %u, permitPortMap = 0x%x)",
+                              static_cast<int>(ret), unit, port, map);
+    return LSW_OK;
 }
 
 uint32_t ZR_PORT_SetAllIsolate(uint32_t unit, uint32_t isolate)

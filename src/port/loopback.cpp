@@ -16,6 +16,16 @@ constexpr uint32_t kPhyPcsLoopbackOn = 0x2646;
 constexpr uint32_t kPhyRemoteLoopback = 18; // bit 0: on
 constexpr uint32_t kPhyRemoteLoopbackOn = 0x0729;
 
+// In the order in which they are read: the first one on decides.
+constexpr struct {
+    uint32_t (*read)(uint32_t unit, uint32_t port, uint32_t *on);
+    uint32_t mode;
+} kLoopbacks[] = {
+    {HAL_PORT_GetMacLoopbackZr, ZR_LOOP_MAC},
+    {HAL_PORT_GetPCSLoopbackZr, ZR_LOOP_PCS},
+    {HAL_PORT_GetRemoteLoopbackZr, ZR_LOOP_REMOTE},
+};
+
 } // namespace
 
 // ---- reading --------------------------------------------------------------------------------
@@ -30,22 +40,16 @@ uint32_t HAL_PORT_GetLoopbackZr(uint32_t unit, uint32_t port, uint32_t *mode)
     if (mode == nullptr)
         return ZR_FAILED(PORT, LSW_NULL_POINTER,
                          "get loop mode failed reason null pointer (unit = %u, port = %u).", unit, port);
-    uint32_t on = 0;
-    if (uint32_t ret = HAL_PORT_GetMacLoopbackZr(unit, port, &on); ret != LSW_OK)
-        return ret;
-    if (on != 0) {
-        *mode = ZR_LOOP_MAC;
-        return LSW_OK;
+    for (const auto &loopback : kLoopbacks) {
+        uint32_t on = 0;
+        if (uint32_t ret = loopback.read(unit, port, &on); ret != LSW_OK)
+            return ret;
+        if (on != 0) {
+            *mode = loopback.mode;
+            return LSW_OK;
+        }
     }
-    if (uint32_t ret = HAL_PORT_GetPCSLoopbackZr(unit, port, &on); ret != LSW_OK)
-        return ret;
-    if (on != 0) {
-        *mode = ZR_LOOP_PCS;
-        return LSW_OK;
-    }
-    if (uint32_t ret = HAL_PORT_GetRemoteLoopbackZr(unit, port, &on); ret != LSW_OK)
-        return ret;
-    *mode = on != 0 ? ZR_LOOP_REMOTE : ZR_LOOP_NONE;
+    *mode = ZR_LOOP_NONE;
     return LSW_OK;
 }
 
@@ -64,7 +68,7 @@ uint32_t HAL_PORT_GetPCSLoopbackZr(uint32_t unit, uint32_t port, uint32_t *on)
 {
     if (on == nullptr)
         return LSW_NULL_POINTER;
-    // The vendor register is read with the control register; its value does not count.
+    // The vendor register has to be readable; its value does not count.
     uint32_t vendor = 0;
     uint32_t control = 0;
     uint32_t ret = l2sw_port_phyReg_get(unit, port, kPhyPcsLoopback, &vendor);
@@ -123,9 +127,8 @@ uint32_t HAL_PORT_SetLoopbackDisableZr(uint32_t unit, uint32_t port)
 {
     uint32_t ret = l2sw_port_macLocalLoopbackEnable_set(unit, port, 0);
     ret += l2sw_port_phyLocalLoopbackEnable_set(unit, port, 0);
-    if (ret != 0) {
+    if (ret != 0)
         ZR_PRINT_FAILED(PORT, ret, "set loopback disable failed (unit = %u, port = %u).", unit, port);
-    }
     return LSW_OK;
 }
 

@@ -9,8 +9,8 @@
 namespace
 {
 
-// Speed and duplex in force, in the chip's codes: from the PHY, or, on a port without one, from the forced link
-// of its MAC. Returns the SDK's status; what was not read stays 0.
+// The current speed and duplex, in the chip's codes, by the PHY path or the MAC path. Returns the SDK's status;
+// what was not read stays 0.
 uint32_t readLink(uint32_t unit, uint32_t port, SdkMacLink &link)
 {
     if (l2sw_switch_isExtPort(unit, port) != 0)

@@ -16,12 +16,10 @@ constexpr uint32_t kPhyStatusLinkBit = 2;
 
 uint32_t ZR_PORT_GetLinkStatus(uint32_t unit, uint32_t port, uint32_t *link)
 {
-    const uint32_t ret = HAL_PHY_GetLinkstatusZr(unit, port, link);
-    if (ret != LSW_OK) {
-        ZR_PRINT_FAILED(PORT, ret, "ZR PHY GetLinkstatusZr ret = %u, unitId = %u, portId = %u", ret, unit,
-                        port);
-    }
-    return ret;
+    if (uint32_t ret = HAL_PHY_GetLinkstatusZr(unit, port, link); ret != LSW_OK)
+        return ZR_FAILED(PORT, ret, "ZR PHY GetLinkstatusZr ret = %u, unitId = %u, portId = %u", ret, unit,
+                         port);
+    return LSW_OK;
 }
 
 uint32_t HAL_PHY_GetLinkstatusZr(uint32_t unit, uint32_t port, uint32_t *link)
@@ -30,7 +28,7 @@ uint32_t HAL_PHY_GetLinkstatusZr(uint32_t unit, uint32_t port, uint32_t *link)
         return LSW_NULL_POINTER;
     uint32_t ret = 0;
     if (l2sw_switch_isExtPort(unit, port) != 0) {
-        // The bit latches a lost link until it is read: only the second reading tells the state of now.
+        // The bit holds a lost link until it is read: only the second reading gives the current state.
         uint32_t status = 0;
         ret = l2sw_port_phyReg_get(unit, port, kPhyStatus, &status);
         ret += l2sw_port_phyReg_get(unit, port, kPhyStatus, &status);

@@ -50,12 +50,10 @@ uint32_t HAL_PORT_KhInitZr(uint32_t unit)
 
 uint32_t ZR_PORT_SetMaxFrame(uint32_t unit, uint32_t maxFrameSize)
 {
-    const uint32_t ret = HAL_PORT_SetMaxFrameZr(unit, maxFrameSize);
-    if (ret != LSW_OK) {
-        ZR_PRINT_FAILED(PORT, ret, "HAL PORT SetMaxFrame Zr unitId = %u, ret = %u, maxFrameSize = %u", unit,
-                        ret, maxFrameSize);
-    }
-    return ret;
+    if (uint32_t ret = HAL_PORT_SetMaxFrameZr(unit, maxFrameSize); ret != LSW_OK)
+        return ZR_FAILED(PORT, ret, "HAL PORT SetMaxFrame Zr unitId = %u, ret = %u, maxFrameSize = %u", unit,
+                         ret, maxFrameSize);
+    return LSW_OK;
 }
 
 uint32_t HAL_PORT_SetMaxFrameZr(uint32_t unit, uint32_t maxFrameSize)
@@ -69,11 +67,9 @@ uint32_t HAL_PORT_SetMaxFrameZr(uint32_t unit, uint32_t maxFrameSize)
 
 uint32_t ZR_PORT_GetMaxFrame(uint32_t unit, uint32_t *maxFrameSize)
 {
-    const uint32_t ret = HAL_PORT_GetMaxFrameZr(unit, maxFrameSize);
-    if (ret != LSW_OK) {
-        ZR_PRINT_FAILED(PORT, ret, "HAL PORT GetMaxFrame Zr unitId = %u, ret = %u", unit, ret);
-    }
-    return ret;
+    if (uint32_t ret = HAL_PORT_GetMaxFrameZr(unit, maxFrameSize); ret != LSW_OK)
+        return ZR_FAILED(PORT, ret, "HAL PORT GetMaxFrame Zr unitId = %u, ret = %u", unit, ret);
+    return LSW_OK;
 }
 
 uint32_t HAL_PORT_GetMaxFrameZr(uint32_t unit, uint32_t *maxFrameSize)
