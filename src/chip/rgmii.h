@@ -23,8 +23,9 @@ ZR_EXPORT uint32_t L2sw_RGMIIParamInit(uint32_t unit);
 // When either output is null, nothing is read and nothing written.
 ZR_EXPORT void L2sw_CalRGMIIParam(uint32_t unit, uint32_t *rgmii1, uint32_t *rgmii2);
 
-// The chip's FS level, 0 (fastest) to 4 (slowest), and the delays' multiplier in tenths. An unknown level and
-// a failed read count as normal: 2 and 10. When either output is null, nothing is read and nothing written.
+// The chip's FS level, 0 (fastest) to 4 (slowest), and the delays' multiplier in tenths. `unit` is passed to
+// the SDK unchecked. An unknown level and a failed read count as normal: 2 and 10. When either output is null,
+// nothing is read and nothing written.
 ZR_EXPORT void L2sw_GetRGMIISpeedLevel(uint32_t unit, uint32_t *level, uint32_t *multiplier);
 
 // The correction table's class of a base delay: 0 up to 9, 1 for 10, 2 from 11 on.

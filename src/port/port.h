@@ -7,9 +7,9 @@
 //
 // Every operation that can fail returns a status: LSW_OK, LSW_NULL_POINTER for a null argument, before any
 // chip call and unprinted; LSW_CHIP_FAILED, printed, at the first SDK call that fails; others are named where
-// they occur, and so is what differs. On any of them outputs stay unwritten unless said
-// otherwise. Where the statuses of several SDK calls are added, all calls are made and the 32-bit sum
-// decides: a sum that wraps to 0 counts as success.
+// they occur, and so is what differs. On any of them outputs stay unwritten unless said otherwise. Where the
+// statuses of several SDK calls are added, all calls are made and the 32-bit sum decides: a sum that wraps to
+// 0 counts as success.
 //
 // Lines are logged under LSW_MODULE_PORT, with the exception named at ZR_PORT_Init. A line about an SDK
 // call carries the SDK's status or the sum; a line that an operation adds to that of another operation
