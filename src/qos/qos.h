@@ -17,7 +17,7 @@ ZR_EXTERN_C_BEGIN
 
 enum {
     ZR_QOS_QUEUES = 8,             // queues, and internal priorities 0 to 7
-    ZR_QOS_PAUSE_THRESHOLD = 1535, // system-based flow control, in the chip's unit
+    ZR_QOS_PAUSE_THRESHOLD = 1535, // in the chip's unit
     ZR_QOS_PRISEL_INDEX = 0,       // the priority-selection table in use
     ZR_QOS_PRISEL_VALUES = 5,      // values of a priority-selection table
     ZR_QOS_DSCPS = 64              // DSCPs 0 to 63
@@ -28,12 +28,13 @@ ZR_EXPORT uint32_t ZR_QOS_Init(uint32_t unit);
 
 // ---- stage 1: the chip's QoS with ZR_QOS_QUEUES queues ----------------------------------------
 
-// LSW_CHIP_FAILED for every failure of the SDK.
+// Initialises the chip's QoS. LSW_CHIP_FAILED for every failure of the SDK.
 ZR_EXPORT uint32_t ZR_QOS_ChipInit(uint32_t unit);
 ZR_EXPORT uint32_t HAL_QOS_ChipInitZr(uint32_t unit);
 
-// ---- stage 2: the pause threshold -------------------------------------------------------------
+// ---- stage 2: flow control --------------------------------------------------------------------
 
+// The system-based pause threshold, ZR_QOS_PAUSE_THRESHOLD at start-up, in the chip's unit.
 ZR_EXPORT uint32_t ZR_QOS_MmuBuffInit(uint32_t unit);
 ZR_EXPORT uint32_t HAL_QOS_SetSysBasedFCThreshZr(uint32_t unit, uint32_t threshold);
 
