@@ -16,16 +16,6 @@ constexpr uint32_t kPhyPcsLoopbackOn = 0x2646;
 constexpr uint32_t kPhyRemoteLoopback = 18; // bit 0: on
 constexpr uint32_t kPhyRemoteLoopbackOn = 0x0729;
 
-// In the order in which they are read: the first one on decides.
-constexpr struct {
-    uint32_t (*read)(uint32_t unit, uint32_t port, uint32_t *on);
-    uint32_t mode;
-} kLoopbacks[] = {
-    {HAL_PORT_GetMacLoopbackZr, ZR_LOOP_MAC},
-    {HAL_PORT_GetPCSLoopbackZr, ZR_LOOP_PCS},
-    {HAL_PORT_GetRemoteLoopbackZr, ZR_LOOP_REMOTE},
-};
-
 } // namespace
 
 // ---- reading --------------------------------------------------------------------------------
@@ -40,16 +30,22 @@ uint32_t HAL_PORT_GetLoopbackZr(uint32_t unit, uint32_t port, uint32_t *mode)
     if (mode == nullptr)
         return ZR_FAILED(PORT, LSW_NULL_POINTER,
                          "get loop mode failed reason null pointer (unit = %u, port = %u).", unit, port);
-    for (const auto &loopback : kLoopbacks) {
-        uint32_t on = 0;
-        if (uint32_t ret = loopback.read(unit, port, &on); ret != LSW_OK)
-            return ret;
-        if (on != 0) {
-            *mode = loopback.mode;
-            return LSW_OK;
-        }
+    uint32_t on = 0;
+    if (uint32_t ret = HAL_PORT_GetMacLoopbackZr(unit, port, &on); ret != LSW_OK)
+        return ret;
+    if (on != 0) {
+        *mode = ZR_LOOP_MAC;
+        return LSW_OK;
     }
-    *mode = ZR_LOOP_NONE;
+    if (uint32_t ret = HAL_PORT_GetPCSLoopbackZr(unit, port, &on); ret != LSW_OK)
+        return ret;
+    if (on != 0) {
+        *mode = ZR_LOOP_PCS;
+        return LSW_OK;
+    }
+    if (uint32_t ret = HAL_PORT_GetRemoteLoopbackZr(unit, port, &on); ret != LSW_OK)
+        return ret;
+    *mode = on != 0 ? ZR_LOOP_REMOTE : ZR_LOOP_NONE;
     return LSW_OK;
 }
 
