@@ -6,7 +6,7 @@ mkdir -p build/docs
 cat >build/docs/Doxyfile <<'EOT'
 PROJECT_NAME = "zrlsw"
 PROJECT_BRIEF = "Chip adaptation library of the switch manager"
-INPUT = src README.md docs
+INPUT = src README.md docs tests/sweep/transcript/README.md
 FILE_PATTERNS = *.h *.md
 USE_MDFILE_AS_MAINPAGE = README.md
 RECURSIVE = YES

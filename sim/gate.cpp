@@ -173,11 +173,11 @@ bool Gate::before(Call &call)
     return false;
 }
 
-void Gate::reportException(const char *name) noexcept
+void Gate::reportException(const char *name, const std::exception_ptr &thrown) noexcept
 {
     std::string why = "unknown exception";
     try {
-        throw;
+        std::rethrow_exception(thrown);
     } catch (const std::exception &error) {
         why = error.what();
     } catch (...) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <initializer_list>
 #include <map>
@@ -98,7 +99,7 @@ public:
     bool before(Call &call);
     void after(Call &call, const Argument &result);
     // Reports the exception being handled, which ended a call: one failure line.
-    static void reportException(const char *name) noexcept;
+    static void reportException(const char *name, const std::exception_ptr &thrown) noexcept;
     unsigned enter() { return depth_++; }
     void leave() { --depth_; }
 
@@ -188,7 +189,7 @@ template <class Body> auto pass(const Shim &shim, Body &&body) -> decltype(body(
             return result;
         }
     } catch (...) {
-        Gate::reportException(shim.name);
+        Gate::reportException(shim.name, std::current_exception());
         if constexpr (std::is_pointer_v<Result>)
             return nullptr;
         else if constexpr (!std::is_void_v<Result>)

@@ -6,8 +6,8 @@
 
 // ---- bring-up -------------------------------------------------------------------------------
 
-// Services that the SDK takes from its host: the register transport of units that are not reached
-// directly, mutexes, text output. The record lives for the registration only, so the SDK has to copy it.
+// Services that the SDK takes from its host: the register transport, which it uses for units 1 and 2,
+// mutexes, text output. The record lives for the registration only, so the SDK has to copy it.
 typedef struct {
     uint32_t (*regRead)(uint8_t unit, uint32_t address, uint32_t *value);
     uint32_t (*regWrite)(uint8_t unit, uint32_t address, uint32_t value);

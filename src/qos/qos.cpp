@@ -173,7 +173,7 @@ uint32_t HAL_QOS_SetPortcheduleWeightZr(uint32_t unit, uint32_t port, const uint
 {
     if (weights == nullptr)
         return LSW_NULL_POINTER;
-    SdkQosRecord record;
+    SdkQosRecord record{};
     memcpy_s(record.word, sizeof(record.word), weights, ZR_QOS_QUEUES * sizeof(uint32_t));
     const uint32_t ret = l2sw_qos_schedulingQueue_set(unit, port, &record);
     return static_cast<int32_t>(ret) < 0 ? uint32_t{LSW_CHIP_FAILED} : ret;
