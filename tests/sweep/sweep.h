@@ -155,15 +155,6 @@ public:
         return std::move(*this);
     }
 
-    // Pointers are the caller's business.
-    Sweep needsPointers() &&
-    {
-        for (SweepArgument &argument : arguments)
-            if (argument.pointer)
-                argument.hostile.clear();
-        return std::move(*this);
-    }
-
     std::string operation; // the exported name
     std::vector<SweepArgument> arguments;
     std::function<std::string(Run &)> run;
