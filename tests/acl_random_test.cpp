@@ -125,6 +125,7 @@ private:
         LswmAclRule rule = kinds[count - 1](below(4));
         rule.match.portBitmap = static_cast<uint32_t>(random_());
         uint32_t counter = kNone;
+        rule.action.counterId = 31; // the library chooses
         if (below(2) != 0) {
             rule.action.flags |= LSWM_ACTION_COUNT;
             counter = lowestRun(counters_, 0, kCounters);
@@ -154,12 +155,17 @@ private:
         ASSERT_EQ(place.firstChipId, run);
         ASSERT_EQ(place.count, count);
         Installed installed{run, count, rule.match.portBitmap & 0x3801F};
+        const FilterAct &act = dev_.chip(kUnit).acl.entry(run).action;
         if (counter < kCounters) {
             ASSERT_EQ(rule.action.counterId, counter);
+            ASSERT_EQ(act.counterId, counter);
             installed.counter = counter;
         }
-        if ((rule.action.flags & LSWM_ACTION_CAR) != 0)
+        if ((rule.action.flags & LSWM_ACTION_CAR) != 0) {
+            ASSERT_EQ(act.carId, rule.action.carId);
             installed.meter = rule.action.carId;
+        }
+        EXPECT_EQ(acl().delEntry(kUnit, run), 4U) << "no rule before it is recorded";
         // A record under a taken id is refused and takes nothing.
         if (!rules_.empty()) {
             EXPECT_EQ(acl().setRuleMapEntry(kUnit, rules_.begin()->first, run, count), 6U);
@@ -302,7 +308,7 @@ TEST(AclLife, KeepsItsRecordsThroughRandomRulesAndFailures)
         ASSERT_EQ(dev.ops().acl.releaseRuleRecord(kUnit, policy), 0U);
     }
     Life life(dev, seed);
-    life.run(8000);
+    life.run(5000);
     EXPECT_GT(life.successes(), 500U) << "the sequence must reach something";
     EXPECT_GT(life.refusals(), 200U);
     life.drainAndFill();

@@ -41,10 +41,6 @@ protected:
     {
         return ask(ZR_OP(COM_ACL_AllocChipRuleId), partition, count);
     }
-    static Answer findRule(uint32_t logicRuleId)
-    {
-        return ask(ZR_OP(COM_ACL_LogicRuleToChipRule), logicRuleId);
-    }
     static uint32_t record(uint32_t logicRuleId, uint32_t firstChipId, uint32_t count)
     {
         return ZR_OP(COM_ACL_SetRuleRecord)(kUnit, logicRuleId, firstChipId, count);
@@ -193,7 +189,7 @@ TEST_F(AclRecordsReady, RefuseRecordsThatDoNotFitAndChangeNothing)
     EXPECT_EQ(std::memcmp(&before, info(), sizeof before), 0);
 
     EXPECT_EQ(record(6, 96, 0), LSW_OK) << "a run of no entries marks none";
-    EXPECT_EQ(findRule(6), Answer(LSW_OK, 96));
+    EXPECT_EQ(ask(ZR_OP(COM_ACL_LogicRuleToChipRule), 6U), Answer(LSW_OK, 96));
     EXPECT_EQ(std::memcmp(before.chipInUse, info()->chipInUse, sizeof before.chipInUse), 0);
     // A free id does not help while all records are valid.
     for (uint32_t id = 0; id < 96; ++id)
