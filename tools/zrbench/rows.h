@@ -65,7 +65,8 @@ template <class... P> std::vector<Argument> argumentsOf(const std::vector<Parame
         }
     };
     (add(std::type_identity<P>()), ...);
-    std::ranges::stable_partition(arguments, [](const Argument &argument) { return !argument.optional; });
+    std::stable_partition(arguments.begin(), arguments.end(),
+                          [](const Argument &argument) { return !argument.optional; });
     return arguments;
 }
 
