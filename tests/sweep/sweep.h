@@ -109,7 +109,7 @@ public:
     void finally(std::function<void()> work) { finally_.push_back(std::move(work)); }
     void finish();
 
-    // Memory that is not as it was, as "out1 = value" or "out1 written".
+    // Memory that is not as it was, as "out1 = value", "out1 written" or "out1 zeroed".
     Texts written(const std::vector<std::string> &labels) const;
 
 private:
