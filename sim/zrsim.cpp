@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 
 #include "sim/board/board.h"
@@ -12,6 +13,7 @@
 #include "sim/manager/console.h"
 #include "sim/manager/manager.h"
 #include "sim/manager/memory.h"
+#include "sim/pipeline/pipeline.h"
 #include "sim/sdk/sdk.h"
 
 using namespace zrsim;
@@ -28,6 +30,34 @@ bool isPlatformCall(const char *name)
     return std::strncmp(name, "zrsim_", 6) != 0 && symbol != nullptr && dladdr(symbol, &there) != 0 &&
            dladdr(reinterpret_cast<void *>(&zrsim_fail), &here) != 0 && there.dli_fbase == here.dli_fbase;
 }
+
+// Tells a caller of the C interface.
+class Teller final : public Witness
+{
+public:
+    Teller(zrsim_frame_fn fn, void *context, bool stages) : fn_(fn), context_(context), stages_(stages) {}
+    bool wantsStages() const override { return stages_; }
+    void stage(uint32_t unit, uint32_t port, const char *name, const std::string &text) override
+    {
+        tell({ZRSIM_FRAME_STAGE, unit, port, name, text.c_str(), 0, 0, 0, nullptr, 0});
+    }
+    void left(const Departure &to) override
+    {
+        tell({to.toCpu ? ZRSIM_FRAME_CPU : ZRSIM_FRAME_OUT, to.unit, to.port, nullptr, nullptr, to.tagged,
+              to.vlan, to.dot1p, to.bytes.data(), to.bytes.size()});
+    }
+    void dropped(uint32_t unit, uint32_t port, Reason reason) override
+    {
+        tell({ZRSIM_FRAME_DROPPED, unit, port, info(reason).name, info(reason).text, 0, 0, 0, nullptr, 0});
+    }
+
+private:
+    void tell(const zrsim_frame_event &event) { fn_(&event, context_); }
+
+    zrsim_frame_fn fn_;
+    void *context_;
+    bool stages_;
+};
 
 } // namespace
 
@@ -67,6 +97,22 @@ void zrsim_fail_none(void)
 unsigned zrsim_calls(const char *name)
 {
     return name == nullptr ? gate().calls() : gate().calls(name);
+}
+
+int zrsim_frame(uint32_t unit, uint32_t port, const uint8_t *bytes, size_t size, int flags, zrsim_frame_fn fn,
+                void *context)
+{
+    if (unit >= kUnits || size > Pipeline::kLargestFrame)
+        return 1;
+    Teller teller(fn, context, (flags & ZRSIM_FRAME_EXPLAIN) != 0);
+    const bool fcsGood = (flags & ZRSIM_FRAME_BAD_FCS) == 0;
+    std::optional<Board::Snapshot> before;
+    if ((flags & ZRSIM_FRAME_DRY) != 0)
+        before = board().snapshot();
+    pipeline().send(unit, port, {bytes, size}, fcsGood, teller);
+    if (before)
+        board().restore(*before);
+    return 0;
 }
 
 void zrsim_trace_level(uint32_t level)

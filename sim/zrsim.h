@@ -34,6 +34,29 @@ void zrsim_fail_none(void);
  * is, while a call sink or a failure is set. */
 unsigned zrsim_calls(const char *name);
 
+/* A frame's way through the chips, told by events in the order in which it happens. Texts and bytes are good
+ * only while the event is told. */
+enum { ZRSIM_FRAME_STAGE, ZRSIM_FRAME_OUT, ZRSIM_FRAME_CPU, ZRSIM_FRAME_DROPPED };
+typedef struct {
+    int kind;
+    uint32_t unit;
+    uint32_t port;    /* OUT, CPU: that it leaves by; else: that it came in at */
+    const char *name; /* STAGE: the stage's; DROPPED: the reason's short name */
+    const char *text; /* STAGE: what it decided by which entry; DROPPED: the reason in words */
+    int tagged;       /* OUT, CPU, with the next two */
+    uint32_t vlan;
+    uint32_t priority;    /* 802.1p */
+    const uint8_t *bytes; /* OUT, CPU: without FCS */
+    size_t size;
+} zrsim_frame_event;
+typedef void (*zrsim_frame_fn)(const zrsim_frame_event *event, void *context);
+
+/* Puts a frame (without FCS) into a port of unit 0 to 2. Flags: tell the stages; leave no trace in any table,
+ * counter or register; with a wrong FCS. Returns 0, or 1 for no such unit or more than 65536 bytes. */
+enum { ZRSIM_FRAME_EXPLAIN = 1, ZRSIM_FRAME_DRY = 2, ZRSIM_FRAME_BAD_FCS = 4 };
+int zrsim_frame(uint32_t unit, uint32_t port, const uint8_t *bytes, size_t size, int flags, zrsim_frame_fn fn,
+                void *context);
+
 /* Trace levels up to `level` are on; 0 switches all off. */
 void zrsim_trace_level(uint32_t level);
 

@@ -1,6 +1,7 @@
 #include "sim/board/board.h"
 
 #include "platform/board.h"
+#include "sim/board/clock.h"
 #include "sim/gate.h"
 
 #include <nlohmann/json.hpp>
@@ -31,6 +32,22 @@ void Board::reset()
         chip->powerOn();
     bus_.reset();
     delayed = 0;
+    cables.clear();
+    boardClock() = {};
+}
+
+Board::Snapshot Board::snapshot() const
+{
+    Snapshot taken;
+    for (const auto &chip : chips_)
+        taken.push_back(chip->snapshot());
+    return taken;
+}
+
+void Board::restore(const Snapshot &snapshot)
+{
+    for (uint32_t unit = 0; unit < kUnits; ++unit)
+        chips_[unit]->restore(snapshot[unit]);
 }
 
 void Board::dump(nlohmann::json &to) const

@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
+#include <vector>
 
+#include "sim/board/cables.h"
 #include "sim/board/smi_bus.h"
 #include "sim/chip/chip.h"
 
@@ -22,9 +24,14 @@ public:
     Chip &chip(uint32_t unit) { return *chips_[unit]; }
     const Chip &chip(uint32_t unit) const { return *chips_[unit]; }
     SmiBus &bus() { return bus_; }
+    Cables cables;
 
     // Ticks that the library asked to be delayed, all in all.
     uint64_t delayed = 0;
+
+    using Snapshot = std::vector<Chip::Snapshot>;
+    Snapshot snapshot() const;
+    void restore(const Snapshot &snapshot);
 
     void reset();
     void dump(nlohmann::json &to) const;

@@ -4,7 +4,6 @@
 #include <nlohmann/json.hpp>
 
 #include "sim/chip/status.h"
-#include "sim/pipeline/acl_match.h"
 
 namespace zrsim
 {
@@ -196,35 +195,6 @@ uint32_t AclTable::counter(uint32_t id, uint32_t &count) const
         return kSdkBadArgument;
     count = counters_[id];
     return kSdkOk;
-}
-
-std::optional<AclHit> AclTable::run(uint32_t chipPort, std::span<const uint8_t> frame)
-{
-    const AclFrame words(frame);
-    for (uint32_t id = 0; id < kEntries; ++id) {
-        if (!aclRuleMatches(*this, id, chipPort, words))
-            continue;
-        const FilterAct &action = entries_[id].action;
-        AclHit hit{id, &action, {}, 0, {}, true};
-        if (action.counterEnable != 0) {
-            hit.counter = action.counterId;
-            hit.count = ++counters_[action.counterId];
-        }
-        if (action.carEnable != 0) {
-            hit.meter = action.carId;
-            hit.conforms = !policer_ || policer_(action.carId, frame.size());
-        }
-        return hit;
-    }
-    return std::nullopt;
-}
-
-// The policer stays: it belongs to the chip, not to what was configured.
-void AclTable::reset()
-{
-    entries_ = {};
-    selectors_ = {};
-    counters_ = {};
 }
 
 void AclTable::dump(nlohmann::json &to) const

@@ -13,11 +13,7 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <nlohmann/json_fwd.hpp>
-#include <optional>
-#include <span>
-#include <utility>
 
 #include "platform/chip_records.h"
 
@@ -45,16 +41,6 @@ struct AclEntry {
 struct AclSelector {
     uint32_t format = 0; // 0: not set up
     uint32_t offset = 0; // bytes
-};
-
-// What a frame did.
-struct AclHit {
-    uint32_t entry; // first entry of the rule
-    const FilterAct *action;
-    std::optional<uint32_t> counter; // that moved
-    uint32_t count = 0;              // what it holds now
-    std::optional<uint32_t> meter;   // that was asked
-    bool conforms = true;            // within the meter's rate
 };
 
 class AclTable
@@ -85,23 +71,17 @@ public:
     const AclEntry &entry(uint32_t id) const { return entries_.at(id); }
     const AclSelector &selector(uint32_t id) const { return selectors_.at(id); }
 
-    // Runs a frame that came in at a chip port through the table: the winning rule's counter moves and its
-    // meter is asked.
-    std::optional<AclHit> run(uint32_t chipPort, std::span<const uint8_t> frame);
-    // Whether `meter` lets a frame of so many bytes pass. Without one every frame conforms. Returns the
-    // previous policer.
-    using Policer = std::function<bool(uint32_t meter, size_t bytes)>;
-    Policer policeWith(Policer policer) { return std::exchange(policer_, std::move(policer)); }
+    // A frame hit a rule that counts; returns what the counter holds now.
+    uint32_t hit(uint32_t counter) { return ++counters_[counter]; }
 
     void attach(Chip &) {}
-    void reset();
+    void reset() { *this = AclTable{}; }
     void dump(nlohmann::json &to) const;
 
 private:
     std::array<AclEntry, kEntries> entries_{};
     std::array<AclSelector, kSelectors> selectors_{};
     std::array<uint32_t, kCounters> counters_{};
-    Policer policer_;
 };
 
 } // namespace zrsim

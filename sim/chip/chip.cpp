@@ -74,6 +74,12 @@ void Chip::resetModels()
     ++resets_;
 }
 
+void Chip::restore(const Snapshot &snapshot)
+{
+    static_cast<Models &>(*this) = snapshot.models;
+    registers_ = snapshot.registers;
+}
+
 void Chip::dump(nlohmann::json &to) const
 {
     to["inReset"] = inReset_;

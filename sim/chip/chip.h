@@ -33,7 +33,26 @@ constexpr uint16_t kRegRevision = 0x1301;
 constexpr uint16_t kRegTableStatus = 0x0100; // 1: the tables can be accessed
 constexpr uint16_t kChipId = 0x5109;
 
-class Chip
+// The tables of a chip.
+struct Models {
+    Leds leds;
+    MacTable mac;
+    StpStates stp;
+    VlanTable vlan;
+    TrunkGroups trunk;
+    Ports ports;
+    PortCounters counters;
+    PortExtras extras;
+    Isolation isolation;
+    AclTable acl;
+    Qos qos;
+    Meters meters;
+    StormControl storm;
+    Rma rma;
+    DropCapture drop;
+};
+
+class Chip : public Models
 {
 public:
     explicit Chip(uint32_t unit);
@@ -56,21 +75,13 @@ public:
     uint8_t revision = 0;
     uint32_t fsData = 0;
 
-    Leds leds;
-    MacTable mac;
-    StpStates stp;
-    VlanTable vlan;
-    TrunkGroups trunk;
-    Ports ports;
-    PortCounters counters;
-    PortExtras extras;
-    Isolation isolation;
-    AclTable acl;
-    Qos qos;
-    Meters meters;
-    StormControl storm;
-    Rma rma;
-    DropCapture drop;
+    // A picture of everything that frames and the SDK change, and the way back to it.
+    struct Snapshot {
+        Models models;
+        Registers registers;
+    };
+    Snapshot snapshot() const { return {*this, registers_}; }
+    void restore(const Snapshot &snapshot);
 
     void dump(nlohmann::json &to) const;
 

@@ -4,7 +4,6 @@
 #include <nlohmann/json.hpp>
 
 #include "sim/chip/chip.h"
-#include "sim/command.h"
 
 namespace zrsim
 {
@@ -28,10 +27,12 @@ void DropCapture::attach(Chip &chip)
 
 void DropCapture::note(uint32_t port, uint32_t reason)
 {
+    if (!running_ || reason >= kReasons)
+        return;
     Registers &registers = chip_->registers();
     const uint16_t select = registers.held(kRegSelect);
     const uint16_t bit = static_cast<uint16_t>(1U << reason);
-    if (running_ && select == (port << 8 | kSelectDrops) && (registers.held(kRegMask) & bit) != 0)
+    if (select == (port << 8 | kSelectDrops) && (registers.held(kRegMask) & bit) != 0)
         registers.preset(kRegResult, registers.held(kRegResult) | bit);
 }
 
@@ -43,14 +44,4 @@ void DropCapture::dump(nlohmann::json &to) const
     to["result"] = fmt::format("{:#x}", chip_->registers().held(kRegResult));
 }
 
-namespace
-{
-
-const BoardCommand kDrop("drop PORT REASON", "a frame is dropped at a port for a reason (0 to 11)",
-                         [](Chip &chip, const Words &words) {
-                             chip.drop.note(words.number(0, 31), words.number(1, DropCapture::kReasons - 1));
-                             return std::string();
-                         });
-
-} // namespace
 } // namespace zrsim

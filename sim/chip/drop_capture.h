@@ -2,7 +2,7 @@
 // (mask), 0x3828 (result). The model's own choice: writing 4 to the control register starts a capture on the
 // selected port and clears the result; from then on each drop at that port sets the bit of its reason in the
 // result, unless the mask leaves that bit out; a selection that does not end in 25 captures nothing. The
-// reasons' numbers are the model's own too.
+// reasons' numbers are the model's own too (sim/pipeline/reasons.h).
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,6 @@ public:
     static constexpr uint16_t kRegMask = 0x3827;
     static constexpr uint16_t kRegResult = 0x3828;
     static constexpr uint32_t kReasons = 12;
-    enum Reason : uint32_t { kStorm = 4, kReserved = 6 };
 
     // A frame was dropped at a port.
     void note(uint32_t port, uint32_t reason);

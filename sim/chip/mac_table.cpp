@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <string>
 
+#include "sim/board/clock.h"
 #include "sim/chip/chip.h"
 #include "sim/chip/status.h"
 
@@ -52,10 +53,9 @@ bool answersTo(const MacEntry &entry, const MacAddress &mac, const L2UcastAddr &
 
 void MacTable::reset()
 {
-    entries_.fill({});
+    clear();
     limits_.fill(kEntries);
     ageTime_ = kResetAgeTime;
-    now_ = 0;
 }
 
 uint32_t MacTable::init()
@@ -67,6 +67,7 @@ uint32_t MacTable::init()
 uint32_t MacTable::clear()
 {
     entries_.fill({});
+    learned_.fill(0);
     return kSdkOk;
 }
 
@@ -96,12 +97,20 @@ MacEntry *MacTable::place(const MacAddress &mac, bool vlanKeyed, uint32_t vlan)
     return found != bucket + kWays ? found : nullptr;
 }
 
+void MacTable::set(MacEntry &entry, const MacEntry &value)
+{
+    auto counts = [](const MacEntry &at) { return at.used && !at.isStatic ? 1U : 0U; };
+    learned_[entry.port] -= counts(entry);
+    entry = value;
+    learned_[entry.port] += counts(entry);
+}
+
 template <class Condition> uint32_t MacTable::drop(Condition goes)
 {
     uint32_t dropped = 0;
     for (MacEntry &entry : entries_) {
         if (entry.used && goes(entry)) {
-            entry = {};
+            set(entry, {});
             ++dropped;
         }
     }
@@ -117,15 +126,8 @@ uint32_t MacTable::add(const MacAddress &mac, const L2UcastAddr &addr)
     MacEntry *entry = place(mac, addr.vlanKeyed != 0, addr.vlan);
     if (entry == nullptr)
         return SDK_L2_TABLE_FULL;
-    *entry = {true,
-              addr.isStatic != 0,
-              addr.vlanKeyed != 0,
-              addr.srcBlock != 0,
-              addr.dstBlock != 0,
-              mac,
-              addr.vlan,
-              addr.port,
-              now_};
+    set(*entry, {true, addr.isStatic != 0, addr.vlanKeyed != 0, addr.srcBlock != 0, addr.dstBlock != 0, mac,
+                 addr.vlan, addr.port, boardClock().ns});
     return kSdkOk;
 }
 
@@ -182,9 +184,7 @@ uint32_t MacTable::learnedCount(uint32_t port, uint32_t &count) const
 {
     if (port >= kPorts)
         return kSdkBadPort;
-    count = static_cast<uint32_t>(std::count_if(entries_.begin(), entries_.end(), [&](const MacEntry &entry) {
-        return entry.used && !entry.isStatic && entry.port == port;
-    }));
+    count = learned_[port];
     return kSdkOk;
 }
 
@@ -206,6 +206,13 @@ uint32_t MacTable::limit(uint32_t port, uint32_t &limit) const
     return kSdkOk;
 }
 
+const MacEntry *MacTable::lookup(const MacAddress &mac, uint32_t vlan) const
+{
+    auto *self = const_cast<MacTable *>(this);
+    const MacEntry *keyed = self->exact(mac, true, vlan);
+    return keyed != nullptr ? keyed : self->exact(mac, false, vlan);
+}
+
 const char *MacTable::learn(const MacAddress &mac, uint32_t vlan, uint32_t port)
 {
     const bool refusesIllegal = (chip_->registers().held(kRegIllegalMac) & 1) != 0;
@@ -213,33 +220,27 @@ const char *MacTable::learn(const MacAddress &mac, uint32_t vlan, uint32_t port)
         return "no station can have this address";
     if (chip_->stp.state(vlan, port) < StpStates::kLearning)
         return "the port is blocked by spanning tree";
+    if (const MacEntry *known = lookup(mac, vlan); known != nullptr && known->isStatic)
+        return known->port == port ? nullptr : "the address is static at another port";
 
-    const auto fixed = std::find_if(entries_.begin(), entries_.end(), [&](const MacEntry &entry) {
-        return entry.used && entry.isStatic && entry.mac == mac && (!entry.vlanKeyed || entry.vlan == vlan);
-    });
-    if (fixed != entries_.end())
-        return fixed->port == port ? nullptr : "the address is static at another port";
-
-    VlanCfg cfg{};
-    chip_->vlan.read(vlan, cfg);
-    const bool perVlan = cfg.independentLearning != 0;
+    const bool perVlan = chip_->vlan.entry(vlan).independentLearning != 0;
     MacEntry *entry = place(mac, perVlan, vlan);
     if (entry == nullptr)
         return "the address's bucket is taken";
-    uint32_t learned = 0;
-    learnedCount(port, learned);
-    if (!(entry->used && entry->port == port) && learned >= limits_[port])
+    if (!(entry->used && entry->port == port) && learned_[port] >= limits_[port])
         return "the port's learning limit is reached";
-    *entry = {true, false, perVlan, false, false, mac, vlan, port, now_};
+    set(*entry, {true, false, perVlan, false, false, mac, vlan, port, boardClock().ns});
     return nullptr;
 }
 
-uint32_t MacTable::pass(uint64_t time)
+uint32_t MacTable::age()
 {
-    now_ += time;
     if (ageTime_ == 0)
         return 0;
-    return drop([this](const MacEntry &entry) { return !entry.isStatic && now_ - entry.seen >= ageTime_; });
+    const uint64_t now = boardClock().ns;
+    return drop([&](const MacEntry &entry) {
+        return !entry.isStatic && now - entry.seen >= uint64_t{ageTime_} * Clock::kSecond;
+    });
 }
 
 // The ageing time, the limits that differ from the whole table, and the entries in the order of indexes.
@@ -263,7 +264,7 @@ void MacTable::dump(nlohmann::json &to) const
         if (entry.srcBlock || entry.dstBlock)
             row["blocks"] = true;
         if (!entry.isStatic)
-            row["age"] = now_ - entry.seen;
+            row["age"] = (boardClock().ns - entry.seen) / Clock::kSecond;
         to["entries"].push_back(std::move(row));
     }
 }

@@ -12,8 +12,8 @@
 //     spanning-tree state, its limit is reached, the bucket is taken, a static entry has the address at
 //     another port or, with register bit 0 set, when it is a group or the zero address. An ordinary entry
 //     that the host adds counts as learned, but the limit does not hold it back;
-//   - time advances when a command says so, in the unit of the ageing time; an entry goes that has not been
-//     seen for the ageing time, which is 300 after a reset; ageing time 0 keeps all;
+//   - the ageing time is in seconds; an entry that has not been seen for so long ages out when time advances;
+//     it is 300 after a reset, and 0 keeps all;
 //   - initialisation empties the table and lets every port learn up to the whole table.
 #pragma once
 
@@ -39,7 +39,7 @@ struct MacEntry {
     MacAddress mac{};
     uint32_t vlan = 0;
     uint32_t port = 0;
-    uint64_t seen = 0; // when it was last added or learned
+    uint64_t seen = 0; // ns: when it was last added or learned
 };
 
 class MacTable
@@ -68,10 +68,14 @@ public:
     const MacEntry &entry(uint32_t index) const { return entries_.at(index); }
     uint32_t used() const;
 
+    uint32_t indexOf(const MacEntry &entry) const { return static_cast<uint32_t>(&entry - entries_.data()); }
+
+    // The entry that a frame to or from `mac` in a VLAN meets, or null: one with the VLAN in its key first.
+    const MacEntry *lookup(const MacAddress &mac, uint32_t vlan) const;
     // A frame from `mac` came in at a port. Null when the table knows the address there now, else why not.
     const char *learn(const MacAddress &mac, uint32_t vlan, uint32_t port);
-    // Advances time; returns the number of entries that aged out.
-    uint32_t pass(uint64_t time);
+    // Drops the entries that have aged out; returns how many.
+    uint32_t age();
 
     void attach(Chip &chip) { chip_ = &chip; }
     void reset();
@@ -81,12 +85,13 @@ private:
     MacEntry *exact(const MacAddress &mac, bool vlanKeyed, uint32_t vlan);
     MacEntry *place(const MacAddress &mac, bool vlanKeyed, uint32_t vlan);
     template <class Condition> uint32_t drop(Condition goes);
+    void set(MacEntry &entry, const MacEntry &value);
 
     Chip *chip_ = nullptr;
     std::array<MacEntry, kEntries> entries_{};
     std::array<uint32_t, kPorts> limits_{};
+    std::array<uint32_t, kPorts> learned_{}; // entries that are not static, by port
     uint32_t ageTime_ = 0;
-    uint64_t now_ = 0;
 };
 
 } // namespace zrsim

@@ -1,4 +1,4 @@
-// The 64 shared meters, as token buckets that frames can be run against. Given: each has a mode, a rate and
+// The 64 shared meters, as token buckets. Given: each has a mode, a rate and
 // a bucket of 21 bits; ACL rules and storm control name them by index; the manager's mode 0 rate is 8 times
 // the chip's, mode 1 passes as it is. The model's own choice:
 //   - mode 0 counts bytes (preamble and gap do not count): rate in steps of 8 kbit/s, bucket in bytes;
@@ -7,12 +7,10 @@
 //   - programming a rate or a bucket fills the bucket; a meter without a rate limits nothing;
 //   - the last argument of the rate is kept and read back, and changes nothing;
 //   - a reset leaves all meters without a rate.
-// Time passes while a stream runs, and when the board says so.
 #pragma once
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <nlohmann/json_fwd.hpp>
 
 namespace zrsim
@@ -39,25 +37,6 @@ private:
     uint64_t scale() const { return mode == 0 ? 1'000'000 : 1'000'000'000; }
 };
 
-// Frames of one size at a steady pace.
-struct Stream {
-    uint32_t kbit; // kbit/s
-    uint32_t ms;   // how long
-    uint32_t bytes;
-};
-
-struct Passed {
-    uint64_t offered = 0; // frames
-    uint64_t passed = 0;
-};
-
-// What a meter lets through when more is offered than it admits.
-struct Throughput {
-    uint64_t burstFrames = 0; // at once, from a full bucket
-    uint64_t frames = 0;      // in a second, from an empty bucket
-    uint64_t kbit = 0;        // in that second
-};
-
 class Meters
 {
 public:
@@ -68,21 +47,14 @@ public:
     uint32_t setBucket(uint32_t meter, uint32_t bucket);
     const Meter *find(uint32_t meter) const { return meter < kMeters ? &meters_[meter] : nullptr; }
 
-    // One frame, now. A meter that does not exist limits nothing.
+    // One frame, now (sim/board/clock.h). A meter that does not exist limits nothing.
     bool admit(uint32_t meter, uint32_t bytes);
-    void wait(uint64_t ns) { now_ += ns; }
-    // Runs a stream against whatever admits its frames; time moves on by its length.
-    Passed run(const Stream &stream, const std::function<bool()> &judge);
-    // Measured on a copy with a line of 1 Gbit/s: the meter itself does not change.
-    Throughput measure(uint32_t meter, uint32_t bytes) const;
-
-    void attach(Chip &chip);
+    void attach(Chip &) {}
     void reset() { meters_ = {}; }
     void dump(nlohmann::json &to) const;
 
 private:
     std::array<Meter, kMeters> meters_{};
-    uint64_t now_ = 0; // ns
 };
 
 } // namespace zrsim

@@ -15,13 +15,18 @@ namespace
 constexpr uint16_t kOdropCommand = 0x3208;
 constexpr uint16_t kOdropValue = 0x3213;
 
-// Words of the record, by direction: octets (64 bits wide), then frames by kind.
-struct TrafficWords {
-    uint32_t octets;
-    std::array<uint32_t, 3> frames;
+// Words of the record, as the header has them.
+constexpr uint32_t kOctetsIn = 0;
+constexpr uint32_t kOctetsOut = 22;
+constexpr std::array<uint32_t, 3> kFramesIn = {8, 62, 63}; // by kind
+constexpr std::array<uint32_t, 3> kFramesOut = {33, 34, 35};
+constexpr std::array<uint32_t, 5> kFates = {0, 2, 4, 13, 9}; // by fate; a good frame has none
+
+struct SizeClass {
+    uint32_t most;
+    uint32_t word;
 };
-constexpr TrafficWords kIn = {0, {8, 62, 63}};
-constexpr TrafficWords kOut = {22, {33, 34, 35}};
+constexpr SizeClass kSizes[] = {{64, 12}, {127, 14}, {255, 15}, {511, 16}, {1023, 17}, {UINT32_MAX, 18}};
 
 uint32_t portOf(const Words &words, size_t i = 0)
 {
@@ -30,51 +35,6 @@ uint32_t portOf(const Words &words, size_t i = 0)
         words.refuse(fmt::format("there is no port {}", port));
     return port;
 }
-
-uint32_t linkedPortOf(Chip &chip, const Words &words, size_t i = 0)
-{
-    const uint32_t port = portOf(words, i);
-    if (!chip.ports.macLink(port).up)
-        words.refuse(fmt::format("port {} has no link", port));
-    return port;
-}
-
-std::string count(Chip &chip, const Words &words)
-{
-    const uint32_t port = linkedPortOf(chip, words);
-    const std::string &direction = words.text(1);
-    const std::string &kind = words.text(2);
-    if (direction != "in" && direction != "out")
-        words.refuse(fmt::format("'{}' is neither in nor out", direction));
-    if (kind != "unicast" && kind != "multicast" && kind != "broadcast")
-        words.refuse(fmt::format("'{}' is no kind of frame", kind));
-    chip.counters.count(port, direction == "in" ? PortCounters::Direction::In : PortCounters::Direction::Out,
-                        kind == "unicast"     ? PortCounters::Kind::Unicast
-                        : kind == "multicast" ? PortCounters::Kind::Multicast
-                                              : PortCounters::Kind::Broadcast,
-                        words.number(3), words.number(4, 10000, 64));
-    return {};
-}
-
-const BoardCommand kTraffic("traffic PORT in|out unicast|multicast|broadcast FRAMES [BYTES]",
-                            "counts frames of BYTES each (64) at a port",
-                            [](Chip &chip, const Words &words) { return count(chip, words); });
-
-const BoardCommand kForward("forward FROM TO FRAMES [BYTES]",
-                            "sends unicast frames from one port towards another, if isolation permits",
-                            [](Chip &chip, const Words &words) {
-                                const uint32_t from = linkedPortOf(chip, words);
-                                const uint32_t to = linkedPortOf(chip, words, 1);
-                                const uint32_t frames = words.number(2);
-                                const uint32_t bytes = words.number(3, 10000, 64);
-                                using enum PortCounters::Direction;
-                                using enum PortCounters::Kind;
-                                chip.counters.count(from, In, Unicast, frames, bytes);
-                                if (!chip.isolation.permits(from, to))
-                                    return fmt::format("port {} may not forward to port {}\n", from, to);
-                                chip.counters.count(to, Out, Unicast, frames, bytes);
-                                return std::string();
-                            });
 
 const BoardCommand kCounter("counter PORT WORD VALUE", "sets one 32-bit word of a port's counter record",
                             [](Chip &chip, const Words &words) {
@@ -136,11 +96,27 @@ uint32_t PortCounters::clear(uint32_t port)
     return kSdkOk;
 }
 
-void PortCounters::count(uint32_t port, Direction direction, Kind kind, uint32_t frames, uint32_t bytesPerFrame)
+void PortCounters::received(uint32_t port, Kind kind, uint32_t bytes, Fate fate)
 {
-    const TrafficWords &words = direction == Direction::In ? kIn : kOut;
-    records_[port].wide[words.octets / 2] += static_cast<uint64_t>(frames) * bytesPerFrame;
-    records_[port].word[words.frames[static_cast<size_t>(kind)]] += frames;
+    SdkPortCounters &record = records_[port];
+    record.wide[kOctetsIn / 2] += bytes;
+    if (fate != Fate::Good)
+        ++record.word[kFates[static_cast<size_t>(fate)]];
+    if (fate != Fate::Good && fate != Fate::Dropped)
+        return;
+    ++record.word[kFramesIn[static_cast<size_t>(kind)]];
+    for (const SizeClass &size : kSizes) {
+        if (bytes <= size.most) {
+            ++record.word[size.word];
+            break;
+        }
+    }
+}
+
+void PortCounters::sent(uint32_t port, Kind kind, uint32_t bytes)
+{
+    records_[port].wide[kOctetsOut / 2] += bytes;
+    ++records_[port].word[kFramesOut[static_cast<size_t>(kind)]];
 }
 
 void PortCounters::dump(nlohmann::json &to) const

@@ -58,6 +58,12 @@ Link Ports::macLink(uint32_t port) const
     return link;
 }
 
+bool Ports::looped(uint32_t port) const
+{
+    const Port &at = ports_[port];
+    return at.macLoop || (hasPhy(port) && (at.phy.looped() || at.phy.remoteLooped()));
+}
+
 void Ports::plug(uint32_t port, bool in)
 {
     Port &at = ports_[port];

@@ -47,6 +47,8 @@ public:
     bool macForced(uint32_t port) const { return !hasPhy(port); }
     Link forcedLink(uint32_t port) const { return hasPhy(port) ? Link{} : ports_[port].strapped; }
     bool macLooped(uint32_t port) const { return ports_[port].macLoop; }
+    // In any loopback: of the MAC, or of the PHY towards the chip or the cable.
+    bool looped(uint32_t port) const;
     void macLoop(uint32_t port, bool on) { ports_[port].macLoop = on; }
 
     // The world.

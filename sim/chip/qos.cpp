@@ -93,7 +93,7 @@ uint32_t Qos::map8021p(uint32_t p8021, uint32_t priority)
     return kSdkOk;
 }
 
-Qos::Verdict Qos::classify(uint32_t port, std::optional<uint32_t> p8021, std::optional<uint32_t> dscp) const
+Qos::Verdict Qos::classify(uint32_t port, const Sources &sources) const
 {
     const auto &values = priSel_[boundTo_.at(port).value_or(0)];
     uint32_t weight = 0;
@@ -104,11 +104,13 @@ Qos::Verdict Qos::classify(uint32_t port, std::optional<uint32_t> p8021, std::op
             verdict = {priority, 0, kSources[source]};
         }
     };
-    offer(kFromPort, 0);
-    if (p8021)
-        offer(kFrom8021p, by8021p_.at(*p8021));
-    if (dscp)
-        offer(kFromDscp, byDscp_.at(*dscp));
+    offer(kFromPort, sources.port);
+    if (sources.dot1p)
+        offer(kFrom8021p, by8021p_.at(*sources.dot1p));
+    if (sources.acl)
+        offer(kFromAcl, *sources.acl);
+    if (sources.dscp)
+        offer(kFromDscp, byDscp_.at(*sources.dscp));
     verdict.queue = queueMaps_[queues_][verdict.priority];
     return verdict;
 }
@@ -168,25 +170,6 @@ namespace
 
 const BoardCommand kTables("qos", "queues, priority maps and weights as tables",
                            [](Chip &chip, const Words &) { return chip.qos.tables(); });
-
-const BoardCommand kClassify("classify PORT [dot1p N] [dscp N]",
-                             "the priority and queue of a frame that comes in at a port",
-                             [](Chip &chip, const Words &words) {
-                                 const uint32_t port = words.number(0, Qos::kPorts - 1);
-                                 std::optional<uint32_t> p8021;
-                                 std::optional<uint32_t> dscp;
-                                 for (size_t i = 1; i < words.count(); i += 2) {
-                                     if (words.text(i) == "dot1p")
-                                         p8021 = words.number(i + 1, Qos::kQueues - 1);
-                                     else if (words.text(i) == "dscp")
-                                         dscp = words.number(i + 1, Qos::kDscps - 1);
-                                     else
-                                         words.refuse("'" + words.text(i) + "' is neither dot1p nor dscp");
-                                 }
-                                 const Qos::Verdict verdict = chip.qos.classify(port, p8021, dscp);
-                                 return fmt::format("priority={} queue={} by {}\n", verdict.priority,
-                                                    verdict.queue, verdict.source);
-                             });
 
 } // namespace
 } // namespace zrsim

@@ -50,7 +50,14 @@ public:
         uint32_t queue;
         const char *source;
     };
-    Verdict classify(uint32_t port, std::optional<uint32_t> p8021, std::optional<uint32_t> dscp) const;
+    // The priorities that a frame brings; those it has not got do not count.
+    struct Sources {
+        uint32_t port = 0;
+        std::optional<uint32_t> dot1p{};
+        std::optional<uint32_t> acl{};
+        std::optional<uint32_t> dscp{};
+    };
+    Verdict classify(uint32_t port, const Sources &sources) const;
 
     // The set-up as tables for people.
     std::string tables() const;

@@ -5,10 +5,7 @@
 
 #include <algorithm>
 
-#include "sim/chip/chip.h"
 #include "sim/chip/status.h"
-#include "sim/command.h"
-#include "sim/pipeline/capture.h"
 
 namespace zrsim
 {
@@ -42,16 +39,13 @@ uint32_t Rma::trapLldp(uint32_t on)
     return kSdkOk;
 }
 
-Rma::Action Rma::judge(uint32_t port, std::span<const uint8_t, 6> mac, uint32_t etherType) const
+Rma::Judgement Rma::judge(const std::array<uint8_t, 6> &mac, uint32_t etherType) const
 {
     if (!std::equal(std::begin(kPrefix), std::end(kPrefix), mac.begin()) || mac[5] >= kAddressTypes)
-        return kSwitch;
+        return {false, false, kSwitch};
     if (lldp_ && isLldp(mac[5], etherType))
-        return kToHost;
-    const auto action = static_cast<Action>(actions_[mac[5]]);
-    if (action == kDrop)
-        chip_->drop.note(port, DropCapture::kReserved);
-    return action;
+        return {true, true, kToHost};
+    return {true, false, static_cast<Action>(actions_[mac[5]])};
 }
 
 void Rma::reset()
@@ -68,21 +62,4 @@ void Rma::dump(nlohmann::json &to) const
         to["actions"] = actions_;
 }
 
-namespace
-{
-
-const BoardCommand kReserved("reserved PORT MAC [ETHERTYPE]", "what becomes of a frame to a reserved address",
-                             [](Chip &chip, const Words &words) {
-                                 const uint32_t port = words.number(0, 31);
-                                 const Frame mac = frameFromHex(words.text(1));
-                                 if (mac.size() != 6)
-                                     words.refuse("'" + words.text(1) + "' is no MAC address");
-                                 static constexpr const char *kWhat[] = {"switched", "dropped", "to the host"};
-                                 const auto action = chip.rma.judge(port, std::span<const uint8_t, 6>(mac),
-                                                                    words.number(2, 0xFFFF, 0));
-                                 return fmt::format("action={} {}\n", static_cast<uint32_t>(action),
-                                                    kWhat[action]);
-                             });
-
-} // namespace
 } // namespace zrsim

@@ -8,7 +8,6 @@
 #include <array>
 #include <cstdint>
 #include <nlohmann/json_fwd.hpp>
-#include <span>
 
 namespace zrsim
 {
@@ -27,15 +26,19 @@ public:
     uint32_t action(uint32_t type) const { return actions_.at(type); }
     bool trapsLldp() const { return lldp_; }
 
-    // What becomes of a frame to `mac` (6 bytes) that comes in at a port.
-    Action judge(uint32_t port, std::span<const uint8_t, 6> mac, uint32_t etherType) const;
+    struct Judgement {
+        bool reserved; // the address is one of the types
+        bool lldp;     // decided by the trap of LLDP
+        Action action;
+    };
+    // What becomes of a frame to `mac`.
+    Judgement judge(const std::array<uint8_t, 6> &mac, uint32_t etherType) const;
 
-    void attach(Chip &chip) { chip_ = &chip; }
+    void attach(Chip &) {}
     void reset();
     void dump(nlohmann::json &to) const;
 
 private:
-    Chip *chip_ = nullptr;
     std::array<uint32_t, kTypes> actions_{};
     bool lldp_ = false;
 };

@@ -38,15 +38,6 @@ uint32_t StormControl::enablePort(uint32_t port, uint32_t type, uint32_t enable)
     return kSdkOk;
 }
 
-bool StormControl::admit(uint32_t port, uint32_t type, uint32_t bytes)
-{
-    const Binding &bound = binding(port, type);
-    if (!enabled_ || !bound.enabled || chip_->meters.admit(bound.meter, bytes))
-        return true;
-    chip_->drop.note(port, DropCapture::kStorm);
-    return false;
-}
-
 void StormControl::reset()
 {
     enabled_ = false;
@@ -79,16 +70,6 @@ std::string showBindings(Chip &chip, const Words &)
 }
 
 const BoardCommand kBindings("storm", "which floods are limited by which meter", showBindings);
-
-const BoardCommand kFlood("flood PORT TYPE KBIT MS", "floods frames of 64 bytes of a storm type into a port",
-                          [](Chip &chip, const Words &words) {
-                              const uint32_t port = words.number(0, StormControl::kPorts - 1);
-                              const uint32_t type = words.number(1, StormControl::kTypes - 1);
-                              const Stream stream{words.number(2, 1'000'000), words.number(3, 10'000), 64};
-                              const Passed result = chip.meters.run(
-                                  stream, [&] { return chip.storm.admit(port, type, stream.bytes); });
-                              return fmt::format("offered={} passed={}\n", result.offered, result.passed);
-                          });
 
 } // namespace
 } // namespace zrsim

@@ -1,6 +1,6 @@
 // Storm control. Given: one switch for the unit; per port and storm type (0 to 3) a shared meter and an
-// enable. The model's own choice: ports 0 to 31; a flood that its meter refuses is dropped and told to the
-// drop capture; enables other than 0 and 1 are refused; a reset switches everything off and binds meter 0.
+// enable. The model's own choice: ports 0 to 31; enables other than 0 and 1 are refused; a reset switches
+// everything off and binds meter 0.
 #pragma once
 
 #include <array>
@@ -30,15 +30,11 @@ public:
     bool enabled() const { return enabled_; }
     const Binding &binding(uint32_t port, uint32_t type) const { return bindings_.at(port).at(type); }
 
-    // Whether one flooded frame that comes in at a port goes on.
-    bool admit(uint32_t port, uint32_t type, uint32_t bytes);
-
-    void attach(Chip &chip) { chip_ = &chip; }
+    void attach(Chip &) {}
     void reset();
     void dump(nlohmann::json &to) const;
 
 private:
-    Chip *chip_ = nullptr;
     bool enabled_ = false;
     std::array<std::array<Binding, kTypes>, kPorts> bindings_{};
 };

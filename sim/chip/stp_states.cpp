@@ -15,6 +15,11 @@ constexpr const char *kStateNames[] = {"disabled", "blocking", "learning", "forw
 
 } // namespace
 
+const char *StpStates::name(State state)
+{
+    return kStateNames[state];
+}
+
 void StpStates::reset()
 {
     instances_.fill(0);

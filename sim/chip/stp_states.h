@@ -29,6 +29,9 @@ public:
     // The state of a port for the frames of a VLAN; both must exist.
     State state(uint32_t vlan, uint32_t port) const { return states_[instances_[vlan]][port]; }
 
+    uint32_t instanceOf(uint32_t vlan) const { return instances_[vlan]; }
+    static const char *name(State state);
+
     void attach(Chip &) {}
     void reset();
     void dump(nlohmann::json &to) const;

@@ -29,7 +29,13 @@ uint32_t TrunkGroups::write(uint32_t group, uint32_t mask)
 {
     if (group >= kGroups || mask >> kPortsPerGroup != 0)
         return kSdkBadArgument;
-    groups_[group].chipPorts = mask << (group * kPortsPerGroup);
+    Group &written = groups_[group];
+    written.chipPorts = mask << (group * kPortsPerGroup);
+    written.ports = 0;
+    for (uint32_t port = 0; port < 32; ++port)
+        if (const uint32_t chipPort = chipPortOf(port);
+            chipPort != kNoChipPort && (written.chipPorts >> chipPort & 1U) != 0)
+            written.ports |= 1U << port;
     return kSdkOk;
 }
 
@@ -39,6 +45,19 @@ uint32_t TrunkGroups::read(uint32_t group, uint32_t &mask) const
         return kSdkBadArgument;
     mask = groups_[group].chipPorts;
     return kSdkOk;
+}
+
+uint32_t TrunkGroups::portsWith(uint32_t port) const
+{
+    for (const Group &group : groups_)
+        if ((group.ports >> port & 1U) != 0)
+            return group.ports;
+    return 1U << port;
+}
+
+uint32_t TrunkGroups::logicalPort(uint32_t port) const
+{
+    return static_cast<uint32_t>(std::countr_zero(portsWith(port)));
 }
 
 uint32_t TrunkGroups::setDistribution(uint32_t group, uint32_t inputs)

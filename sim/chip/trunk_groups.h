@@ -34,6 +34,12 @@ public:
     uint32_t setDistribution(uint32_t group, uint32_t inputs);
     uint32_t distribution(uint32_t group) const { return groups_.at(group).hashInputs; }
 
+    // The manager's ports of a group, and of the trunk that a port is in, or the port alone.
+    uint32_t ports(uint32_t group) const { return groups_[group].ports; }
+    uint32_t portsWith(uint32_t port) const;
+    // The port that stands for a trunk: its lowest.
+    uint32_t logicalPort(uint32_t port) const;
+
     void attach(Chip &) {}
     void reset() { *this = TrunkGroups{}; }
     void dump(nlohmann::json &to) const;
@@ -41,6 +47,7 @@ public:
 private:
     struct Group {
         uint32_t chipPorts = 0; // bit n = chip port n
+        uint32_t ports = 0;     // the same, bit n = the manager's port n
         uint32_t hashInputs = 0;
     };
     std::array<Group, kGroups> groups_{};

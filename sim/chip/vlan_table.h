@@ -45,6 +45,14 @@ public:
     uint32_t read(uint32_t vlan, VlanCfg &cfg) const;
     uint32_t write(uint32_t vlan, const VlanCfg &cfg);
 
+    // For VLAN ids of 12 bits.
+    const VlanCfg &entry(uint32_t vlan) const { return vlans_[vlan]; }
+    bool exists(uint32_t vlan) const
+    {
+        const VlanCfg &cfg = vlans_[vlan];
+        return cfg.memberMask != 0 || cfg.untagMask != 0 || cfg.independentLearning != 0;
+    }
+
     uint32_t findIndex(uint32_t vlan, uint32_t &index) const;
     uint32_t takeIndex(uint32_t vlan, uint32_t &index);
     uint32_t readMembers(uint32_t index, VlanMbrCfg &cfg) const;

@@ -1,0 +1,27 @@
+// The source address: learned, moved, refused, or blocked (IEEE 802.1Q clause 8.7). Given: a learning limit per
+// port and addresses that the host made static. The model's own choice: what sim/chip/mac_table.h says; a
+// trunk learns at its lowest port.
+#include "sim/pipeline/passage.h"
+
+namespace zrsim
+{
+
+bool learnSource(Passage &passage)
+{
+    Chip &chip = passage.chip;
+    const MacAddress &mac = passage.frame.source();
+    const MacEntry *known = chip.mac.lookup(mac, passage.vlan);
+    if (known != nullptr && known->srcBlock)
+        return passage.drop(Reason::SourceBlocked, "learn", "entry {} blocks the source address",
+                            chip.mac.indexOf(*known));
+    const uint32_t port = chip.trunk.logicalPort(passage.port);
+    const char *refusal = chip.mac.learn(mac, passage.vlan, port);
+    if (refusal != nullptr)
+        passage.say("learn", "not learned: {}", refusal);
+    else if (passage.told)
+        passage.say("learn", "entry {}: source at port {}",
+                    chip.mac.indexOf(*chip.mac.lookup(mac, passage.vlan)), port);
+    return true;
+}
+
+} // namespace zrsim

@@ -1,0 +1,22 @@
+// The internal priority and the queue, by the selection weights and maps of sim/chip/qos.h.
+#include "sim/pipeline/passage.h"
+
+namespace zrsim
+{
+
+bool choosePriority(Passage &passage)
+{
+    Qos::Sources sources;
+    sources.port = passage.chip.vlan.port(passage.port)->priority;
+    if (passage.frame.tagged())
+        sources.dot1p = passage.dot1p;
+    sources.acl = passage.aclPriority;
+    if (passage.frame.tagged() || passage.chip.vlan.untagDscpPriority())
+        sources.dscp = passage.frame.dscp();
+    const Qos::Verdict verdict = passage.chip.qos.classify(passage.port, sources);
+    passage.queue = verdict.queue;
+    passage.say("priority", "{} by {}: queue {}", verdict.priority, verdict.source, verdict.queue);
+    return true;
+}
+
+} // namespace zrsim

@@ -1,0 +1,26 @@
+// Reserved multicast addresses (IEEE 802.1Q table 8-1) and LLDP, by the actions of sim/chip/rma.h.
+#include "sim/pipeline/passage.h"
+
+namespace zrsim
+{
+
+bool checkReserved(Passage &passage)
+{
+    const MacAddress &mac = passage.frame.destination();
+    const Rma::Judgement judged = passage.chip.rma.judge(mac, passage.frame.etherType());
+    if (!judged.reserved)
+        return true;
+    const char *by = judged.lldp ? "the LLDP trap" : "the action of its type";
+    switch (judged.action) {
+    case Rma::kDrop:
+        return passage.drop(Reason::Reserved, "reserved", "type {}: dropped by {}", mac[5], by);
+    case Rma::kToHost:
+        passage.say("reserved", "type {}: to the CPU by {}", mac[5], by);
+        return passage.trap();
+    default:
+        passage.say("reserved", "type {}: switched by {}", mac[5], by);
+        return true;
+    }
+}
+
+} // namespace zrsim
