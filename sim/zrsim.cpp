@@ -52,7 +52,11 @@ public:
     }
 
 private:
-    void tell(const zrsim_frame_event &event) { fn_(&event, context_); }
+    void tell(const zrsim_frame_event &event)
+    {
+        if (fn_ != nullptr)
+            fn_(&event, context_);
+    }
 
     zrsim_frame_fn fn_;
     void *context_;

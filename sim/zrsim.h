@@ -52,7 +52,8 @@ typedef struct {
 typedef void (*zrsim_frame_fn)(const zrsim_frame_event *event, void *context);
 
 /* Puts a frame (without FCS) into a port of unit 0 to 2. Flags: tell the stages; leave no trace in any table,
- * counter or register; with a wrong FCS. Returns 0, or 1 for no such unit or more than 65536 bytes. */
+ * counter or register; with a wrong FCS. `fn` may be null, and must not put frames in itself. Returns 0, or 1
+ * for no such unit or more than 65536 bytes. */
 enum { ZRSIM_FRAME_EXPLAIN = 1, ZRSIM_FRAME_DRY = 2, ZRSIM_FRAME_BAD_FCS = 4 };
 int zrsim_frame(uint32_t unit, uint32_t port, const uint8_t *bytes, size_t size, int flags, zrsim_frame_fn fn,
                 void *context);

@@ -220,10 +220,11 @@ const char *MacTable::learn(const MacAddress &mac, uint32_t vlan, uint32_t port)
         return "no station can have this address";
     if (chip_->stp.state(vlan, port) < StpStates::kLearning)
         return "the port is blocked by spanning tree";
-    if (const MacEntry *known = lookup(mac, vlan); known != nullptr && known->isStatic)
-        return known->port == port ? nullptr : "the address is static at another port";
+    const MacEntry *known = lookup(mac, vlan);
+    if (known != nullptr && known->fixed())
+        return known->port == port ? nullptr : "the host fixed the address at another port";
 
-    const bool perVlan = chip_->vlan.entry(vlan).independentLearning != 0;
+    const bool perVlan = known != nullptr ? known->vlanKeyed : chip_->vlan.entry(vlan).independentLearning != 0;
     MacEntry *entry = place(mac, perVlan, vlan);
     if (entry == nullptr)
         return "the address's bucket is taken";
@@ -239,7 +240,7 @@ uint32_t MacTable::age()
         return 0;
     const uint64_t now = boardClock().ns;
     return drop([&](const MacEntry &entry) {
-        return !entry.isStatic && now - entry.seen >= uint64_t{ageTime_} * Clock::kSecond;
+        return !entry.fixed() && now - entry.seen >= uint64_t{ageTime_} * Clock::kSecond;
     });
 }
 

@@ -9,10 +9,11 @@
 //     the address in every VLAN; one with VLAN key does not find an entry without;
 //   - an address is learned with its VLAN in the key where the VLAN learns independently, else without (the
 //     entry still tells in which VLAN it was seen). It is not learned when the port does not learn in its
-//     spanning-tree state, its limit is reached, the bucket is taken, a static entry has the address at
-//     another port or, with register bit 0 set, when it is a group or the zero address. An ordinary entry
-//     that the host adds counts as learned, but the limit does not hold it back;
-//   - the ageing time is in seconds; an entry that has not been seen for so long ages out when time advances;
+//     spanning-tree state, its limit is reached, the bucket is taken, a static or blocking entry has the
+//     address at another port or, with register bit 0 set, when it is a group or the zero address. An ordinary
+//     entry that the host adds counts as learned, but the limit does not hold it back;
+//   - the ageing time is in seconds; an entry that has not been seen for so long, and neither is static nor
+//     blocks, ages out when time advances;
 //     it is 300 after a reset, and 0 keeps all;
 //   - initialisation empties the table and lets every port learn up to the whole table.
 #pragma once
@@ -40,6 +41,9 @@ struct MacEntry {
     uint32_t vlan = 0;
     uint32_t port = 0;
     uint64_t seen = 0; // ns: when it was last added or learned
+
+    // Neither moves nor ages.
+    bool fixed() const { return isStatic || srcBlock || dstBlock; }
 };
 
 class MacTable

@@ -9,6 +9,7 @@
 
 namespace zrsim
 {
+
 bool Meter::admit(uint32_t bytes, uint64_t now)
 {
     if (!limits)
@@ -61,7 +62,8 @@ void Meters::dump(nlohmann::json &to) const
     for (uint32_t id = 0; id < kMeters; ++id) {
         const Meter &meter = meters_[id];
         if (meter.limits || meter.bucket != 0)
-            to[std::to_string(id)] = {{"mode", meter.mode}, {"rate", meter.rate}, {"bucket", meter.bucket}};
+            to[std::to_string(id)] = {
+                {"mode", meter.mode}, {"rate", meter.rate}, {"bucket", meter.bucket}, {"tokens", meter.tokens}};
     }
 }
 

@@ -49,6 +49,7 @@ public:
 
     // One frame, now (sim/board/clock.h). A meter that does not exist limits nothing.
     bool admit(uint32_t meter, uint32_t bytes);
+
     void attach(Chip &) {}
     void reset() { meters_ = {}; }
     void dump(nlohmann::json &to) const;

@@ -18,10 +18,12 @@ bool applyAcl(Passage &passage)
         return true;
     }
     const FilterAct &act = chip.acl.entry(id).action;
-    if (act.counterEnable != 0)
-        passage.say("acl", "entry {} counts: counter {} = {}", id, act.counterId, chip.acl.hit(act.counterId));
-    else
+    if (act.counterEnable != 0) {
+        const uint32_t hits = chip.acl.hit(act.counterId);
+        passage.say("acl", "entry {} matches: counter {} = {}", id, act.counterId, hits);
+    } else {
         passage.say("acl", "entry {} matches", id);
+    }
     if (act.carEnable != 0) {
         if (!chip.meters.admit(act.carId, passage.frame.wireSize()))
             return passage.drop(Reason::Policed, "acl", "entry {}: red, over the rate of meter {}", id,

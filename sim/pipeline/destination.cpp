@@ -1,5 +1,8 @@
 // Where a frame is to go (IEEE 802.1Q clause 8.8): to the port of its address, or to the VLAN's members; never
-// back to the port or trunk that it came from. A redirect of an ACL rule replaces the lookup.
+// back to the port or trunk that it came from. Given: the address table and the VLAN table; the SDK has no
+// static multicast entries, so a group address is flooded. The model's own choice: a redirect of an ACL rule
+// replaces the lookup, but not the rules of what may leave a port; an address at a port of a trunk is at the
+// trunk.
 #include "sim/pipeline/passage.h"
 
 namespace zrsim
@@ -23,13 +26,14 @@ bool findDestination(Passage &passage)
         if (entry->dstBlock)
             return passage.drop(Reason::DestinationBlocked, "forward",
                                 "entry {} blocks the destination address", index);
-        passage.egress = 1U << entry->port;
+        passage.egress = chip.trunk.portsWith(entry->port);
         passage.say("forward", "entry {}: {} address at port {}", index, entry->isStatic ? "static" : "learned",
                     entry->port);
         if ((passage.egress & own) != 0)
             return passage.drop(Reason::SamePort, "forward", "that is where it came from");
         return true;
     }
+    passage.flooded = true;
     passage.egress = members & ~own;
     passage.say("forward", "{}: flooded to the members of VLAN {}: {}",
                 !frame.toGroup() ? "unknown unicast"

@@ -1,7 +1,10 @@
-// Which of the destinations a frame may leave by: one port of a trunk, the permit map of the ingress port, VLAN
-// membership, spanning tree, link. Given: permit maps and the trunk's hash inputs. The model's own choice: the
-// hash is over the addresses, and over IPv4 addresses and ports where there are any; a known unicast address
-// needs egress membership as a flood does; the drop is told by the last filter that left nothing.
+// Which of the destinations a frame may leave by: the permit map of the ingress port, VLAN membership, spanning
+// tree, one port of a trunk, link. Given: permit maps; a mode of trunking and a mask of seven hash inputs. The
+// model's own choice: trunk mode 0 takes the lowest member that has a link, any other mode hashes; input bit 0
+// is the ingress port, 1 and 2 the source and destination MAC address, 3 and 4 those of IPv4, 5 and 6 the ports
+// of TCP and UDP in packets that are not fragments; a known unicast address needs egress membership as a flood
+// does; the drop is told by the last filter that left nothing; a frame whose one destination has no link counts
+// in that port's odrop.
 #include <bit>
 
 #include "sim/pipeline/passage.h"
@@ -12,19 +15,28 @@ namespace
 {
 
 // Equal for all frames of a flow.
-uint32_t flowHash(const Frame &frame)
+uint32_t flowHash(const Passage &passage, uint32_t inputs)
 {
+    const Frame &frame = passage.frame;
     uint32_t hash = 2166136261U; // FNV-1a
-    auto mix = [&](size_t offset, size_t count) {
-        for (uint8_t byte : frame.bytes().subspan(offset, count))
-            hash = (hash ^ byte) * 16777619U;
+    auto mix = [&](uint32_t input, size_t offset, size_t count) {
+        if ((inputs >> input & 1U) != 0 && offset + count <= frame.bytes().size())
+            for (uint8_t byte : frame.bytes().subspan(offset, count))
+                hash = (hash ^ byte) * 16777619U;
     };
-    mix(0, 12);
-    if (frame.ipv4() != 0)
-        mix(frame.ipv4() + 12, 8);
-    const size_t ports = frame.ipv4Payload();
-    if (ports != 0 && ports + 4 <= frame.bytes().size())
-        mix(ports, 4);
+    if ((inputs & 1U) != 0)
+        hash = (hash ^ passage.port) * 16777619U;
+    mix(1, 6, 6);
+    mix(2, 0, 6);
+    if (const size_t ip = frame.ipv4(); ip != 0) {
+        mix(3, ip + 12, 4);
+        mix(4, ip + 16, 4);
+        const bool fragment = (*frame.wordAt(ip + 6) & 0x3FFFU) != 0;
+        if (!fragment && (frame.protocol() == 6 || frame.protocol() == 17)) {
+            mix(5, frame.ipv4Payload(), 2);
+            mix(6, frame.ipv4Payload() + 2, 2);
+        }
+    }
     return hash ^ hash >> 16;
 }
 
@@ -51,27 +63,25 @@ template <class Keep> bool filter(Passage &passage, Reason reason, const char *w
     return true;
 }
 
-// Of every trunk among the destinations one port that has a link.
+// Of every trunk among the destinations one port, and one that has a link where there is any.
 void chooseTrunkMembers(Passage &passage)
 {
     Chip &chip = passage.chip;
     for (uint32_t group = 0; group < TrunkGroups::kGroups; ++group) {
-        const uint32_t members = chip.trunk.ports(group);
-        if ((passage.egress & members) == 0)
+        const uint32_t members = passage.egress & chip.trunk.ports(group);
+        if (std::popcount(members) < 2)
             continue;
         const uint32_t up = keepPorts(members, [&](uint32_t port) { return chip.ports.macLink(port).up; });
-        passage.egress &= ~members;
-        if (up == 0) {
-            passage.egress |= members & -members;
-            continue;
+        uint32_t chosen = up != 0 ? up : members;
+        if (chip.trunk.mode() != 0) {
+            uint32_t skip = flowHash(passage, chip.trunk.distribution(group)) %
+                            static_cast<uint32_t>(std::popcount(chosen));
+            for (; skip != 0; --skip)
+                chosen &= chosen - 1;
         }
-        uint32_t chosen = up;
-        for (uint32_t skip = flowHash(passage.frame) % static_cast<uint32_t>(std::popcount(up)); skip != 0;
-             --skip)
-            chosen &= chosen - 1;
-        passage.egress |= chosen & -chosen;
-        passage.say("egress", "trunk {}: port {} of {} by the flow's hash", group, std::countr_zero(chosen),
-                    PortList{up});
+        passage.egress = (passage.egress & ~members) | (chosen & -chosen);
+        passage.say("egress", "trunk {}: port {} of {} by {}", group, std::countr_zero(chosen),
+                    PortList{members}, chip.trunk.mode() != 0 ? "the flow's hash" : "the trunk mode");
     }
 }
 
@@ -81,17 +91,24 @@ bool filterEgress(Passage &passage)
 {
     Chip &chip = passage.chip;
     const uint32_t members = chip.vlan.entry(passage.vlan).memberMask;
-    if (!filter(passage, Reason::NoMember, "no member of the VLAN",
-                [&](uint32_t port) { return (members >> port & 1U) != 0; }))
+    const bool mayLeave =
+        filter(passage, Reason::Isolated, "isolated from the ingress port",
+               [&](uint32_t port) { return chip.isolation.permits(passage.port, port); }) &&
+        filter(passage, Reason::NoMember, "no member of the VLAN",
+               [&](uint32_t port) { return (members >> port & 1U) != 0; }) &&
+        filter(passage, Reason::EgressSpanningTree, "does not forward in the VLAN's instance",
+               [&](uint32_t port) { return chip.stp.state(passage.vlan, port) == StpStates::kForwarding; });
+    if (!mayLeave)
         return false;
     chooseTrunkMembers(passage);
-    return filter(passage, Reason::Isolated, "isolated from the ingress port",
-                  [&](uint32_t port) { return chip.isolation.permits(passage.port, port); }) &&
-           filter(
-               passage, Reason::EgressSpanningTree, "does not forward in the VLAN's instance",
-               [&](uint32_t port) { return chip.stp.state(passage.vlan, port) == StpStates::kForwarding; }) &&
-           filter(passage, Reason::EgressLinkDown, "disabled or without link",
-                  [&](uint32_t port) { return chip.ports.macLink(port).up; });
+    const uint32_t chosen = passage.egress;
+    if (filter(passage, Reason::EgressLinkDown, "disabled or without link",
+               [&](uint32_t port) { return chip.ports.macLink(port).up; }))
+        return true;
+    if (!passage.flooded)
+        for (uint32_t rest = chosen; rest != 0; rest &= rest - 1)
+            chip.counters.drop(static_cast<uint32_t>(std::countr_zero(rest)), 1);
+    return false;
 }
 
 } // namespace zrsim

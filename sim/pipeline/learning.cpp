@@ -1,6 +1,7 @@
 // The source address: learned, moved, refused, or blocked (IEEE 802.1Q clause 8.7). Given: a learning limit per
-// port and addresses that the host made static. The model's own choice: what sim/chip/mac_table.h says; a
-// trunk learns at its lowest port.
+// port, which is its learn switch too (0: learns nothing), and addresses that the host made static or blocking.
+// The model's own choice: what sim/chip/mac_table.h says; a frame whose source is not learned goes on; a trunk
+// learns at its lowest port.
 #include "sim/pipeline/passage.h"
 
 namespace zrsim
@@ -15,12 +16,17 @@ bool learnSource(Passage &passage)
         return passage.drop(Reason::SourceBlocked, "learn", "entry {} blocks the source address",
                             chip.mac.indexOf(*known));
     const uint32_t port = chip.trunk.logicalPort(passage.port);
+    const uint32_t before = known != nullptr ? known->port : port;
     const char *refusal = chip.mac.learn(mac, passage.vlan, port);
+    if (!passage.told)
+        return true;
     if (refusal != nullptr)
         passage.say("learn", "not learned: {}", refusal);
-    else if (passage.told)
-        passage.say("learn", "entry {}: source at port {}",
-                    chip.mac.indexOf(*chip.mac.lookup(mac, passage.vlan)), port);
+    else if (const uint32_t index = chip.mac.indexOf(*chip.mac.lookup(mac, passage.vlan)); before != port)
+        passage.say("learn", "entry {}: source moved from port {} to {}", index, before, port);
+    else
+        passage.say("learn", "entry {}: source {} at port {}", index, known != nullptr ? "known" : "learned",
+                    port);
     return true;
 }
 

@@ -59,6 +59,7 @@ struct Passage {
     uint32_t dot1p = 0;                    // of its tag, or the port's
     std::optional<uint32_t> aclPriority{}; // replaces it
     std::optional<uint32_t> redirect{};    // ports, bit n = port n
+    bool flooded = false;                  // not to one known address or a redirect
     uint32_t egress = 0;                   // ports
     uint32_t queue = 0;
 

@@ -80,11 +80,16 @@ Pipeline &pipeline()
     return instance;
 }
 
-Pipeline::Hop &Pipeline::nextHop()
+void Pipeline::pass(Cables::End to, std::span<const uint8_t> bytes, bool fcsGood, bool returned)
 {
     if (queued_ == hops_.size())
         hops_.emplace_back();
-    return hops_[queued_++];
+    Hop &hop = hops_[queued_++];
+    hop.unit = to.unit;
+    hop.port = to.port;
+    hop.fcsGood = fcsGood;
+    hop.returned = returned;
+    hop.bytes.assign(bytes.begin(), bytes.end());
 }
 
 void Pipeline::send(uint32_t unit, uint32_t port, std::span<const uint8_t> bytes, bool fcsGood,
@@ -92,12 +97,7 @@ void Pipeline::send(uint32_t unit, uint32_t port, std::span<const uint8_t> bytes
 {
     visits_ = {};
     queued_ = 0;
-    Hop &first = nextHop();
-    first.unit = unit;
-    first.port = port;
-    first.fcsGood = fcsGood;
-    first.returned = false;
-    first.bytes.assign(bytes.begin(), bytes.end());
+    pass({unit, port}, bytes, fcsGood, false);
     for (size_t i = 0; i < queued_; ++i)
         enter(hops_[i], witness);
 }
@@ -107,15 +107,14 @@ void Pipeline::enter(const Hop &hop, Witness &witness)
     const Frame frame(hop.bytes);
     Chip &chip = board_.chip(hop.unit);
     Passage passage{chip, hop.port, frame, hop.fcsGood, witness};
-    bool goesOn = Ports::exists(hop.port) && ++visits_[hop.unit][hop.port] > kMostVisits
-                      ? passage.drop(Reason::Loop, "port", "the frame was here {} times", kMostVisits)
-                      : true;
-    if (goesOn && !hop.returned && Ports::exists(hop.port) && chip.ports.looped(hop.port)) {
-        // What is put into a looped port comes back at once.
-        passage.say("port", "port {} is in loopback: the frame returns", hop.port);
-        witness.left(
-            {chip.unit(), hop.port, false, frame.tagged(), frame.vid(), frame.dot1p(), 0, frame.bytes()});
-        return;
+    bool goesOn = true;
+    if (Ports::exists(hop.port)) {
+        uint8_t &visits = visits_[hop.unit][hop.port];
+        if (visits == kMostVisits)
+            goesOn = passage.drop(Reason::Loop, "port", "the frame was here {} times", kMostVisits);
+        else if (++visits; !hop.returned && !chip.inReset() && chip.ports.enabled(hop.port) &&
+                           chip.ports.looped(hop.port))
+            return turnBack(passage);
     }
     for (size_t i = 0; goesOn && i < std::size(kStages); ++i)
         goesOn = kStages[i](passage);
@@ -126,6 +125,18 @@ void Pipeline::enter(const Hop &hop, Witness &witness)
         chip.drop.note(hop.port, info(passage.reason).captureBit);
         witness.dropped(chip.unit(), hop.port, passage.reason);
     }
+}
+
+// A looped port sends a frame back to where it came from, past the switch.
+void Pipeline::turnBack(const Passage &passage)
+{
+    const Frame &frame = passage.frame;
+    const Cables::End here{passage.chip.unit(), passage.port};
+    passage.say("port", "port {} is in loopback: the frame returns", passage.port);
+    if (const Cables::End *peer = board_.cables.peer(here))
+        return pass(*peer, frame.bytes(), passage.fcsGood, false);
+    passage.witness.left(
+        {here.unit, here.port, false, frame.tagged(), frame.vid(), frame.dot1p(), 0, frame.bytes()});
 }
 
 // A port that is not there or has no link receives nothing that it could count.
@@ -208,13 +219,7 @@ void Pipeline::hand(Passage &passage, const Departure &departure)
         passage.witness.left(departure);
         return;
     }
-    const Cables::End to = returned ? here : *peer;
-    Hop &next = nextHop();
-    next.unit = to.unit;
-    next.port = to.port;
-    next.fcsGood = true;
-    next.returned = returned;
-    next.bytes.assign(departure.bytes.begin(), departure.bytes.end());
+    pass(returned ? here : *peer, departure.bytes, true, returned);
 }
 
 } // namespace zrsim

@@ -36,14 +36,17 @@ private:
         std::vector<uint8_t> bytes;
     };
 
-    Hop &nextHop();
+    // Puts a frame into the queue of hops.
+    void pass(Cables::End to, std::span<const uint8_t> bytes, bool fcsGood, bool returned);
     void enter(const Hop &hop, Witness &witness);
+    void turnBack(const Passage &passage);
     void deliver(Passage &passage);
     static void count(const Passage &passage);
     void hand(Passage &passage, const Departure &departure);
 
     Board &board_;
-    // Used as a queue of one frame's hops; buffers are kept, so that frames cost no allocation.
+    // Used as a queue of one frame's hops: references to them hold while it grows. Buffers are kept, so that
+    // frames cost no allocation.
     std::deque<Hop> hops_;
     size_t queued_ = 0;
     std::vector<uint8_t> rewritten_;

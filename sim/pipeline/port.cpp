@@ -1,6 +1,7 @@
 // The port that a frame comes in at: whether it takes the frame at all. Given: frame sizes of 64 bytes to the
-// configured maximum, FCS included (IEEE 802.3 clause 3). The model's own choice: a port in any loopback
-// returns what is put into it (the pipeline does that before this stage).
+// configured maximum, FCS included (IEEE 802.3 clause 3). The model's own choice: a tag counts as
+// part of the size like everything else; the FCS is looked at last. A port in any loopback returns what is put
+// into it: sim/pipeline/pipeline.cpp does that before this stage.
 #include "sim/pipeline/passage.h"
 
 namespace zrsim

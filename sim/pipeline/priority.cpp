@@ -1,4 +1,7 @@
-// The internal priority and the queue, by the selection weights and maps of sim/chip/qos.h.
+// The internal priority and the queue. Given: selection tables and maps, and a switch for the DSCP of untagged
+// frames. The model's own choice: how the selection weighs its sources (sim/chip/qos.h). The tag of a frame
+// that leaves carries the priority that it came with, or the port's, or the ACL rule's; the internal one
+// chooses the queue only.
 #include "sim/pipeline/passage.h"
 
 namespace zrsim

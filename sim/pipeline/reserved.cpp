@@ -1,4 +1,6 @@
-// Reserved multicast addresses (IEEE 802.1Q table 8-1) and LLDP, by the actions of sim/chip/rma.h.
+// Reserved multicast addresses (IEEE 802.1Q table 8-1) and LLDP. Given: an action for each address type and the
+// switch of LLDP trapping. The model's own choice: what the actions do, and which addresses the types are
+// (sim/chip/rma.h); a trapped frame passes no further stage.
 #include "sim/pipeline/passage.h"
 
 namespace zrsim

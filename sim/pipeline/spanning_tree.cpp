@@ -1,5 +1,6 @@
-// The state of the ingress port in the instance of the VLAN (IEEE 802.1Q clause 8.4): a port that learns but
-// does not forward learns the address before the frame ends.
+// The state of the ingress port in the instance of the VLAN (IEEE 802.1Q clause 8.4). Given: four states, one
+// for each port and instance; a port that learns but does not forward learns the address before the frame ends.
+// The model's own choice: reserved addresses are handled before, so a blocked port still receives BPDUs.
 #include "sim/pipeline/passage.h"
 
 namespace zrsim

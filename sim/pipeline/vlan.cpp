@@ -1,10 +1,13 @@
-// Which VLAN a frame belongs to, and whether its port may bring it there (IEEE 802.1Q clause 6.9). The model's
-// own choice: a VLAN exists when its entry of the VLAN table is not all zeros; the tag mode of a port rules
-// what leaves it, not what comes in.
+// Which VLAN a frame belongs to, and whether its port may bring it there (IEEE 802.1Q clause 6.9). Given: PVID,
+// priority and ingress filter of a port; VID 0 takes the PVID, VID 4095 is reserved. The model's own choice:
+// only TPID 0x8100 is a VLAN tag; a VLAN exists when its entry of the VLAN table is not all zeros; the tag mode
+// of a port rules what leaves it, not what comes in.
 #include "sim/pipeline/passage.h"
 
 namespace zrsim
 {
+
+constexpr uint32_t kReservedVid = 0xFFF;
 
 bool classifyVlan(Passage &passage)
 {
@@ -24,7 +27,7 @@ bool classifyVlan(Passage &passage)
         else
             passage.say("vlan", "tag: VLAN {}, priority {}", passage.vlan, passage.dot1p);
     }
-    if (!passage.chip.vlan.exists(passage.vlan))
+    if (passage.vlan == kReservedVid || !passage.chip.vlan.exists(passage.vlan))
         return passage.drop(Reason::UnknownVlan, "vlan", "VLAN {} does not exist", passage.vlan);
     return true;
 }
