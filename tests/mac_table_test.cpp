@@ -51,13 +51,6 @@ protected:
         const LswmMacEntry entry = entryOf(number, vlan, 0, 0);
         return ops().delByVlanMac(1, &entry);
     }
-    std::string board(const std::string &line)
-    {
-        bool ok = false;
-        const std::string answer = zrsim::runBoardLine(1, line, ok);
-        return (ok ? "" : "refused: ") + answer;
-    }
-    std::string learn(const std::string &line) { return board("learn 02:00:00:00:" + line); }
     uint32_t used()
     {
         uint32_t capacity = 0;
@@ -67,23 +60,6 @@ protected:
     }
     uint32_t staticNum() { return ZR_OP(g_LswmL2Control).staticMacNum[1]; }
 };
-
-TEST_F(MacTable, LearningMovesStationsAndKeepsStaticEntries)
-{
-    EXPECT_EQ(learn("00:01 10 2"), "learned 1 of 1\n");
-    EXPECT_EQ(learn("00:01 10 3"), "learned 1 of 1\n") << "the station moved";
-    EXPECT_EQ(used(), 1U);
-
-    EXPECT_EQ(add(0x55, 10, 4), 0U);
-    EXPECT_THAT(board("learn 00:00:00:00:00:55 10 0"), HasSubstr("static at another port"));
-    EXPECT_EQ(board("learn 00:00:00:00:00:55 10 4"), "learned 1 of 1\n");
-    EXPECT_EQ(used(), 2U);
-
-    EXPECT_THAT(board("learn 01:00:5e:00:00:01 10 0"), HasSubstr("no station"));
-    EXPECT_EQ(dev.ops().common.chipRegWrite(1, 0x355E, 0), 0U);
-    EXPECT_EQ(board("learn 01:00:5e:00:00:01 10 0"), "learned 1 of 1\n");
-    EXPECT_THAT(board("learn 1:2:3 10 0"), HasSubstr("usage"));
-}
 
 // Over any sequence the library's static count stays what its rules say, as a count kept here does.
 TEST_F(MacTable, StaticCountHoldsOverRandomSequences)

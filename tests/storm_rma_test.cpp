@@ -1,4 +1,4 @@
-// Storm control, reserved multicast addresses, and the reasons for drops that both leave in the capture.
+// Storm control, and reserved multicast addresses.
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
@@ -93,34 +93,6 @@ TEST_F(StormTest, TheGlobalPortTouchesNothingAndIsTracedAsAnEvent)
     EXPECT_THAT(dev.calls(), IsEmpty());
 }
 
-TEST_F(StormTest, AFloodIsLimitedAndTheCaptureTellsWhy)
-{
-    program(1, 5, 0, 1000); // 1000 kbit/s
-    ASSERT_EQ(set(3, 0, 1, 5), 0U);
-    zrsim::Chip &chip = dev.chip(1);
-    auto *text = dev.ops().common.chipCaptureDropReasonEnable(1, 3);
-    ASSERT_NE(text, nullptr);
-    LSWM_MemFree(text);
-
-    // One second of 100 Mbit/s: a bucket of 1000 bytes and 125000 bytes of rate, in frames of 64.
-    auto flood = [&](uint32_t port, uint32_t type) {
-        return chip.meters.run({100'000, 1000, 64}, [&] { return chip.storm.admit(port, type, 64); });
-    };
-    auto reason = [&] {
-        char *answer = dev.ops().common.chipGetDropReason(1, 3);
-        const std::string found = answer == nullptr ? "" : answer;
-        LSWM_MemFree(answer);
-        return found;
-    };
-    EXPECT_EQ(flood(2, 0).passed, flood(3, 1).offered) << "neither this port nor this type is limited";
-    EXPECT_EQ(reason(), "unit 1 port 3 drop result: 0x0.");
-    EXPECT_EQ(flood(3, 0).passed, (1000U + 125'000U) / 64);
-    EXPECT_EQ(reason(), "unit 1 port 3 drop result: 0x10.");
-    chip.drop.note(3, 2);
-    chip.drop.note(2, 7);
-    EXPECT_EQ(reason(), "unit 1 port 3 drop result: 0x10.") << "bit 2 is masked, port 2 is not captured";
-}
-
 using RmaTest = RunningDeviceTest;
 
 TEST_F(RmaTest, InitialisationTrapsLldpThenEveryType)
@@ -131,10 +103,10 @@ TEST_F(RmaTest, InitialisationTrapsLldpThenEveryType)
     EXPECT_EQ(dev.ops().mc.init(1), 0U);
     EXPECT_EQ(dev.calls(), expected);
 
-    const uint8_t bridge[6] = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x00};
-    const uint8_t ordinary[6] = {0x01, 0x00, 0x5E, 0x00, 0x00, 0x0E};
-    EXPECT_EQ(dev.chip(1).rma.judge(0, bridge, 0), zrsim::Rma::kToHost);
-    EXPECT_EQ(dev.chip(1).rma.judge(0, ordinary, 0), zrsim::Rma::kSwitch);
+    const zrsim::MacAddress bridge = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x00};
+    const zrsim::MacAddress ordinary = {0x01, 0x00, 0x5E, 0x00, 0x00, 0x0E};
+    EXPECT_EQ(dev.chip(1).rma.judge(bridge, 0).action, zrsim::Rma::kToHost);
+    EXPECT_EQ(dev.chip(1).rma.judge(ordinary, 0).action, zrsim::Rma::kSwitch);
 }
 
 TEST_F(RmaTest, TypesAndActionsOutOfRangeAreRefusedBeforeTheChip)
@@ -160,10 +132,10 @@ TEST_F(RmaTest, TypesAndActionsOutOfRangeAreRefusedBeforeTheChip)
 
 TEST_F(RmaTest, OnlyOneSwitchesLldpTrappingOn)
 {
-    const uint8_t lldp[6] = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x0E};
+    const zrsim::MacAddress lldp = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x0E};
     for (auto [enable, on] : {std::pair{1, true}, {2, false}, {1, true}, {-1, false}, {1, true}, {0, false}}) {
         EXPECT_EQ(ZR_OP(HAL_RMA_LldpEnableSet)(0, enable), 0U);
-        EXPECT_EQ(dev.chip(0).rma.judge(0, lldp, 0x88CC) == zrsim::Rma::kToHost, on) << enable;
+        EXPECT_EQ(dev.chip(0).rma.judge(lldp, 0x88CC).action == zrsim::Rma::kToHost, on) << enable;
     }
 }
 

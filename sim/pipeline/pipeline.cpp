@@ -1,5 +1,6 @@
 #include "sim/pipeline/pipeline.h"
 
+#include <algorithm>
 #include <bit>
 #include <iterator>
 
@@ -14,6 +15,7 @@ constexpr Stage kStages[] = {admitAtPort,       checkReserved, classifyVlan,  fi
 
 constexpr size_t kAddresses = 12; // bytes in front of a tag
 constexpr size_t kTag = 4;
+constexpr size_t kSmallest = 60; // without FCS
 
 // Egress tag modes of a port: the chip's numbering is given, their meaning is the model's own choice.
 enum TagMode : uint8_t { kByVlan = 0, kAsItCame = 1, kTagged = 2, kPriorityTagged = 3 };
@@ -31,7 +33,7 @@ bool leavesTagged(const Passage &passage, uint32_t port)
     }
 }
 
-// The frame behind its addresses with `front` in place of its own tag.
+// The frame behind its addresses with `front` in place of its own tag, padded where that leaves it too short.
 std::span<const uint8_t> rewrite(std::vector<uint8_t> &to, const Frame &frame, std::span<const uint8_t> front)
 {
     const auto bytes = frame.bytes();
@@ -39,6 +41,7 @@ std::span<const uint8_t> rewrite(std::vector<uint8_t> &to, const Frame &frame, s
     to.assign(bytes.begin(), bytes.begin() + kAddresses);
     to.insert(to.end(), front.begin(), front.end());
     to.insert(to.end(), rest.begin(), rest.end());
+    to.resize(std::max(to.size(), kSmallest));
     return to;
 }
 
