@@ -31,7 +31,7 @@ enum class Type {
     Number, // 32 bits: decimal, 0x hexadecimal
     Mac,    // 00:11:22:33:44:55
     Ports,  // a list of ports: 1,2,5-7
-    Word,   // one of `choices`, separated by |; as a number its place among them, from 0
+    Word,   // one of `choices`, separated by |; as a number its place among them, from 0. Any without choices
     Text,   // the rest of the line
     Json,   // a JSON value: an object in a device file, text in {} in the shell
 };
@@ -118,6 +118,7 @@ std::span<const Command> aclCommands();
 std::span<const Command> qosCommands();
 std::span<const Command> meterCommands();
 std::span<const Command> statCommands();
+std::span<const Command> frameCommands();
 
 // A text table: a head and rows, columns padded to their widest cell.
 class TextTable

@@ -148,7 +148,7 @@ const std::vector<const Command *> &commands()
         for (std::span<const Command> list :
              {sessionCommands(), commonCommands(), boardCommands(), portCommands(), portDiagnosticsCommands(),
               macCommands(), stpCommands(), vlanCommands(), trunkCommands(), aclCommands(), qosCommands(),
-              meterCommands(), statCommands()}) {
+              meterCommands(), statCommands(), frameCommands()}) {
             for (const Command &command : list)
                 all.push_back(&command);
         }
@@ -194,7 +194,7 @@ std::string usage(const Command &command)
     std::string text(command.name);
     for (const Argument &argument : command.arguments) {
         std::string shown =
-            argument.type == Type::Word ? std::string(argument.choices) : upperCase(argument.name);
+            argument.choices.empty() ? upperCase(argument.name) : std::string(argument.choices);
         text += argument.optional ? fmt::format(" [{}]", shown) : " " + shown;
     }
     return text;

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
+#include <set>
 #include <sstream>
 
 #include "tools/zrbench/session.h"
@@ -199,6 +200,36 @@ DeviceUnit readUnit(const Node &node)
     return unit;
 }
 
+// "1/15": a unit and its port.
+std::pair<uint32_t, uint32_t> readEnd(const Node &node)
+{
+    const std::string text = node.text();
+    const size_t slash = std::min(text.find('/'), text.size());
+    const std::optional<uint32_t> unit = parseNumber(text.substr(0, slash));
+    const std::optional<uint32_t> port = parseNumber(text.substr(std::min(slash + 1, text.size())));
+    if (!unit || !port || *unit >= LSWM_UNITS || *port >= LSWM_PORTS)
+        node.expected("a unit and a port such as \"1/15\"");
+    return {*unit, *port};
+}
+
+std::vector<DeviceCable> readCables(const Node &node)
+{
+    std::vector<DeviceCable> cables;
+    std::set<std::pair<uint32_t, uint32_t>> taken;
+    for (const Node &cable : node.elements()) {
+        const std::vector<Node> ends = cable.elements();
+        if (ends.size() != 2)
+            cable.expected("two ports such as [\"0/15\", \"1/15\"]");
+        const auto [unit, port] = readEnd(ends[0]);
+        const auto [peerUnit, peerPort] = readEnd(ends[1]);
+        for (const Node &end : ends)
+            if (!taken.insert(readEnd(end)).second)
+                end.refuse("this port has a cable already");
+        cables.push_back({cable.place, unit, fmt::format("cable {} {} {}", port, peerUnit, peerPort)});
+    }
+    return cables;
+}
+
 std::string contents(const std::string &file)
 {
     std::ifstream in(file);
@@ -217,7 +248,7 @@ Device loadDevice(const std::string &file)
         const Node root{whole, ""};
         if (!whole.is_object())
             root.expected("an object with \"steps\"");
-        root.onlyKeys({"about", "environment", "units", "steps"});
+        root.onlyKeys({"about", "environment", "units", "cables", "steps"});
         Device device;
         device.file = file;
         if (root.has("about"))
@@ -234,6 +265,8 @@ Device loadDevice(const std::string &file)
             for (const Node &unit : root["units"].elements())
                 device.units.push_back(readUnit(unit));
         }
+        if (root.has("cables"))
+            device.cables = readCables(root["cables"]);
         if (root.has("steps")) {
             for (const Node &step : root["steps"].elements())
                 device.steps.push_back(readStep(step));

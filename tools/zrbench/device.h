@@ -40,11 +40,19 @@ struct DeviceUnit {
     std::vector<std::string> board;
 };
 
+// A cable between two ports.
+struct DeviceCable {
+    std::string place;
+    uint32_t unit = 0;
+    std::string line; // for the board of that unit
+};
+
 struct Device {
     std::string file;
     std::string about;
     std::vector<std::pair<std::string, std::string>> environment;
     std::vector<DeviceUnit> units;
+    std::vector<DeviceCable> cables;
     std::vector<Step> steps;
 };
 

@@ -51,6 +51,7 @@ Inspection::Inspection(const SharedObject &platform)
     look(fail, "zrsim_fail");
     look(failNone, "zrsim_fail_none");
     look(calls, "zrsim_calls");
+    look(frame, "zrsim_frame");
     look(traceLevel, "zrsim_trace_level");
     look(liveBlocks, "zrsim_live_blocks");
     look(badFrees, "zrsim_bad_frees");

@@ -45,6 +45,7 @@ struct Inspection {
     decltype(zrsim_fail) *fail;
     decltype(zrsim_fail_none) *failNone;
     decltype(zrsim_calls) *calls;
+    decltype(zrsim_frame) *frame;
     decltype(zrsim_trace_level) *traceLevel;
     decltype(zrsim_live_blocks) *liveBlocks;
     decltype(zrsim_bad_frees) *badFrees;

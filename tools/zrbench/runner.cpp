@@ -126,6 +126,12 @@ void runDevice(Session &session, const Device &device, Report &report)
                 fmt::format("{}: {}: {}: {}", device.file, step.place, run.invocation.text, error.text)};
         }
     };
+    auto setBoard = [&](uint32_t unit, const std::string &line, const std::string &place) {
+        const std::string answer = session.board(unit, line);
+        if (session.boardRefused())
+            throw UsageError{fmt::format("{}: {}: the board refuses this: {}", device.file, place,
+                                         answer.substr(0, answer.find('\n')))};
+    };
     for (const Step &step : device.steps) {
         for (const Run &run : step.runs)
             placed(step, run, [&] { session.check(run.invocation); });
@@ -134,13 +140,11 @@ void runDevice(Session &session, const Device &device, Report &report)
         setenv(name.c_str(), value.c_str(), 1);
     for (const DeviceUnit &unit : device.units) {
         session.setUnitInfo(unit.unit, unit.info);
-        for (size_t i = 0; i < unit.board.size(); ++i) {
-            const std::string answer = session.board(unit.unit, unit.board[i]);
-            if (session.boardRefused())
-                throw UsageError{fmt::format("{}: {}/board/{}: the board refuses this: {}", device.file,
-                                             unit.place, i, answer.substr(0, answer.find('\n')))};
-        }
+        for (size_t i = 0; i < unit.board.size(); ++i)
+            setBoard(unit.unit, unit.board[i], fmt::format("{}/board/{}", unit.place, i));
     }
+    for (const DeviceCable &cable : device.cables)
+        setBoard(cable.unit, cable.line, cable.place);
     if (!device.about.empty())
         report.heading(device.about);
     for (const Step &step : device.steps) {

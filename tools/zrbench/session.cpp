@@ -77,7 +77,8 @@ Failure parseFailure(const std::string &text)
 
 Session::Session(const SessionOptions &options)
     : platform_(located(options.platform), RTLD_NOW | RTLD_GLOBAL), inspection_(platform_),
-      library_(located(options.library), RTLD_NOW), unitInfo_(platform_.need<LswmUnitInfo>("g_lswmInfo"))
+      library_(located(options.library), RTLD_NOW), unitInfo_(platform_.need<LswmUnitInfo>("g_lswmInfo")),
+      deviceFile_(options.deviceFile)
 {
     for (const std::string &text : options.failures)
         fail(parseFailure(text));
@@ -179,6 +180,8 @@ void Session::check(const Invocation &invocation) const
         if (slot.operation == nullptr && usesSlot(command, slot.module, slot.number))
             throw UsageError{fmt::format("the library does not fill {}", slot.label())};
     }
+    if (command.name.starts_with("frame "))
+        needed(inspection_.frame, command.name);
     if (command.name == "fail")
         checkCall(parseFailure(invocation.arguments.text("call")).name);
 }
@@ -227,6 +230,20 @@ std::string Session::dump() const
     std::string text(read(nullptr, 0), '\0');
     read(text.data(), text.size() + 1);
     return text;
+}
+
+void Session::capture(uint32_t unit, uint32_t ports, const std::string &path)
+{
+    std::error_code error;
+    if (std::filesystem::equivalent(path, deviceFile_, error) || (dump_ && dump_->sameAs(path)) ||
+        (trace_ && trace_->sameAs(path)))
+        throw UsageError{fmt::format("{} would be written over", path)};
+    captures_.push_back({unit, ports, writeCapture(path)});
+}
+
+std::string Session::besideDevice(const std::string &path) const
+{
+    return (std::filesystem::path(deviceFile_).parent_path() / path).string();
 }
 
 void Session::finish()

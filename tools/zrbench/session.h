@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/zrbench/commands.h"
+#include "tools/zrbench/frame_way.h"
 #include "tools/zrbench/output.h"
 #include "tools/zrbench/platform.h"
 
@@ -100,6 +101,12 @@ public:
     // The chips' state as JSON.
     std::string dump() const;
 
+    // What comes out of ports is written to a file until the session ends. Throws UsageError.
+    void capture(uint32_t unit, uint32_t ports, const std::string &path);
+    const std::vector<Capture> &captures() const { return captures_; }
+    // A path that starts in the device file's directory, if there is a device file.
+    std::string besideDevice(const std::string &path) const;
+
     // The manager's unit information, checked whole before anything is written. Throws as checkUnitInfo.
     void setUnitInfo(uint32_t unit, const nlohmann::json &info);
     std::string showUnitInfo(uint32_t unit) const;
@@ -126,6 +133,8 @@ private:
     ShownCalls shownCalls_ = ShownCalls::None;
     bool watchingBoard_ = false;
     bool boardRefused_ = false;
+    std::string deviceFile_;
+    std::vector<Capture> captures_;
     std::optional<Output> trace_;
     std::optional<Output> dump_;
     bool quit_ = false;

@@ -74,10 +74,12 @@ std::optional<json> valueOf(const Argument &argument, const json &value)
             return *ports;
         return std::nullopt;
     case Type::Word: {
-        const std::vector<std::string_view> choices = split(argument.choices, '|');
-        if (value.is_string() && std::ranges::count(choices, value.get<std::string>()) != 0)
-            return value;
-        return std::nullopt;
+        if (!value.is_string())
+            return std::nullopt;
+        const auto &word = value.get_ref<const std::string &>();
+        const bool fits = argument.choices.empty() ? !word.empty() && word.find_first_of(" \t") == std::string::npos
+                                                   : std::ranges::count(split(argument.choices, '|'), word) != 0;
+        return fits ? std::optional(value) : std::nullopt;
     }
     case Type::Text:
         return value.is_string() ? std::optional(value) : std::nullopt;
@@ -227,7 +229,8 @@ std::string expectedOf(const Argument &argument)
     case Type::Ports:
         return fmt::format("ports up to {} such as 1,2,5-7, or - for none", lastPort(argument));
     case Type::Word:
-        return fmt::format("one of {}", fmt::join(split(argument.choices, '|'), ", "));
+        return argument.choices.empty() ? "a word"
+                                        : fmt::format("one of {}", fmt::join(split(argument.choices, '|'), ", "));
     case Type::Text:
         return "a text";
     case Type::Json:
