@@ -234,10 +234,58 @@ uint32_t forwardFlags(const json &value)
     return flags;
 }
 
+// What the virtual chip does with a frame, by name; the last two with a number.
+constexpr Flag kMeanings[] = {{"drop", LSWM_ACTION_FORWARD_B},
+                              {"permit", LSWM_ACTION_FORWARD_A},
+                              {"trap", LSWM_ACTION_FORWARD_D},
+                              {"permit with priority ", LSWM_ACTION_FORWARD_C | LSWM_ACTION_VALUE_A},
+                              {"redirect to port ", LSWM_ACTION_PORT}};
+
+void parseMeaning(LswmAclAction &action, const json &value)
+{
+    const std::string text = value.is_string() ? value.get<std::string>() : "";
+    for (const Flag &row : kMeanings) {
+        const std::string_view name = row.name;
+        if (!text.starts_with(name) || (text.size() > name.size()) != name.ends_with(' '))
+            continue;
+        action.flags |= row.flag;
+        if (text == name)
+            return;
+        const bool redirects = row.flag == LSWM_ACTION_PORT;
+        const uint32_t argument = number("action", text.substr(name.size()), redirects ? 31 : 7);
+        if (redirects)
+            action.port = argument;
+        else
+            action.value = static_cast<uint8_t>(argument);
+        return;
+    }
+    refuse("action", value, "drop, permit, permit with priority N, trap or redirect to port N");
+}
+
+// Empty when nothing but counter and meter is left of the action.
+std::string meaningOf(const LswmAclAction &action)
+{
+    // The first of the letters is the chip's; redirection goes before every permit.
+    const auto *row = std::find_if(std::begin(kForwards), std::end(kForwards),
+                                   [&](const Flag &forward) { return (action.flags & forward.flag) != 0; });
+    const uint32_t forward = row == std::end(kForwards) ? 0 : row->flag;
+    if (forward == LSWM_ACTION_FORWARD_B)
+        return "drop";
+    if ((forward & (LSWM_ACTION_FORWARD_D | LSWM_ACTION_FORWARD_E)) != 0)
+        return "trap";
+    if ((action.flags & LSWM_ACTION_PORT) != 0)
+        return fmt::format("redirect to port {}", action.port);
+    if (forward == LSWM_ACTION_FORWARD_C)
+        return fmt::format("permit with priority {}", action.value & 7);
+    return forward == LSWM_ACTION_FORWARD_A ? "permit" : "";
+}
+
 bool parseAction(LswmAclAction &action, const std::string &name, const json &value)
 {
     constexpr uint32_t kAny = 0xFFFFFFFF;
-    if (name == "forward") {
+    if (name == "action") {
+        parseMeaning(action, value);
+    } else if (name == "forward") {
         action.flags |= forwardFlags(value);
     } else if (name == "count") {
         if (!value.is_boolean())
@@ -292,7 +340,7 @@ std::string ruleNames()
     std::string names = "partition, ports, l3";
     for (const Field &field : kFields)
         names += fmt::format(", {}", field.name);
-    names += ", forward, count, car, toPort";
+    names += ", action, forward, count, car, toPort";
     for (const Flag &value : kValues)
         names += fmt::format(", {}", value.name);
     return names;
@@ -334,6 +382,8 @@ nlohmann::ordered_json showRule(const LswmAclRule &rule)
     for (const Flag &row : kForwards)
         if ((action.flags & row.flag) != 0)
             forward += row.name;
+    if (const std::string meaning = meaningOf(action); !meaning.empty())
+        text["action"] = meaning;
     if (!forward.empty())
         text["forward"] = forward;
     if ((action.flags & LSWM_ACTION_COUNT) != 0)

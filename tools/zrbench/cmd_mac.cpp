@@ -173,9 +173,6 @@ const Command kCommands[] = {
      "registers a callback; only type 3 is kept",
      slotLabel(&ZrMacOps::registerCallBack),
      registerCallback},
-    boardRow("mac learn", "learn",
-             {kUnit, kMac, kVlan, kPort, {.name = "count", .optional = true, .otherwise = 1}},
-             "board: frames come in from a station, or from COUNT with consecutive addresses"),
 };
 
 } // namespace

@@ -107,8 +107,6 @@ const Command kCommands[] = {
      "shows the recorded meters and what is programmed in them",
      "HSEC 0, 1, 7",
      listMeters},
-    measuredRow("meter show", "meter", {kUnit, kChip, {.name = "bytes", .optional = true, .otherwise = 500}},
-                "measures the burst and rate that a chip meter really passes, with frames of BYTES (500)"),
     inUseRow(slotRow("meter inuse", &ZrHsecOps::isLogicMeterInUse, {kUnit, kType, kLogic},
                      "shows whether a logic meter is in use")),
     slotRow("meter chip", &ZrHsecOps::logicMeterToChipMeter, {kUnit, kType, kLogic, kChip},

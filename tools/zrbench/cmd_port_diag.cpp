@@ -178,16 +178,6 @@ const Command kCommands[] = {
             "isolates every port but the reserved one from all others, or lifts all isolation"),
     slotRow("isolate show", &ZrPortOps::getIsolateMap, {kUnit, kPort, {"from", showPorts}},
             "shows the ports that a port is isolated from"),
-    boardRow("traffic", "traffic",
-             {kUnit,
-              kPort,
-              {"direction", Type::Word, "in|out"},
-              {"kind", Type::Word, "unicast|multicast|broadcast"},
-              kFrames,
-              {.name = "bytes", .optional = true, .otherwise = 64}},
-             "board: frames of BYTES each (64) that enter or leave at a port"),
-    boardRow("forward", "forward", {kUnit, {"from"}, {"to"}, kFrames},
-             "board: frames sent from one port to another, which isolation may prevent"),
     boardRow("odrop", "odrop", {kUnit, kPort, kFrames}, "board: frames dropped on the way out of a port"),
 };
 

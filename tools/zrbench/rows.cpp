@@ -1,7 +1,6 @@
 #include "tools/zrbench/rows.h"
 
 #include <fmt/format.h>
-#include <sstream>
 
 #include "tools/zrbench/values.h"
 
@@ -21,29 +20,10 @@ std::string boardAnswer(Session &session, const std::string &verb, const std::ve
         line += " ";
         if (argument.type == Type::Number)
             line += fmt::to_string(a.number(argument.name));
-        else if (argument.type == Type::Mac)
-            line += showMac(a.mac(argument.name).data());
         else
             line += a.text(argument.name);
     }
     return session.board(a.number("unit"), line);
-}
-
-// An answer without any output is the board's refusal.
-Outcome measured(const std::string &answer)
-{
-    Outcome outcome = Outcome::shown("");
-    std::istringstream words(answer);
-    for (std::string word; words >> word;) {
-        const size_t equals = word.find('=');
-        if (equals == std::string::npos)
-            continue;
-        if (const auto number = parseNumber(std::string_view(word).substr(equals + 1)))
-            outcome.out(word.substr(0, equals), *number);
-    }
-    if (outcome.outputs.empty())
-        throw UsageError{"the board refuses this: " + answer.substr(0, answer.find('\n'))};
-    return outcome;
 }
 
 } // namespace
@@ -85,16 +65,6 @@ Command boardRow(std::string_view name, std::string verb, std::vector<Argument> 
         name, arguments, help, {}, [verb = std::move(verb), arguments](Session &session, const Arguments &a) {
             return Outcome::shown(boardAnswer(session, verb, arguments, a));
         }};
-}
-
-Command measuredRow(std::string_view name, std::string verb, std::vector<Argument> arguments,
-                    std::string_view help)
-{
-    Command row = boardRow(name, std::move(verb), std::move(arguments), help);
-    row.run = [run = std::move(row.run)](Session &session, const Arguments &a) {
-        return measured(run(session, a).text);
-    };
-    return row;
 }
 
 } // namespace zrbench

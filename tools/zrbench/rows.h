@@ -102,8 +102,5 @@ Command ordered(Command row, std::vector<Argument> arguments);
 // Hands the board's interpreter `verb` and the arguments but the unit, and shows what it prints.
 Command boardRow(std::string_view name, std::string verb, std::vector<Argument> arguments,
                  std::string_view help);
-// The same for a line that measures: what comes back as NAME=VALUE words become outputs.
-Command measuredRow(std::string_view name, std::string verb, std::vector<Argument> arguments,
-                    std::string_view help);
 
 } // namespace zrbench
