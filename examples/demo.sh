@@ -9,3 +9,6 @@ echo "--- Bring-up of three units, their registers, and three ways for it to fai
 echo
 echo "--- A whole gateway, from bring-up to tear-down ($here/gateway.json)"
 "$zrbench" run "$here/gateway.json"
+echo
+echo "--- The gateway in service: what becomes of frames ($here/switching.json)"
+"$zrbench" run "$here/switching.json"

@@ -120,6 +120,10 @@ protected:
         ended.status = WEXITSTATUS(status);
         return ended;
     }
+    static bool lacksPackets(const Ended &ended)
+    {
+        return ended.output.find("built without the packet library") != std::string::npos;
+    }
     bool editsLines() const { return contents(program_).find("libedit.so") != std::string::npos; }
 
 private:

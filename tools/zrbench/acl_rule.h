@@ -4,8 +4,8 @@
 //           or "value/mask" (an IPv4 mask also as a prefix length); l3: "other" for rules that do not
 //           match IPv4 fields; ports: the chip ports, "0-4,15"
 //   action  action: what a frame meets with, "drop", "permit", "permit with priority 5", "trap" or "redirect to
-//           port 3"; or the manager's letters, forward: "a" to "e", several as "ab"; count: true; car: a meter; valueA, valueB, valueC: the
-//           action's value; toPort: a port
+//           port 3"; or the manager's letters, forward: "a" to "e", several as "ab"; count: true; car: a meter;
+//           valueA, valueB, valueC: the action's value; toPort: a port
 //   partition  0 to 3
 #pragma once
 

@@ -107,7 +107,8 @@ Outcome capture(Session &session, const Arguments &a)
 
 uint32_t parseDuration(std::string_view text)
 {
-    constexpr std::pair<std::string_view, uint64_t> kUnits[] = {{"ms", 1}, {"s", 1000}, {"m", 60000}, {"h", 3600000}};
+    constexpr std::pair<std::string_view, uint64_t> kUnits[] = {
+        {"ms", 1}, {"s", 1000}, {"m", 60000}, {"h", 3600000}};
     const size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
     const std::optional<uint32_t> number = parseNumber(text.substr(0, digits));
     for (const auto &[name, ms] : kUnits)

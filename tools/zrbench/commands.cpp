@@ -193,8 +193,7 @@ std::string usage(const Command &command)
 {
     std::string text(command.name);
     for (const Argument &argument : command.arguments) {
-        std::string shown =
-            argument.choices.empty() ? upperCase(argument.name) : std::string(argument.choices);
+        std::string shown = argument.choices.empty() ? upperCase(argument.name) : std::string(argument.choices);
         text += argument.optional ? fmt::format(" [{}]", shown) : " " + shown;
     }
     return text;

@@ -22,9 +22,9 @@ constexpr uint32_t kLargest = 65536;
 
 // ---- frames of words --------------------------------------------------------------------------------------
 
-constexpr std::string_view kWords[] = {
-    "dst",   "src",     "vlan",  "priority", "innerVlan", "innerPriority", "etherType", "arp",     "srcIp",
-    "dstIp", "ipProto", "l4Src", "l4Dst",    "dscp",      "ttl",           "payload",   "len",     "fcs"};
+constexpr std::string_view kWords[] = {"dst",       "src",  "vlan",  "priority", "innerVlan", "innerPriority",
+                                       "etherType", "arp",  "srcIp", "dstIp",    "ipProto",   "l4Src",
+                                       "l4Dst",     "dscp", "ttl",   "payload",  "len",       "fcs"};
 constexpr std::pair<std::string_view, std::string_view> kRuleNames[] = {{"dstMac", "dst"}, {"srcMac", "src"}};
 constexpr std::pair<std::string_view, uint32_t> kProtocols[] = {
     {"icmp", 1}, {"igmp", 2}, {"tcp", 6}, {"udp", 17}, {"icmpv6", 58}};
@@ -43,8 +43,9 @@ public:
             for (const auto &[rule, frame] : kRuleNames)
                 name = name == rule ? frame : name;
             if (equals == word.size() || std::ranges::count(kWords, name) == 0)
-                throw UsageError{fmt::format("expected hexadecimal digits or NAME=VALUE with one of {}, found {}",
-                                             fmt::join(kWords, ", "), shown(word))};
+                throw UsageError{
+                    fmt::format("expected hexadecimal digits or NAME=VALUE with one of {}, found {}",
+                                fmt::join(kWords, ", "), shown(word))};
             if (!values_.emplace(name, word.substr(equals + 1)).second)
                 throw UsageError{fmt::format("{} is given twice", name)};
         }
@@ -105,7 +106,9 @@ private:
 
 uint32_t protocolOf(const Fields &fields, bool v6)
 {
-    const std::string name = fields.text("ipProto", fields.hasAny({"l4Src", "l4Dst"}) ? "udp" : v6 ? "59" : "253");
+    const std::string name = fields.text("ipProto", fields.hasAny({"l4Src", "l4Dst"}) ? "udp"
+                                                    : v6                              ? "59"
+                                                                                      : "253");
     for (const auto &[known, number] : kProtocols)
         if (known == name)
             return number;
@@ -224,8 +227,9 @@ std::vector<uint8_t> payloadOf(const Fields &fields, size_t headers)
 template <class Ip> std::string ipText(const Tins::PDU &frame, const char *version)
 {
     const auto *ip = frame.find_pdu<Ip>();
-    return ip == nullptr ? ""
-                         : fmt::format(", {} {} to {}", version, ip->src_addr().to_string(), ip->dst_addr().to_string());
+    return ip == nullptr
+               ? ""
+               : fmt::format(", {} {} to {}", version, ip->src_addr().to_string(), ip->dst_addr().to_string());
 }
 
 template <class L4> std::string l4Text(const Tins::PDU &frame, const char *name)
@@ -245,13 +249,15 @@ std::string layersText(const Tins::EthernetII &frame)
         }
     }
     if (const auto *arp = frame.find_pdu<Tins::ARP>())
-        return text + fmt::format(", ARP {} {} to {}", arp->opcode() == Tins::ARP::REQUEST ? "request" : "reply",
+        return text + fmt::format(", ARP {} {} to {}",
+                                  arp->opcode() == Tins::ARP::REQUEST ? "request" : "reply",
                                   arp->sender_ip_addr().to_string(), arp->target_ip_addr().to_string());
     const std::string ip = ipText<Tins::IP>(frame, "IPv4") + ipText<Tins::IPv6>(frame, "IPv6");
     if (ip.empty())
         return text + fmt::format(", type {:#06x}", type);
     return text + ip + l4Text<Tins::TCP>(frame, "TCP") + l4Text<Tins::UDP>(frame, "UDP") +
-           (frame.find_pdu<Tins::ICMP>() != nullptr || frame.find_pdu<Tins::ICMPv6>() != nullptr ? ", ICMP" : "");
+           (frame.find_pdu<Tins::ICMP>() != nullptr || frame.find_pdu<Tins::ICMPv6>() != nullptr ? ", ICMP"
+                                                                                                 : "");
 }
 
 // ---- captures ---------------------------------------------------------------------------------------------
@@ -325,6 +331,11 @@ Frame buildFrame(std::string_view words, const std::string &source)
         last.inner_pdu(new Tins::RawPDU(payload));
     }
     Frame built{frame.serialize()};
+    // The library writes a tag within a tag as a service tag (0x88A8), which belongs outside.
+    if (fields.hasAny({"innerVlan", "innerPriority"})) {
+        built.bytes[16] = 0x81;
+        built.bytes[17] = 0x00;
+    }
     // The library pads to 60 bytes; a runt is asked for.
     if (fields.has("len"))
         built.bytes.resize(fields.number("len", kLargest) - kFcs);
@@ -338,8 +349,8 @@ std::string describeFrame(std::span<const uint8_t> bytes)
 {
     const std::string size = fmt::format("{} bytes with FCS", bytes.size() + kFcs);
     try {
-        return fmt::format("{}, {}", layersText(Tins::EthernetII(bytes.data(), static_cast<uint32_t>(bytes.size()))),
-                           size);
+        return fmt::format(
+            "{}, {}", layersText(Tins::EthernetII(bytes.data(), static_cast<uint32_t>(bytes.size()))), size);
     } catch (const Tins::exception_base &) {
         return "a frame with a header cut off, " + size;
     }

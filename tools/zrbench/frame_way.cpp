@@ -33,7 +33,8 @@ void follow(const zrsim_frame_event *event, void *context)
         way.cpu.push_back(exitOf(*event));
         break;
     case ZRSIM_FRAME_DROPPED:
-        way.stages += fmt::format("{}/{:<2} dropped   {}: {}\n", event->unit, event->port, event->name, event->text);
+        way.stages +=
+            fmt::format("{}/{:<2} dropped   {}: {}\n", event->unit, event->port, event->name, event->text);
         way.dropped = event->name;
         break;
     default:
@@ -47,8 +48,10 @@ Way sendFrame(Session &session, uint32_t unit, uint32_t port, const Frame &frame
 {
     Way way;
     flags |= frame.fcsGood ? 0 : ZRSIM_FRAME_BAD_FCS;
-    if (session.inspection().frame(unit, port, frame.bytes.data(), frame.bytes.size(), flags, follow, &way) != 0)
-        throw UsageError{fmt::format("the platform does not take {} bytes for unit {}", frame.bytes.size(), unit)};
+    if (session.inspection().frame(unit, port, frame.bytes.data(), frame.bytes.size(), flags, follow, &way) !=
+        0)
+        throw UsageError{
+            fmt::format("the platform does not take {} bytes for unit {}", frame.bytes.size(), unit)};
     const auto place = [](const Exit &exit) { return std::tuple(exit.unit, exit.port); };
     std::ranges::stable_sort(way.out, {}, place);
     std::ranges::stable_sort(way.cpu, {}, place);
@@ -67,7 +70,8 @@ std::string showExits(const std::vector<Exit> &exits)
     std::string text;
     for (const Exit &exit : exits)
         text += fmt::format("{}{}/{} {}", text.empty() ? "" : ", ", exit.unit, exit.port,
-                            exit.tagged ? fmt::format("vlan {} priority {}", exit.vlan, exit.priority) : "untagged");
+                            exit.tagged ? fmt::format("vlan {} priority {}", exit.vlan, exit.priority)
+                                        : "untagged");
     return text.empty() ? "-" : text;
 }
 

@@ -24,7 +24,7 @@ struct Exit {
 };
 
 struct Way {
-    std::string stages; // one line for each stage
+    std::string stages;    // one line for each stage
     std::vector<Exit> out; // in order of unit and port
     std::vector<Exit> cpu; // trapped
     std::string dropped;   // the last reason; empty when there was none

@@ -77,8 +77,9 @@ std::optional<json> valueOf(const Argument &argument, const json &value)
         if (!value.is_string())
             return std::nullopt;
         const auto &word = value.get_ref<const std::string &>();
-        const bool fits = argument.choices.empty() ? !word.empty() && word.find_first_of(" \t") == std::string::npos
-                                                   : std::ranges::count(split(argument.choices, '|'), word) != 0;
+        const bool fits = argument.choices.empty()
+                              ? !word.empty() && word.find_first_of(" \t") == std::string::npos
+                              : std::ranges::count(split(argument.choices, '|'), word) != 0;
         return fits ? std::optional(value) : std::nullopt;
     }
     case Type::Text:
@@ -229,8 +230,9 @@ std::string expectedOf(const Argument &argument)
     case Type::Ports:
         return fmt::format("ports up to {} such as 1,2,5-7, or - for none", lastPort(argument));
     case Type::Word:
-        return argument.choices.empty() ? "a word"
-                                        : fmt::format("one of {}", fmt::join(split(argument.choices, '|'), ", "));
+        return argument.choices.empty()
+                   ? "a word"
+                   : fmt::format("one of {}", fmt::join(split(argument.choices, '|'), ", "));
     case Type::Text:
         return "a text";
     case Type::Json:
