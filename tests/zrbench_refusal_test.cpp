@@ -134,6 +134,9 @@ TEST_F(ZrbenchTest, ABadCommandLineEndsWithTwo)
         {"ops --lib " + fifo, "fifo: not a regular file"},
         {"ops --platform ./", ": not a regular file"},
         {"shell < ./", "cannot read standard input: Is a directory"},
+        {"live " + good, "--port is required"},
+        {"live " + good + " --port 1/0", "expected UNIT/PORT=INTERFACE such as 1/0=tap0"},
+        {"live " + good + " --port 3/0=tap0", "expected UNIT/PORT=INTERFACE"},
         {"commands fly", "no command starts with \"fly\""},
         {"--color=pink ops", "pink"},
     };

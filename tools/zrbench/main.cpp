@@ -5,6 +5,7 @@
 #include <sstream>
 #include <unistd.h>
 
+#include "tools/zrbench/live.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/output.h"
 #include "tools/zrbench/runner.h"
@@ -21,6 +22,7 @@ enum Exit { kAsExpected = 0, kNotAsExpected = 1, kUsage = 2 };
 struct Options {
     SessionOptions session;
     std::string topic;
+    std::vector<std::string> ports;
     std::string colour = "auto";
     bool quiet = false;
 
@@ -76,6 +78,18 @@ int shell(const Options &options)
     return report.deviating() == 0 ? kAsExpected : kNotAsExpected;
 }
 
+int live(const Options &options)
+{
+    const Device device = loadDevice(options.session.deviceFile);
+    std::vector<LivePort> ports = openLivePorts(options.ports);
+    Session session(options.session);
+    Report report = options.report();
+    runDevice(session, device, report);
+    runLive(session, ports);
+    session.finish();
+    return report.deviating() == 0 ? kAsExpected : kNotAsExpected;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -126,6 +140,18 @@ int main(int argc, char **argv)
     command = app.add_subcommand("shell", "Take commands from the keyboard or standard input")->fallthrough();
     command->add_option("file", options.session.deviceFile, "A device file to run first")->type_name("FILE");
     command->callback([&] { result = shell(options); });
+
+    command = app.add_subcommand("live", "Run a device file, then connect ports to TAP interfaces until Ctrl-C")
+                  ->fallthrough();
+    command->add_option("file", options.session.deviceFile, "The device and its steps, JSON")
+        ->required()
+        ->type_name("FILE");
+    command->add_option("--port", options.ports, "Connect a port to a TAP interface; repeatable")
+        ->required()
+        ->type_name("UNIT/PORT=INTERFACE")
+        ->expected(1)
+        ->take_all();
+    command->callback([&] { result = live(options); });
 
     command = app.add_subcommand("ops", "Show the operation tables slot by slot")->fallthrough();
     command->callback([&] {
