@@ -42,7 +42,8 @@ Outcome unset(Session &, const Arguments &a)
 const Command kCommands[] = {
     {"board",
      {kUnit, {"line", Type::Text}},
-     "runs a line of the board's interpreter and shows what it prints: cables, frames, revisions; try \"board "
+     "runs a line of the board's interpreter and shows what it prints: cables, link partners, revisions; try "
+     "\"board "
      "0 help\"",
      "",
      [](Session &session, const Arguments &a) {
