@@ -146,7 +146,8 @@ std::string ruleTable(Session &session, uint32_t unit)
                    status == LSW_OK ? briefRule(showRule(rule)) + (found.count > 1 ? " ..." : "")
                                     : fmt::format("status {}", status)});
     });
-    return table.text() + "A rule is shown by its first entry; vlan, priority and udf are not read back.\n";
+    return table.text() + "A rule is shown by its first entry; vlan, priority, udf and the actions trap and "
+                          "redirect are not read back.\n";
 }
 
 std::string partitionTable(Session &session, uint32_t unit)

@@ -256,7 +256,7 @@ std::vector<std::string> completions(std::string_view line)
                 scanArgument(scanner, argument);
                 continue;
             }
-            for (size_t from = 0; argument.type == Type::Word && from <= argument.choices.size();) {
+            for (size_t from = 0; !argument.choices.empty() && from <= argument.choices.size();) {
                 const size_t to = std::min(argument.choices.find('|', from), argument.choices.size());
                 if (const std::string_view choice = argument.choices.substr(from, to - from);
                     choice.starts_with(begun))

@@ -48,6 +48,8 @@ Way sendFrame(Session &session, uint32_t unit, uint32_t port, const Frame &frame
 {
     Way way;
     flags |= frame.fcsGood ? 0 : ZRSIM_FRAME_BAD_FCS;
+    if (session.inspection().frame == nullptr)
+        throw UsageError{"frames: this platform does not support them"};
     if (session.inspection().frame(unit, port, frame.bytes.data(), frame.bytes.size(), flags, follow, &way) !=
         0)
         throw UsageError{

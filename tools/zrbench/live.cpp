@@ -130,8 +130,11 @@ private:
 
     void take(LivePort &from)
     {
-        ssize_t size = 0;
-        while ((size = read(from.file, buffer_.data(), buffer_.size())) > 0) {
+        constexpr int kMost = 64; // at a time, so that a flood keeps nothing else waiting
+        for (int count = 0; count < kMost; ++count) {
+            const ssize_t size = read(from.file, buffer_.data(), buffer_.size());
+            if (size <= 0)
+                return;
             Frame frame{{buffer_.begin(), buffer_.begin() + size}};
             frame.bytes.resize(std::max(frame.bytes.size(), kShortest));
             ++from.in;
