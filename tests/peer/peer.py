@@ -170,7 +170,7 @@ def main():
         switch.stop()
     frames = configurations * FRAMES
     print(f'{frames} frames over {configurations} configurations (seed {seed}), {forwarded} forwarded')
-    print(f'{frames - differences} passed, {differences} failed')
+    print(f'{differences} came out elsewhere' if differences else 'every one came out alike')
     return differences != 0 or forwarded == 0
 
 
