@@ -3,12 +3,12 @@
 # does not have, fails.
 set -eu
 mkdir -p build/docs
-cat >build/docs/Doxyfile <<'EOT'
+cat >build/docs/Doxyfile <<EOT
 PROJECT_NAME = "zrlsw"
 PROJECT_BRIEF = "Chip adaptation library of the switch manager"
 INPUT = src README.md docs tests/sweep/transcript/README.md
 FILE_PATTERNS = *.h *.md
-USE_MDFILE_AS_MAINPAGE = README.md
+USE_MDFILE_AS_MAINPAGE = "$PWD/README.md"
 RECURSIVE = YES
 OUTPUT_DIRECTORY = build/docs
 EXTRACT_ALL = YES

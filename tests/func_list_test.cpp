@@ -15,7 +15,7 @@ namespace zrtest
 namespace
 {
 
-using FrameTest = DeviceTest;
+using FuncListTest = DeviceTest;
 
 // Calls a filler with the type of its own table.
 template <class Ops> void fill(const char *filler, void *table)
@@ -99,7 +99,7 @@ void expectFilled(const Table &table, void *const *slots, size_t count)
     }
 }
 
-TEST_F(FrameTest, EveryFillerWritesItsSlotsAndNoOther)
+TEST_F(FuncListTest, EveryFillerWritesItsSlotsAndNoOther)
 {
     for (const Table &table : tables()) {
         Slots slots;
@@ -134,7 +134,7 @@ private:
         {&tables_.trunk, sizeof tables_.trunk},       {&tables_.fmea, sizeof tables_.fmea}};
 };
 
-TEST_F(FrameTest, TheEntryFetchesTwelveTablesInOrderAndFillsEachAsItsOwn)
+TEST_F(FuncListTest, TheEntryFetchesTwelveTablesInOrderAndFillsEachAsItsOwn)
 {
     const ManagerTables held;
     dev.forget();
@@ -150,7 +150,7 @@ TEST_F(FrameTest, TheEntryFetchesTwelveTablesInOrderAndFillsEachAsItsOwn)
     EXPECT_EQ(fetched, expected);
 }
 
-TEST_F(FrameTest, AMissingTableDoesNotStopTheOthers)
+TEST_F(FuncListTest, AMissingTableDoesNotStopTheOthers)
 {
     const Table notWritten{"", "", nullptr, ""};
     for (size_t missing = 0; missing < tables().size(); ++missing) {
@@ -163,7 +163,7 @@ TEST_F(FrameTest, AMissingTableDoesNotStopTheOthers)
     }
 }
 
-TEST_F(FrameTest, OperationsThatOnlyAnswer)
+TEST_F(FuncListTest, OperationsThatOnlyAnswer)
 {
     for (uint32_t unit : {0U, 2U, 3U, 0xFFFFFFFFU}) {
         EXPECT_EQ(dev.ops().fmea.monitorUnitReg(unit), 0U);

@@ -105,8 +105,8 @@ TEST_F(RmaTest, InitialisationTrapsLldpThenEveryType)
 
     const zrsim::MacAddress bridge = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x00};
     const zrsim::MacAddress ordinary = {0x01, 0x00, 0x5E, 0x00, 0x00, 0x0E};
-    EXPECT_EQ(dev.chip(1).rma.judge(bridge, 0).action, zrsim::Rma::kToHost);
-    EXPECT_EQ(dev.chip(1).rma.judge(ordinary, 0).action, zrsim::Rma::kSwitch);
+    EXPECT_EQ(dev.chip(1).rma.decide(bridge, 0).action, zrsim::Rma::kToHost);
+    EXPECT_EQ(dev.chip(1).rma.decide(ordinary, 0).action, zrsim::Rma::kSwitch);
 }
 
 TEST_F(RmaTest, TypesAndActionsOutOfRangeAreRefusedBeforeTheChip)
@@ -135,7 +135,7 @@ TEST_F(RmaTest, OnlyOneSwitchesLldpTrappingOn)
     const zrsim::MacAddress lldp = {0x01, 0x80, 0xC2, 0x00, 0x00, 0x0E};
     for (auto [enable, on] : {std::pair{1, true}, {2, false}, {1, true}, {-1, false}, {1, true}, {0, false}}) {
         EXPECT_EQ(ZR_OP(HAL_RMA_LldpEnableSet)(0, enable), 0U);
-        EXPECT_EQ(dev.chip(0).rma.judge(lldp, 0x88CC).action == zrsim::Rma::kToHost, on) << enable;
+        EXPECT_EQ(dev.chip(0).rma.decide(lldp, 0x88CC).action == zrsim::Rma::kToHost, on) << enable;
     }
 }
 

@@ -217,8 +217,8 @@ TEST_F(Vlan, PortSettingsReachTheirPort)
     }
 }
 
-// Two chip operations end with the print and hand up whatever it answers.
-TEST_F(Vlan, AnswerOfThePrintServiceIsTheStatus)
+// Two chip operations end with the print and return whatever it returns.
+TEST_F(Vlan, ResultOfThePrintServiceIsTheStatus)
 {
     dev.script("LSWM_ConfigFailPrint", [](const zrsim::Call &) { return 77; });
     dev.fail("l2sw_vlan_tagMode_set", 5);

@@ -43,7 +43,7 @@ void describe(const MacEntry &entry, L2UcastAddr &addr)
 }
 
 // What a key without VLAN means: the address, wherever it is.
-bool answersTo(const MacEntry &entry, const MacAddress &mac, const L2UcastAddr &key)
+bool matchesKey(const MacEntry &entry, const MacAddress &mac, const L2UcastAddr &key)
 {
     return entry.used && entry.mac == mac &&
            (key.vlanKeyed == 0 || (entry.vlanKeyed && entry.vlan == key.vlan));
@@ -136,14 +136,14 @@ uint32_t MacTable::remove(const MacAddress &mac, L2UcastAddr &addr)
     const L2UcastAddr key = addr;
     const uint32_t status = find(mac, addr);
     if (status == kSdkOk)
-        drop([&](const MacEntry &entry) { return answersTo(entry, mac, key); });
+        drop([&](const MacEntry &entry) { return matchesKey(entry, mac, key); });
     return status;
 }
 
 uint32_t MacTable::find(const MacAddress &mac, L2UcastAddr &addr) const
 {
     for (const MacEntry &entry : entries_) {
-        if (answersTo(entry, mac, addr)) {
+        if (matchesKey(entry, mac, addr)) {
             describe(entry, addr);
             return kSdkOk;
         }

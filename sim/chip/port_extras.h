@@ -1,7 +1,7 @@
 // What a port has besides link and counters: SNR readings, forced LEDs, the gigabit PHY's link-scan
 // work-around. Given: SNR readings are eight words, the status the fifth and the trap the seventh; LEDs
 // are forced by two words. The model's own choice: the readings of a good cable until a command says
-// otherwise, the two unnamed words 0; LED words are kept as they come; the work-around changes nothing
+// otherwise, the two unnamed words 0; LED words are kept as written; the work-around changes nothing
 // but a count of its runs; readings and work-around need a port with a PHY. A reset brings all of it back.
 #pragma once
 

@@ -39,7 +39,7 @@ uint32_t Rma::trapLldp(uint32_t on)
     return kSdkOk;
 }
 
-Rma::Judgement Rma::judge(const std::array<uint8_t, 6> &mac, uint32_t etherType) const
+Rma::Decision Rma::decide(const std::array<uint8_t, 6> &mac, uint32_t etherType) const
 {
     if (!std::equal(std::begin(kPrefix), std::end(kPrefix), mac.begin()) || mac[5] >= kAddressTypes)
         return {false, false, kSwitch};

@@ -26,13 +26,13 @@ public:
     uint32_t action(uint32_t type) const { return actions_.at(type); }
     bool trapsLldp() const { return lldp_; }
 
-    struct Judgement {
+    struct Decision {
         bool reserved; // the address is one of the types
         bool lldp;     // decided by the trap of LLDP
         Action action;
     };
     // What becomes of a frame to `mac`.
-    Judgement judge(const std::array<uint8_t, 6> &mac, uint32_t etherType) const;
+    Decision decide(const std::array<uint8_t, 6> &mac, uint32_t etherType) const;
 
     void attach(Chip &) {}
     void reset();

@@ -4,7 +4,7 @@
 //   - the chip numbers the ports that it has in their order: 0 to 4 are chip ports 0 to 4, 15 to 17 are 5 to
 //     7; no other port has a number (0xFFFFFFFF, also on a unit that has not been initialised);
 //   - a mask with a bit beyond the group's ports is refused, and so is a distribution for groups other than
-//     0, 1 and 0xFF (both) or with inputs above 0x7F; the trunk mode is kept as it comes;
+//     0, 1 and 0xFF (both) or with inputs above 0x7F; the trunk mode is kept as written;
 //     what mode and inputs do to a frame: sim/pipeline/egress.cpp.
 #pragma once
 

@@ -2,7 +2,7 @@
 // either table reads back as it was written; a VLAN takes a member index on its first use and keeps it;
 // status 22 when no member configuration is free. The model's own choice:
 //   - 4096 VLAN entries, 32 member configurations; a number beyond these, a port that the chip does not
-//     have, and a switch that is neither 0 nor 1, is refused; masks are kept as they come;
+//     have, and a switch that is neither 0 nor 1, is refused; masks are kept as written;
 //   - the configuration's VLAN id says which VLAN an index serves (of two, the lower index), a free index
 //     reads as zeros, and only a new start of the VLAN function gives indexes back;
 //   - out of reset everything is 0. The start of the VLAN function puts every port untagged into VLAN 1 at

@@ -9,11 +9,11 @@ namespace zrsim
 bool checkReserved(Passage &passage)
 {
     const MacAddress &mac = passage.frame.destination();
-    const Rma::Judgement judged = passage.chip.rma.judge(mac, passage.frame.etherType());
-    if (!judged.reserved)
+    const Rma::Decision decided = passage.chip.rma.decide(mac, passage.frame.etherType());
+    if (!decided.reserved)
         return true;
-    const char *by = judged.lldp ? "the LLDP trap" : "the action of its type";
-    switch (judged.action) {
+    const char *by = decided.lldp ? "the LLDP trap" : "the action of its type";
+    switch (decided.action) {
     case Rma::kDrop:
         return passage.drop(Reason::Reserved, "reserved", "type {}: dropped by {}", mac[5], by);
     case Rma::kToHost:
