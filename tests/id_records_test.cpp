@@ -30,7 +30,9 @@ using IdRecords = DeviceTest;
 // With bitmaps ids are below 128 and can be chosen; without, any id will do and the entries alone tell.
 TEST_F(IdRecords, MetersAreFoundByBothIdsAndTakeTheLowestEntry)
 {
-    for (const auto &[type, mode] : {std::pair<uint32_t, uint8_t>{0, 0}, {5, 0x80}}) {
+    for (const auto &given : {std::pair<uint32_t, uint8_t>{0, 0}, {5, 0x80}}) {
+        const uint32_t type = given.first;
+        const uint8_t mode = given.second;
         SCOPED_TRACE(type);
         const auto set = [&](uint32_t logic, uint32_t chip) {
             return ZR_OP(COM_HSEC_SetMeterEntry)(kUnit, type, logic, chip);

@@ -5,7 +5,7 @@ using namespace zrsim;
 
 uint32_t l2sw_getAsicReg(uint8_t unit, uint32_t reg, uint32_t *value)
 {
-    return pass({__func__, {unit, reg, value}}, [&] { return sdk().readRegister(unit, reg, *value); });
+    return pass({__func__, {unit, reg, value}}, [&] { return sdk().readRegister(unit, reg, value); });
 }
 
 uint32_t l2sw_setAsicReg(uint8_t unit, uint32_t reg, uint32_t value)

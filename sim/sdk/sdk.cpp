@@ -38,7 +38,7 @@ uint32_t Sdk::registerServices(const SdkServices &services)
     return kSdkOk;
 }
 
-uint32_t Sdk::readRegister(uint32_t unit, uint32_t reg, uint32_t &value)
+uint32_t Sdk::readRegister(uint32_t unit, uint32_t reg, uint32_t *value)
 {
     if (unit >= kUnits)
         return kSdkBadUnit;
@@ -46,11 +46,13 @@ uint32_t Sdk::readRegister(uint32_t unit, uint32_t reg, uint32_t &value)
         if (!hasServices())
             return kSdkNoTransport;
         Locked locked(services_);
-        return services_.regRead(static_cast<uint8_t>(unit), reg, &value);
+        return services_.regRead(static_cast<uint8_t>(unit), reg, value);
     }
     if (board().chip(0).inReset())
         return kSdkBusy;
-    value = board().chip(0).registers().read(static_cast<uint16_t>(reg));
+    if (value == nullptr)
+        return kSdkNull;
+    *value = board().chip(0).registers().read(static_cast<uint16_t>(reg));
     return kSdkOk;
 }
 
@@ -74,11 +76,11 @@ uint32_t Sdk::init(uint32_t unit)
 {
     uint32_t identifier = 0;
     uint32_t revision = 0;
-    if (uint32_t status = readRegister(unit, kRegChipId, identifier); status != kSdkOk)
+    if (uint32_t status = readRegister(unit, kRegChipId, &identifier); status != kSdkOk)
         return status;
     if (identifier != kChipId)
         return kSdkBusy;
-    if (uint32_t status = readRegister(unit, kRegRevision, revision); status != kSdkOk)
+    if (uint32_t status = readRegister(unit, kRegRevision, &revision); status != kSdkOk)
         return status;
     l2sw_eco[unit] = static_cast<uint8_t>(revision);
     initialisedAt_[unit] = board().chip(unit).resets();
@@ -92,7 +94,7 @@ uint32_t Sdk::ready(uint32_t unit)
     if (!initialised(unit))
         return kSdkNotInitialised;
     uint32_t tableStatus = 0;
-    if (uint32_t status = readRegister(unit, kRegTableStatus, tableStatus); status != kSdkOk)
+    if (uint32_t status = readRegister(unit, kRegTableStatus, &tableStatus); status != kSdkOk)
         return status;
     return tableStatus == 1 ? kSdkOk : kSdkBusy;
 }

@@ -28,7 +28,7 @@ public:
     void reset();
 
     // Chip registers over the unit's own path; also before the unit is initialised.
-    uint32_t readRegister(uint32_t unit, uint32_t reg, uint32_t &value);
+    uint32_t readRegister(uint32_t unit, uint32_t reg, uint32_t *value);
     uint32_t writeRegister(uint32_t unit, uint32_t reg, uint32_t value);
     // Whether the unit's tables can be accessed now.
     uint32_t ready(uint32_t unit);
