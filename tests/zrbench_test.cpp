@@ -163,10 +163,50 @@ TEST_F(ZrbenchTest, TheShellTakesPipedLinesAndGoesOnAfterABadOne)
         EXPECT_THAT(ended.output, HasSubstr(piece));
     EXPECT_THAT(ended.output, Not(HasSubstr("chip init 9")));
 
-    const Ended good = shell("chip init 7\n", file("first.json", R"({"steps": ["chip init 2"]})"));
+    const Ended good = shell("expect 1 chip init 7\n", file("first.json", R"({"steps": ["chip init 2"]})"));
     EXPECT_EQ(good.status, kAsExpected) << good.output;
     EXPECT_THAT(good.output, HasSubstr("   1  chip init 2"));
-    EXPECT_THAT(good.output, HasSubstr("   2  chip init 7"));
+    EXPECT_THAT(good.output, HasSubstr("   2  expect 1 chip init 7"));
+}
+
+TEST_F(ZrbenchTest, AShellWithoutATerminalEndsWithWhatBecameOfItsSteps)
+{
+    file("inner", "reg read 1 0x1300\nreg read 1\n");
+    file("loop", "source loop");
+    file("device.json", R"({"steps": ["chip init 2", {"do": "chip init 3", "expect": 1}]})");
+    const struct {
+        const char *commands;
+        int status;
+        const char *piece;
+    } cases[] = {
+        {"chip init 1; unit set 1 {\"about;\": 1}", kUsage, "command 2: info/about;: expected one of"},
+        {"chip init 1; ; ops", kAsExpected, "   2  ops\n"},
+        {"chip init 7; ops", kNotAsExpected, "NOT AS EXPECTED: expected status 0\n   2  ops\n"},
+        {"expect invalid-argument chip init 7", kAsExpected, "status 1 (invalid argument)"},
+        {"expect 4 chip init 7", kNotAsExpected, "NOT AS EXPECTED: expected status 4"},
+        {"expect some chip init 7", kUsage,
+         "status: expected a number or one of ok, invalid-argument, null-pointer"},
+        {"expect 1 chip start 7", kUsage, "command 1: command: no command \"chip start\"; there is chip init"},
+        {"board 1 revison 3", kNotAsExpected, "NOT AS EXPECTED: the board refuses this"},
+        {"chip init 1; source inner; ops", kUsage, "inner: line 2: register is missing"},
+        {"source device.json; exit; ops", kAsExpected, "   3  chip init 3"},
+        {"source nowhere", kUsage, "command 1: nowhere: cannot be read"},
+        {"source loop", kUsage, "loop: line 1: loop: files name each other more than 16 deep"},
+        {"? trace", kAsExpected, "trace off|calls|all"},
+    };
+    for (const auto &row : cases) {
+        const Ended ended = bench(fmt::format("shell -c '{}'", row.commands));
+        EXPECT_EQ(ended.status, row.status) << row.commands << "\n" << ended.output;
+        EXPECT_THAT(ended.output, HasSubstr(row.piece)) << row.commands;
+    }
+    const Ended refused = steps(R"("source inner")");
+    EXPECT_EQ(refused.status, kUsage);
+    EXPECT_THAT(refused.output, HasSubstr("/steps/0: source inner: only the shell takes commands from a file"));
+
+    const Ended up = bench("shell --up -c 'expect ok vlan members 2 20'");
+    EXPECT_EQ(up.status, kAsExpected) << up.output;
+    EXPECT_THAT(up.output, HasSubstr("members=3-4"));
+    EXPECT_EQ(bench("shell --up --fail VESPER_ADPAPI_ResetChip=1 -c ''").status, kNotAsExpected);
 }
 
 TEST_F(ZrbenchTest, TheShellCompletesAndRemembersWhatIsTyped)

@@ -1,7 +1,10 @@
 // The commands about the session itself: help, failures, unit information and the like.
+#include <fmt/format.h>
+
 #include "tools/zrbench/commands.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/session.h"
+#include "tools/zrbench/status.h"
 #include "tools/zrbench/values.h"
 
 namespace zrbench
@@ -15,20 +18,58 @@ void checkFailure(const nlohmann::json &text)
     parseFailure(text.get<std::string>());
 }
 
+void checkStatus(const nlohmann::json &status)
+{
+    if (!statusNumber(status.get_ref<const std::string &>()))
+        throw UsageError{fmt::format("expected a number or one of {}, found {}",
+                                     fmt::join(split(statusWords(), '|'), ", "), shown(status))};
+}
+
+void checkLine(const nlohmann::json &line)
+{
+    parseInvocation(line.get_ref<const std::string &>());
+}
+
+Outcome showHelp(Session &, const Arguments &a)
+{
+    return Outcome::shown(help(a.text("topic")));
+}
+
+Outcome quit(Session &session, const Arguments &)
+{
+    session.quit();
+    return Outcome::shown("");
+}
+
+Outcome expect(Session &session, const Arguments &a)
+{
+    const Invocation invocation = parseInvocation(a.text("command"));
+    session.check(invocation);
+    Outcome outcome = invocation.command->run(session, invocation.arguments);
+    outcome.expected = statusNumber(a.text("status"));
+    return outcome;
+}
+
+constexpr Argument kTopic{"topic", Type::Text, {}, true};
 constexpr Argument kManagedUnit{.name = "unit", .most = LSWM_UNITS - 1};
 
 const Command kCommands[] = {
-    {"help",
-     {{"topic", Type::Text, {}, true}},
-     "lists the commands, or those that start with TOPIC",
+    {"help", {kTopic}, "lists the commands, or those that start with TOPIC", "", showHelp},
+    {"?", {kTopic}, "the same as help", "", showHelp},
+    {"quit", {}, "ends the session", "", quit},
+    {"exit", {}, "the same as quit", "", quit},
+    {"expect",
+     {{.name = "status", .type = Type::Word, .check = checkStatus},
+      {.name = "command", .type = Type::Text, .check = checkLine}},
+     "runs a command that is expected to return STATUS, a number or a name such as chip-failed",
      "",
-     [](Session &, const Arguments &a) { return Outcome::shown(help(a.text("topic"))); }},
-    {"quit",
-     {},
-     "ends the session",
+     expect},
+    {"source",
+     {{"file", Type::Text}},
+     "takes commands from a file, one a line, or runs a device file",
      "",
-     [](Session &session, const Arguments &) {
-         session.quit();
+     [](Session &session, const Arguments &a) {
+         session.source(a.text("file"));
          return Outcome::shown("");
      }},
     {"ops",

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -84,6 +85,8 @@ struct Outcome {
     std::vector<std::pair<std::string, nlohmann::json>> outputs = {};
     // A table or text shown under the step as it is.
     std::string text = {};
+    // The status that the command itself says to expect, in place of 0 or of what the device file says.
+    std::optional<uint32_t> expected = {};
 
     static Outcome of(uint32_t status) { return {true, status}; }
     static Outcome shown(std::string text) { return {.hasStatus = false, .text = std::move(text)}; }

@@ -235,7 +235,7 @@ std::string contents(const std::string &file)
     std::ifstream in(file);
     std::ostringstream text;
     if (!in || std::filesystem::is_directory(file) || !(text << in.rdbuf()))
-        throw UsageError{"cannot be read"};
+        throw UsageError{file + ": cannot be read"};
     return text.str();
 }
 
@@ -243,8 +243,13 @@ std::string contents(const std::string &file)
 
 Device loadDevice(const std::string &file)
 {
+    return readDevice(file, contents(file));
+}
+
+Device readDevice(const std::string &file, std::string_view text)
+{
     try {
-        const json whole = parseJson(contents(file));
+        const json whole = parseJson(text);
         const Node root{whole, ""};
         if (!whole.is_object())
             root.expected("an object with \"steps\"");

@@ -58,5 +58,7 @@ struct Device {
 
 // Reads and checks the whole file. Throws UsageError with file, place and what was expected.
 Device loadDevice(const std::string &file);
+// The same of a file's contents.
+Device readDevice(const std::string &file, std::string_view text);
 
 } // namespace zrbench

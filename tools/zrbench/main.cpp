@@ -1,10 +1,14 @@
 #include <CLI/CLI.hpp>
+#include <cstdlib>
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <memory>
+#include <optional>
 #include <sstream>
+#include <string_view>
 #include <unistd.h>
 
+#include "tools/zrbench/in_service.h"
 #include "tools/zrbench/live.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/output.h"
@@ -23,12 +27,21 @@ struct Options {
     SessionOptions session;
     std::string topic;
     std::vector<std::string> ports;
+    std::optional<std::string> commands;
+    bool inService = false;
     std::string colour = "auto";
     bool quiet = false;
 
-    Report report() const
+    Report report(bool silent = false) const { return {coloured(), quiet || silent}; }
+
+    bool coloured() const
     {
-        return {colour == "always" || (colour == "auto" && isatty(STDOUT_FILENO) != 0), quiet};
+        // https://no-color.org: any value but an empty one.
+        const char *refused = std::getenv("NO_COLOR");
+        const char *terminal = std::getenv("TERM");
+        const bool able = isatty(STDOUT_FILENO) != 0 && (refused == nullptr || *refused == '\0') &&
+                          terminal != nullptr && std::string_view(terminal) != "dumb";
+        return colour == "always" || (colour == "auto" && able);
     }
 };
 
@@ -69,13 +82,21 @@ int shell(const Options &options)
 {
     Session session(options.session);
     Report report = options.report();
+    unsigned deviating = 0;
+    if (options.inService) {
+        Report first = options.report(true);
+        const Device device = readDevice("--up", kInService);
+        runDevice(session, device, first);
+        report.heading(device.about);
+        deviating = first.deviating();
+    }
     if (!options.session.deviceFile.empty())
         runDevice(session, loadDevice(options.session.deviceFile), report);
-    const bool good = runShell(session, report);
+    const bool good = runShell(session, report, options.commands);
     session.finish();
     if (!good)
         return kUsage;
-    return report.deviating() == 0 ? kAsExpected : kNotAsExpected;
+    return report.deviating() + deviating == 0 ? kAsExpected : kNotAsExpected;
 }
 
 int live(const Options &options)
@@ -138,7 +159,11 @@ int main(int argc, char **argv)
     command->callback([&] { result = run(options); });
 
     command = app.add_subcommand("shell", "Take commands from the keyboard or standard input")->fallthrough();
-    command->add_option("file", options.session.deviceFile, "A device file to run first")->type_name("FILE");
+    command->add_option("-c", options.commands, "Take these commands, separated by ;")->type_name("COMMANDS");
+    CLI::Option *up = command->add_flag("--up", options.inService, "Start with three units in service");
+    command->add_option("file", options.session.deviceFile, "A device file to run first")
+        ->type_name("FILE")
+        ->excludes(up);
     command->callback([&] { result = shell(options); });
 
     command = app.add_subcommand("live", "Run a device file, then connect ports to TAP interfaces until Ctrl-C")

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "tools/zrbench/output.h"
+#include "tools/zrbench/status.h"
 #include "tools/zrbench/values.h"
 
 namespace zrbench
@@ -23,21 +24,10 @@ constexpr size_t kTextWidth = 56;
 
 std::string statusText(uint32_t status)
 {
-    static const std::map<uint32_t, std::string_view> kNames = {
-        {LSW_INVALID_ARGUMENT, "invalid argument"},
-        {LSW_NULL_POINTER, "null pointer"},
-        {LSW_NO_MEMORY, "no memory"},
-        {LSW_CHIP_FAILED, "chip failed"},
-        {LSW_NOT_FOUND, "not found"},
-        {LSW_IN_USE, "in use"},
-        {LSW_NO_RESOURCE, "no resource"},
-        {LSW_UNSUPPORTED, "unsupported"},
-    };
+    const std::string_view name = statusName(status);
     if (status == LSW_OK)
-        return "ok";
-    const auto name = kNames.find(status);
-    return name == kNames.end() ? fmt::format("status {:#x}", status)
-                                : fmt::format("status {} ({})", status, name->second);
+        return std::string(name);
+    return name.empty() ? fmt::format("status {:#x}", status) : fmt::format("status {} ({})", status, name);
 }
 
 std::string moduleText(uint32_t module)

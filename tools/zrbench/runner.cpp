@@ -101,10 +101,11 @@ CheckedRun checkedRun(Session &session, const Run &run)
 std::vector<std::string> deviations(const Result &result, const Expectation &expected, bool linesSeen)
 {
     std::vector<std::string> found;
-    if (!result.outcome.hasStatus && expected.status != LSW_OK)
-        found.push_back(fmt::format("expected status {}; this command has none", expected.status));
-    if (result.outcome.hasStatus && result.outcome.status != expected.status)
-        found.push_back(fmt::format("expected status {}", expected.status));
+    const uint32_t status = result.outcome.expected.value_or(expected.status);
+    if (!result.outcome.hasStatus && status != LSW_OK)
+        found.push_back(fmt::format("expected status {}; this command has none", status));
+    if (result.outcome.hasStatus && result.outcome.status != status)
+        found.push_back(fmt::format("expected status {}", status));
     if (linesSeen)
         compareLines(result.lines, expected.lines, found);
     // A step that means to be refused says so in "shows".

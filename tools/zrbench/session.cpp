@@ -182,6 +182,8 @@ void Session::check(const Invocation &invocation) const
     }
     if (command.name.starts_with("frame "))
         needed(inspection_.frame, command.name);
+    if (command.name == "source" && !onSource_)
+        throw UsageError{"only the shell takes commands from a file"};
     if (command.name == "fail")
         checkCall(parseFailure(invocation.arguments.text("call")).name);
 }

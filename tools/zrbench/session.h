@@ -1,6 +1,7 @@
 // One run of the bench: the loaded platform and library, what they print, and how commands are run.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -114,6 +115,10 @@ public:
     // Writes the dump and completes the trace. Throws UsageError.
     void finish();
 
+    // Takes the commands of a file next, where there is a shell to do so. Throws UsageError.
+    void source(const std::string &file) { onSource_(file); }
+    void sourceBy(std::function<void(const std::string &file)> shell) { onSource_ = std::move(shell); }
+
     void quit() { quit_ = true; }
     bool quitting() const { return quit_; }
 
@@ -137,6 +142,7 @@ private:
     std::vector<Capture> captures_;
     std::optional<Output> trace_;
     std::optional<Output> dump_;
+    std::function<void(const std::string &file)> onSource_;
     bool quit_ = false;
 };
 

@@ -1,14 +1,18 @@
 // Commands typed by hand, or piped in.
 #pragma once
 
+#include <optional>
+#include <string>
+
 #include "tools/zrbench/report.h"
 #include "tools/zrbench/session.h"
 
 namespace zrbench
 {
 
-// Reads commands from standard input to its end or to "quit". Returns false when a piped line was bad; at
-// a terminal mistakes are shown and do not count.
-bool runShell(Session &session, Report &report);
+// Takes commands from `commands`, where ; separates them, or else from standard input, to the end or to "quit".
+// At a terminal, mistakes are shown and do not count. Elsewhere every step is expected to succeed unless it is
+// an "expect", and false is returned when a line was not understood.
+bool runShell(Session &session, Report &report, const std::optional<std::string> &commands = {});
 
 } // namespace zrbench
