@@ -60,12 +60,12 @@ const Command kCommands[] = {
     {"exit", {}, "the same as quit", "", quit},
     {"expect",
      {{.name = "status", .type = Type::Word, .check = checkStatus},
-      {.name = "command", .type = Type::Text, .check = checkLine}},
+      {.name = "command", .type = Type::Line, .check = checkLine}},
      "runs a command that is expected to return STATUS, a number or a name such as chip-failed",
      "",
      expect},
     {"source",
-     {{"file", Type::Text}},
+     {{"file", Type::File}},
      "takes commands from a file, one a line, or runs a device file",
      "",
      [](Session &session, const Arguments &a) {
@@ -102,7 +102,7 @@ const Command kCommands[] = {
          return Outcome::shown("");
      }},
     {"fail",
-     {{.name = "call", .type = Type::Text, .check = checkFailure}},
+     {{.name = "call", .type = Type::Call, .check = checkFailure}},
      "makes platform calls fail: NAME[@N[+]]=STATUS, all, the Nth from now on, or that and all after it",
      "",
      [](Session &session, const Arguments &a) {

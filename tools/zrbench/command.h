@@ -35,6 +35,9 @@ enum class Type {
     Word,   // one of `choices`, separated by |; as a number its place among them, from 0. Any without choices
     Text,   // the rest of the line
     Json,   // a JSON value: an object in a device file, text in {} in the shell
+    File,   // the path of a file; in "" when it has blanks
+    Call,   // failures of a platform call: NAME[@N[+]]=STATUS
+    Line,   // the rest of the line: another command
 };
 
 struct Argument {

@@ -83,7 +83,11 @@ std::optional<json> valueOf(const Argument &argument, const json &value)
         return fits ? std::optional(value) : std::nullopt;
     }
     case Type::Text:
+    case Type::Call:
+    case Type::Line:
         return value.is_string() ? std::optional(value) : std::nullopt;
+    case Type::File:
+        return value.is_string() && value != "" ? std::optional(value) : std::nullopt;
     case Type::Json:
         return value;
     }
@@ -237,6 +241,12 @@ std::string expectedOf(const Argument &argument)
         return "a text";
     case Type::Json:
         return "a JSON value";
+    case Type::File:
+        return "the path of a file";
+    case Type::Call:
+        return "NAME[@N[+]]=STATUS";
+    case Type::Line:
+        return "a command";
     }
     return {};
 }
