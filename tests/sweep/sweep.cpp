@@ -95,7 +95,8 @@ struct Outcome {
 };
 
 struct Failure {
-    size_t index;
+    std::string name;
+    unsigned nth; // among the calls of that name
     bool andAfter;
     uint32_t status;
 };
@@ -109,19 +110,21 @@ Outcome play(const Sweep &row, Run run, const Failure *failure = nullptr)
     dev.takeCli();
     dev.forget();
     dev.record(true);
-    zrsim::console().traceLevel(0xFF);
+    // The failure of all later calls is played without traces: they change nothing.
+    zrsim::console().traceLevel(failure != nullptr && failure->andAfter ? 0 : 0xFF);
     const unsigned before = zrsim::memory().liveBlocks();
+    size_t made = 0;
+    size_t failedAt = SIZE_MAX;
     if (failure != nullptr)
-        zrsim::gate().intercept([&, made = size_t{0}](const zrsim::Call &call, uint64_t &result) mutable {
+        zrsim::gate().intercept([&, seen = 0U](const zrsim::Call &call, uint64_t &result) mutable {
             if (call.depth != 0)
                 return false;
-            const size_t mine = made++;
+            if (call.name == failure->name && ++seen == failure->nth)
+                failedAt = made;
             const bool after =
-                failure->andAfter && mine > failure->index && !cannotFail(call.name) && !isService(call.name);
-            if (mine != failure->index && !after)
-                return false;
+                failure->andAfter && made > failedAt && !cannotFail(call.name) && !isService(call.name);
             result = failure->status;
-            return true;
+            return made++ == failedAt || after;
         });
     Outcome outcome;
     outcome.answer = row.run(run);
@@ -133,12 +136,12 @@ Outcome play(const Sweep &row, Run run, const Failure *failure = nullptr)
     outcome.all = dev.recorded();
     dev.record(false);
     for (size_t i = 0; i < outcome.all.size(); ++i) {
-        if (failure != nullptr && i == failure->index + 1)
+        if (i == failedAt + 1)
             outcome.from = outcome.calls.size();
         if (!isService(outcome.all[i].name))
             outcome.calls.push_back(shown(outcome.all[i]));
     }
-    if (failure != nullptr && failure->index + 1 >= outcome.all.size())
+    if (failure != nullptr && failedAt + 1 >= outcome.all.size())
         outcome.from = outcome.calls.size();
     for (const std::string &line : repeated(dev.takeFailures(), 1))
         outcome.printed.push_back("fail " + line);
@@ -210,7 +213,6 @@ struct Prepared : Device {
 struct Place {
     std::string name;
     unsigned nth; // among the calls of that name
-    size_t index; // among all calls
 };
 
 // Of a name that is called often, the first three calls and the last stand for all.
@@ -220,11 +222,11 @@ std::vector<Place> placesToFail(const std::vector<zrsim::Call> &calls, std::map<
         ++totals[call.name];
     std::map<std::string, unsigned> seen;
     std::vector<Place> places;
-    for (size_t i = 0; i < calls.size(); ++i) {
-        const std::string name = calls[i].name;
+    for (const zrsim::Call &call : calls) {
+        const std::string name = call.name;
         const unsigned nth = ++seen[name];
         if (!cannotFail(name) && (nth <= 3 || nth == totals[name]))
-            places.push_back({name, nth, i});
+            places.push_back({name, nth});
     }
     return places;
 }
@@ -233,7 +235,7 @@ Outcome failed(const Sweep &row, const Outcome &good, const Place &place, bool a
 {
     SCOPED_TRACE(fmt::format("{}@{}{} = {}", place.name, place.nth, andAfter ? " and all after" : "", status));
     Prepared device(row);
-    const Failure failure{place.index, andAfter, status};
+    const Failure failure{place.name, place.nth, andAfter, status};
     Outcome outcome = play(row, Run(), &failure);
     const bool worked = outcome.answer == good.answer;
     EXPECT_LE(outcome.kept, worked ? good.kept : row.keeps) << "memory leaked";
@@ -254,6 +256,11 @@ std::string rowsOf(const Sweep &row, const Outcome &good, const Place &place)
         if (status != kAndAfter)
             continue;
         const Outcome all = failed(row, good, place, true, status);
+        // The lines of bring-up are no matter of the trace level.
+        for (const std::string &line : all.printed)
+            EXPECT_TRUE(line.rfind("trace 1 ", 0) == 0 || line.rfind("trace", 0) != 0 ||
+                        place.name == "LSWM_PrintSwitchOn")
+                << line << " though traces are off";
         if (all.answer != alone.answer || all.written != alone.written)
             andAfter = fmt::format(" and all after {}\n", answered(all, &good));
     }
