@@ -109,6 +109,12 @@ uint32_t Words::number(size_t i, uint32_t most, uint32_t otherwise) const
     return i < words_.size() ? number(i, most) : otherwise;
 }
 
+const char *boardUsage(unsigned nth)
+{
+    // Usage texts are literals.
+    return nth < commands().size() ? commands()[nth]->usage.data() : nullptr;
+}
+
 std::string runBoardLine(uint32_t unit, std::string_view line, bool &ok)
 {
     std::istringstream in{std::string(line)};

@@ -46,6 +46,9 @@ struct BoardCommand {
     std::string_view name() const { return usage.substr(0, usage.find(' ')); }
 };
 
+// The usage of the nth command; null behind the last.
+const char *boardUsage(unsigned nth);
+
 // Runs one line on a unit; returns what the interpreter prints. `ok` tells whether it was understood.
 std::string runBoardLine(uint32_t unit, std::string_view line, bool &ok);
 

@@ -1,4 +1,5 @@
 #include "sim/zrsim.h"
+#include "sim/command.h"
 
 #include <dlfcn.h>
 
@@ -132,6 +133,11 @@ unsigned zrsim_live_blocks(void)
 unsigned zrsim_bad_frees(void)
 {
     return memory().badFrees();
+}
+
+const char *zrsim_board_usage(unsigned nth)
+{
+    return boardUsage(nth);
 }
 
 size_t zrsim_dump(char *buffer, size_t size)

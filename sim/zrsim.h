@@ -69,6 +69,10 @@ unsigned zrsim_bad_frees(void);
  * at most `size` - 1 characters and a terminator. */
 size_t zrsim_dump(char *buffer, size_t size);
 
+/* The usage of the nth command of the board's interpreter, from 0: "link PORT up|down"; null behind the last.
+ */
+const char *zrsim_board_usage(unsigned nth);
+
 /* Back to the state at load: chips in reset, no failures, no unit information. */
 void zrsim_reset(void);
 

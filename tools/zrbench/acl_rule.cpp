@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "tools/zrbench/command.h"
+#include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
 
 using nlohmann::json;
@@ -335,18 +336,21 @@ bool parseMatch(LswmAclMatch &match, const std::string &name, const json &value)
     return true;
 }
 
-std::string ruleNames()
-{
-    std::string names = "partition, ports, l3";
-    for (const Field &field : kFields)
-        names += fmt::format(", {}", field.name);
-    names += ", action, forward, count, car, toPort";
-    for (const Flag &value : kValues)
-        names += fmt::format(", {}", value.name);
-    return names;
-}
-
 } // namespace
+
+std::string_view ruleKeys()
+{
+    static const std::string keys = [] {
+        std::string joined = "partition|ports|l3";
+        for (const Field &field : kFields)
+            joined += fmt::format("|{}", field.name);
+        joined += "|action|forward|count|car|toPort";
+        for (const Flag &value : kValues)
+            joined += fmt::format("|{}", value.name);
+        return joined;
+    }();
+    return keys;
+}
 
 LswmAclRule parseRule(const json &rule)
 {
@@ -357,7 +361,10 @@ LswmAclRule parseRule(const json &rule)
         if (name == "partition")
             record.partition = number(name, value, 0xFFFFFFFF);
         else if (!parseMatch(record.match, name, value) && !parseAction(record.action, name, value))
-            throw UsageError{fmt::format("a rule has no {}; it has {}", shown(name), ruleNames())};
+            throw UsageError{
+                fmt::format("a rule has no {}{}", shown(name),
+                            didYouMean(name, split(ruleKeys(), '|'),
+                                       fmt::format("; it has {}", fmt::join(split(ruleKeys(), '|'), ", "))))};
     }
     return record;
 }

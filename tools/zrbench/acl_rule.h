@@ -11,6 +11,7 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 
 #include "platform/manager_records.h"
 
@@ -21,6 +22,9 @@ namespace zrbench
 // argument is the place within the rule: "/vlan".
 LswmAclRule parseRule(const nlohmann::json &rule);
 void checkRule(const nlohmann::json &rule);
+
+// The names that a rule can have, separated by |.
+std::string_view ruleKeys();
 
 // A rule that was read back, in the same form, the match first; "count" is the number of its counter.
 nlohmann::ordered_json showRule(const LswmAclRule &rule);

@@ -82,7 +82,7 @@ Outcome read(Session &session, const Arguments &a)
 
 constexpr Argument kLogic{"logic"};
 constexpr Argument kChip{"chip"};
-constexpr Argument kRule{.name = "rule", .type = Type::Json, .check = checkRule};
+const Argument kRule{.name = "rule", .type = Type::Json, .choices = ruleKeys(), .check = checkRule};
 
 using PortmapSlot = uint32_t (*ZrAclOps::*)(uint32_t unit, uint32_t firstChipId, const uint32_t *ports);
 

@@ -10,6 +10,7 @@ namespace zrbench
 namespace
 {
 
+constexpr std::string_view kAbilityWords = "none|10h|10f|100h|100f|1000f|pause|asym";
 struct AbilityName {
     std::string_view name;
     uint8_t LswmPortAbility::*member;
@@ -148,7 +149,9 @@ const Command kCommands[] = {
     abilityRow("port remote", &ZrPortOps::getRemoteAutonegAbility,
                "shows the abilities that the link partner advertised"),
     {"port advertise",
-     {kUnit, kPort, {.name = "abilities", .type = Type::Text, .check = checkAbilities}},
+     {kUnit,
+      kPort,
+      {.name = "abilities", .type = Type::Text, .choices = kAbilityWords, .check = checkAbilities}},
      "advertises abilities: none, or any of 10h 10f 100h 100f 1000f pause asym",
      slotLabel(&ZrPortOps::setAdvert),
      advertise},
@@ -163,9 +166,10 @@ const Command kCommands[] = {
      "",
      overview},
     boardRow("link", "link", {kUnit, kPort, kState}, "board: plugs the cable of a port in, or pulls it"),
-    boardRow("partner", "partner",
-             {kUnit, kPort, {"mode", Type::Word, "auto|forced"}, {"abilities", Type::Text, {}, true}},
-             "board: sets the abilities of a port's link partner: any of 10h 10f 100h 100f 1000f pause asym"),
+    boardRow(
+        "partner", "partner",
+        {kUnit, kPort, {"mode", Type::Word, "auto|forced"}, {"abilities", Type::Text, kAbilityWords, true}},
+        "board: sets the abilities of a port's link partner: any of 10h 10f 100h 100f 1000f pause asym"),
     boardRow("maclink", "mac", {kUnit, kPort, kSpeed, {"duplex", Type::Word, "half|full"}, kState},
              "board: forces the link of a port without PHY"),
 };

@@ -118,7 +118,11 @@ const Command kCommands[] = {
          return Outcome::shown("");
      }},
     {"unit set",
-     {kManagedUnit, {.name = "info", .type = Type::Json, .check = checkUnitInfo}},
+     {kManagedUnit,
+      {.name = "info",
+       .type = Type::Json,
+       .choices = "maxFrameSize|reservedPort|cascadeTrunk|portSets|ports",
+       .check = checkUnitInfo}},
      "changes unit information: maxFrameSize, reservedPort, cascadeTrunk, portSets, ports",
      "",
      [](Session &session, const Arguments &a) {

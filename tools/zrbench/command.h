@@ -43,10 +43,11 @@ enum class Type {
 struct Argument {
     std::string_view name;
     Type type = Type::Number;
-    std::string_view choices = {}; // of Word, as "off|on"
-    bool optional = false;         // only the last ones
-    uint32_t otherwise = 0;        // a number that is left out
-    uint32_t most = UINT32_MAX;    // the largest number
+    // Of Word, as "off|on". Of Json and Text, the keys and words that they may hold.
+    std::string_view choices = {};
+    bool optional = false;      // only the last ones
+    uint32_t otherwise = 0;     // a number that is left out
+    uint32_t most = UINT32_MAX; // the largest number
     // Throws UsageError for a value of the right type that the command cannot take.
     void (*check)(const nlohmann::json &value) = nullptr;
 };
@@ -137,6 +138,9 @@ public:
 private:
     std::vector<std::vector<std::string>> rows_;
 };
+
+// Lines of at most `width` columns, broken at blanks, those after the first indented. 0: as it is.
+std::string folded(std::string_view line, size_t width, size_t indent);
 
 std::string showMac(const uint8_t *mac);
 std::string showPorts(uint32_t mask); // "0-4,15", "-" for none

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cctype>
 #include <fmt/format.h>
-#include <set>
 
 #include "tools/zrbench/scanner.h"
+#include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
 
 using nlohmann::json;
@@ -40,14 +40,20 @@ const Command &scanCommand(Scanner &scanner)
     if (const Command *command = findCommand(first))
         return *command;
     std::vector<std::string_view> alike;
+    std::vector<std::string_view> names;
     for (const Command *command : commands()) {
         if (command->name.starts_with(fmt::format("{} ", first)))
             alike.push_back(command->name);
+        names.push_back(command->name);
+        names.push_back(command->name.substr(0, command->name.find(' ')));
     }
+    const std::string_view typed = name.ends_with(' ') ? first : std::string_view(name);
+    if (const std::string meant = didYouMean(typed, names); !meant.empty() && typed != first)
+        throw UsageError{fmt::format("no command {}{}", shown(typed), meant)};
     if (alike.empty())
-        throw UsageError{fmt::format("no command {}; help lists them", shown(first))};
-    throw UsageError{fmt::format("no command {}; there is {}", shown(name.ends_with(' ') ? first : name),
-                                 fmt::join(alike, ", "))};
+        throw UsageError{
+            fmt::format("no command {}{}", shown(first), didYouMean(first, names, "; help lists them"))};
+    throw UsageError{fmt::format("no command {}; there is {}", shown(typed), fmt::join(alike, ", "))};
 }
 
 json scanArgument(Scanner &scanner, const Argument &argument)
@@ -138,11 +144,16 @@ Invocation parseInvocation(std::string_view line, const json &named)
 std::string usage(const Command &command)
 {
     std::string text(command.name);
-    for (const Argument &argument : command.arguments) {
-        std::string shown = argument.choices.empty() ? upperCase(argument.name) : std::string(argument.choices);
-        text += argument.optional ? fmt::format(" [{}]", shown) : " " + shown;
-    }
+    for (const Argument &argument : command.arguments)
+        text += " " + usage(argument);
     return text;
+}
+
+std::string usage(const Argument &argument)
+{
+    const bool chosen = argument.type == Type::Word && !argument.choices.empty();
+    const std::string shown = chosen ? std::string(argument.choices) : upperCase(argument.name);
+    return argument.optional ? fmt::format("[{}]", shown) : shown;
 }
 
 bool usesSlot(const Command &command, std::string_view module, size_t number)
@@ -161,60 +172,31 @@ bool usesSlot(const Command &command, std::string_view module, size_t number)
     return false;
 }
 
-std::string help(std::string_view topic)
+std::string help(const Command &command, size_t width)
 {
-    constexpr size_t kWidth = 44;
-    std::string text;
-    for (const Command *command : commands()) {
-        if (!command->name.starts_with(topic))
-            continue;
-        const std::string how = usage(*command);
-        text += how.size() <= kWidth ? fmt::format("{:<{}}  ", how, kWidth)
-                                     : fmt::format("{}\n{:{}}  ", how, "", kWidth);
-        text += command->help;
-        text += command->slot.empty() ? "\n" : fmt::format(" [{}]\n", command->slot);
-    }
-    if (text.empty())
-        throw UsageError{fmt::format("no command starts with {}; help lists them", shown(topic))};
-    return text;
+    constexpr size_t kWidest = 44;
+    const size_t column = width == 0 ? kWidest : std::min(kWidest, width * 2 / 5);
+    const std::string how = usage(command);
+    const std::string what =
+        fmt::format("{}{}", command.help, command.slot.empty() ? "" : fmt::format(" [{}]", command.slot));
+    const bool beside = how.size() <= column;
+    return (beside ? "" : folded(how, width, 4)) +
+           folded(fmt::format("{:<{}}  {}", beside ? how : "", column, what), width, column + 2);
 }
 
-std::vector<std::string> completions(std::string_view line)
+std::string help(std::string_view topic, size_t width)
 {
-    const size_t blank = line.find_last_of(kBlanks);
-    const size_t lastWord = blank == std::string_view::npos ? 0 : blank + 1;
-    const std::string_view begun = line.substr(lastWord);
-    std::set<std::string> found;
-
-    // Words of command names.
+    std::string text;
+    std::vector<std::string_view> names;
     for (const Command *command : commands()) {
-        if (!command->name.starts_with(line))
-            continue;
-        const std::string_view rest = command->name.substr(lastWord);
-        found.emplace(rest.substr(0, rest.find(' ')));
+        names.push_back(command->name);
+        if (command->name.starts_with(topic))
+            text += help(*command, width);
     }
-    // Choices of the argument that is being typed.
-    try {
-        Scanner scanner(line.substr(0, lastWord));
-        const Command &command = scanCommand(scanner);
-        for (const Argument &argument : command.arguments) {
-            if (!scanner.atEnd()) {
-                scanArgument(scanner, argument);
-                continue;
-            }
-            for (size_t from = 0; !argument.choices.empty() && from <= argument.choices.size();) {
-                const size_t to = std::min(argument.choices.find('|', from), argument.choices.size());
-                if (const std::string_view choice = argument.choices.substr(from, to - from);
-                    choice.starts_with(begun))
-                    found.emplace(choice);
-                from = to + 1;
-            }
-            break;
-        }
-    } catch (const UsageError &) {
-        // Not a command yet.
-    }
-    return {found.begin(), found.end()};
+    if (text.empty())
+        throw UsageError{fmt::format("no command starts with {}{}", shown(topic),
+                                     didYouMean(topic, names, "; help lists them"))};
+    return text;
 }
 
 } // namespace zrbench

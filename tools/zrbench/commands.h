@@ -26,13 +26,14 @@ Invocation parseInvocation(std::string_view line, const nlohmann::json &named = 
 // Whether the slot is among those that the command names.
 bool usesSlot(const Command &command, std::string_view module, size_t number);
 
-// "vlan create UNIT VLAN".
+// "vlan create UNIT VLAN", and one argument of it.
 std::string usage(const Command &command);
+std::string usage(const Argument &argument);
+
+// A command's usage and what it does, folded to `width` unless it is 0.
+std::string help(const Command &command, size_t width = 0);
 
 // All commands, or those that start with `topic`. Throws UsageError when none does.
-std::string help(std::string_view topic);
-
-// The possible completions of the last word of `line`.
-std::vector<std::string> completions(std::string_view line);
+std::string help(std::string_view topic, size_t width = 0);
 
 } // namespace zrbench

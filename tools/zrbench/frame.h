@@ -13,6 +13,11 @@
 namespace zrbench
 {
 
+// The names of a frame's words, separated by |.
+constexpr std::string_view kFrameWords =
+    "dst|src|vlan|priority|innerVlan|innerPriority|etherType|arp|srcIp|dstIp|ipProto|l4Src|l4Dst|dscp|ttl|"
+    "payload|len|fcs";
+
 struct Frame {
     std::vector<uint8_t> bytes; // without FCS
     bool fcsGood = true;

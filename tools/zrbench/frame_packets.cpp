@@ -9,6 +9,7 @@
 
 #include "tools/zrbench/command.h"
 #include "tools/zrbench/frame.h"
+#include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
 
 namespace zrbench
@@ -22,9 +23,6 @@ constexpr uint32_t kLargest = 65536;
 
 // ---- frames of words --------------------------------------------------------------------------------------
 
-constexpr std::string_view kWords[] = {"dst",       "src",  "vlan",  "priority", "innerVlan", "innerPriority",
-                                       "etherType", "arp",  "srcIp", "dstIp",    "ipProto",   "l4Src",
-                                       "l4Dst",     "dscp", "ttl",   "payload",  "len",       "fcs"};
 constexpr std::pair<std::string_view, std::string_view> kRuleNames[] = {{"dstMac", "dst"}, {"srcMac", "src"}};
 constexpr std::pair<std::string_view, uint32_t> kProtocols[] = {
     {"icmp", 1}, {"igmp", 2}, {"tcp", 6}, {"udp", 17}, {"icmpv6", 58}};
@@ -35,6 +33,7 @@ class Fields
 public:
     explicit Fields(std::string_view text)
     {
+        const std::vector<std::string_view> known = split(kFrameWords, '|');
         for (std::string_view word : split(text, ' ')) {
             if (word.empty())
                 continue;
@@ -42,10 +41,10 @@ public:
             std::string_view name = word.substr(0, equals);
             for (const auto &[rule, frame] : kRuleNames)
                 name = name == rule ? frame : name;
-            if (equals == word.size() || std::ranges::count(kWords, name) == 0)
+            if (equals == word.size() || std::ranges::count(known, name) == 0)
                 throw UsageError{
-                    fmt::format("expected hexadecimal digits or NAME=VALUE with one of {}, found {}",
-                                fmt::join(kWords, ", "), shown(word))};
+                    fmt::format("expected hexadecimal digits or NAME=VALUE with one of {}, found {}{}",
+                                fmt::join(known, ", "), shown(word), didYouMean(name, known))};
             if (!values_.emplace(name, word.substr(equals + 1)).second)
                 throw UsageError{fmt::format("{} is given twice", name)};
         }

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include "tools/zrbench/command.h"
@@ -83,6 +84,15 @@ Output &standardOutput()
 {
     static Output output("-");
     return output;
+}
+
+size_t terminalWidth()
+{
+    constexpr size_t kUsual = 80;
+    winsize size{};
+    if (isatty(STDOUT_FILENO) == 0)
+        return 0;
+    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0 ? size.ws_col : kUsual;
 }
 
 void complain(std::string_view text)

@@ -47,6 +47,9 @@ template <class... T> void print(fmt::format_string<T...> format, T &&...values)
     standardOutput().write(fmt::format(format, std::forward<T>(values)...));
 }
 
+// The columns of the terminal that standard output is; 0 when it is none.
+size_t terminalWidth();
+
 // Prints one line to standard error; a very long one loses its middle. A failure is ignored: there
 // is nowhere left to report it.
 void complain(std::string_view text);

@@ -34,6 +34,39 @@ bool SharedObject::hasFunction(const char *name) const
            ELF64_ST_TYPE(static_cast<const ElfW(Sym) *>(symbol)->st_info) == STT_FUNC;
 }
 
+std::vector<std::string> SharedObject::functions() const
+{
+    link_map *loaded = nullptr;
+    const ElfW(Sym) *symbols = nullptr;
+    const char *strings = nullptr;
+    const uint32_t *hash = nullptr; // GNU: buckets, first symbol, words of a filter; filter, buckets, chains
+    if (dlinfo(handle_, RTLD_DI_LINKMAP, &loaded) != 0)
+        return {};
+    for (const ElfW(Dyn) *entry = loaded->l_ld; entry->d_tag != DT_NULL; ++entry) {
+        const auto *at = reinterpret_cast<const char *>(entry->d_un.d_ptr);
+        if (entry->d_tag == DT_SYMTAB)
+            symbols = reinterpret_cast<const ElfW(Sym) *>(at);
+        else if (entry->d_tag == DT_STRTAB)
+            strings = at;
+        else if (entry->d_tag == DT_GNU_HASH)
+            hash = reinterpret_cast<const uint32_t *>(at);
+    }
+    std::vector<std::string> names;
+    if (symbols == nullptr || strings == nullptr || hash == nullptr)
+        return names;
+    const uint32_t *buckets = hash + 4 + hash[2] * sizeof(ElfW(Addr)) / sizeof(uint32_t);
+    const uint32_t *chains = buckets + hash[0];
+    for (uint32_t bucket = 0; bucket < hash[0]; ++bucket) {
+        for (uint32_t i = buckets[bucket]; i != 0; ++i) {
+            if (ELF64_ST_TYPE(symbols[i].st_info) == STT_FUNC)
+                names.emplace_back(strings + symbols[i].st_name);
+            if ((chains[i - hash[1]] & 1) != 0) // the last of its bucket
+                break;
+        }
+    }
+    return names;
+}
+
 void *SharedObject::need(const char *name) const
 {
     if (void *symbol = find(name))
@@ -56,6 +89,7 @@ Inspection::Inspection(const SharedObject &platform)
     look(liveBlocks, "zrsim_live_blocks");
     look(badFrees, "zrsim_bad_frees");
     look(dump, "zrsim_dump");
+    look(boardUsage, "zrsim_board_usage");
 }
 
 Tables registerOperations(const SharedObject &platform, const SharedObject &library)

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "platform/manager.h"
 #include "sim/zrsim.h"
@@ -24,6 +25,8 @@ public:
     void *find(const char *name) const;
     // Whether the symbol is a function, not data.
     bool hasFunction(const char *name) const;
+    // The names of all functions.
+    std::vector<std::string> functions() const;
     // Throws UsageError when there is no such symbol.
     void *need(const char *name) const;
     template <class T> T *need(const char *name) const { return reinterpret_cast<T *>(need(name)); }
@@ -50,6 +53,7 @@ struct Inspection {
     decltype(zrsim_live_blocks) *liveBlocks;
     decltype(zrsim_bad_frees) *badFrees;
     decltype(zrsim_dump) *dump;
+    decltype(zrsim_board_usage) *boardUsage;
 };
 
 // Has the library register its operations and fetches the tables that it filled.

@@ -1,11 +1,13 @@
 #include "tools/zrbench/session.h"
 
+#include <algorithm>
 #include <dlfcn.h>
 #include <filesystem>
 #include <fmt/format.h>
 #include <utility>
 
 #include "tools/zrbench/ops.h"
+#include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
 
 namespace zrbench
@@ -200,11 +202,30 @@ Result Session::invoke(const Invocation &invocation)
 }
 
 // Data, the inspection interface and C++ functions are symbols of the platform, too, but no platform calls.
+std::vector<std::string> Session::platformCalls() const
+{
+    std::vector<std::string> names = platform_.functions();
+    std::erase_if(names, [](const std::string &name) { return name.starts_with("zrsim_") || name[0] == '_'; });
+    std::ranges::sort(names);
+    return names;
+}
+
 void Session::checkCall(const std::string &name) const
 {
     needed(inspection_.fail, "fail");
-    if (name.starts_with("zrsim_") || name.starts_with("_Z") || !platform_.hasFunction(name.c_str()))
-        throw UsageError{fmt::format("the platform has no call {}", shown(name))};
+    if (name.starts_with("zrsim_") || name.starts_with("_Z") || !platform_.hasFunction(name.c_str())) {
+        const std::vector<std::string> names = platformCalls();
+        throw UsageError{fmt::format("the platform has no call {}{}", shown(name),
+                                     didYouMean(name, {names.begin(), names.end()}))};
+    }
+}
+
+std::vector<std::string> Session::boardCommands() const
+{
+    std::vector<std::string> usages;
+    for (unsigned i = 0; inspection_.boardUsage != nullptr && inspection_.boardUsage(i) != nullptr; ++i)
+        usages.emplace_back(inspection_.boardUsage(i));
+    return usages;
 }
 
 void Session::fail(const Failure &failure)

@@ -99,6 +99,10 @@ public:
     void failNone();
     void setTraceLevel(uint32_t level);
     void showCalls(ShownCalls shown);
+    // The names that fail() knows, in order.
+    std::vector<std::string> platformCalls() const;
+    // The usage texts of the board's interpreter, as far as the platform tells them.
+    std::vector<std::string> boardCommands() const;
     // The chips' state as JSON.
     std::string dump() const;
 

@@ -1,7 +1,6 @@
 #include "tools/zrbench/shell.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -14,7 +13,7 @@
 #include <vector>
 
 #ifdef ZRBENCH_LIBEDIT
-#include <editline/readline.h>
+#include "tools/zrbench/line_editor.h"
 #endif
 
 #include "tools/zrbench/output.h"
@@ -117,80 +116,29 @@ private:
 
 #ifdef ZRBENCH_LIBEDIT
 
-char *nextCompletion(const char *, int state)
-{
-    static std::vector<std::string> found;
-    static size_t next;
-    if (state == 0) {
-        found = completions(std::string_view(rl_line_buffer, static_cast<size_t>(rl_point)));
-        next = 0;
-    }
-    return next < found.size() ? strdup(found[next++].c_str()) : nullptr;
-}
-
-char **complete(const char *text, int, int)
-{
-    // Without this, file names would be offered when nothing is found.
-    rl_attempted_completion_over = 1;
-    return rl_completion_matches(text, nextCompletion);
-}
-
-volatile std::sig_atomic_t interrupted;
-
 class EditedLines final : public LineSource
 {
 public:
-    EditedLines()
-    {
-        rl_readline_name = "zrbench";
-        rl_attempted_completion_function = complete;
-        using_history();
-        if (const char *home = std::getenv("HOME")) {
-            file_ = std::string(home) + "/.zrbench_history";
-            read_history(file_.c_str());
-        }
-    }
-    EditedLines(const EditedLines &) = delete;
-    EditedLines &operator=(const EditedLines &) = delete;
-    ~EditedLines() override
-    {
-        if (!file_.empty())
-            write_history(file_.c_str());
-    }
+    explicit EditedLines(const Session &session) : editor_(session, kPrompt) {}
 
     std::optional<std::string> next() override
     {
-        // Ctrl-C at the prompt drops the line, not the session with the chips' state.
-        using SignalAction = struct sigaction;
-        SignalAction drop{};
-        SignalAction usual{};
-        drop.sa_handler = [](int) { interrupted = 1; };
-        interrupted = 0;
-        sigaction(SIGINT, &drop, &usual);
-        char *typed = readline(kPrompt);
-        sigaction(SIGINT, &usual, nullptr);
-        if (typed == nullptr) {
-            print("\n");
-            return interrupted != 0 ? std::optional<std::string>("") : std::nullopt;
-        }
-        std::string line = typed;
-        std::free(typed);
-        if (line.find_first_not_of(" \t") != std::string::npos)
-            add_history(line.c_str());
-        return line;
+        standardOutput().check();
+        return editor_.read();
     }
 
 private:
-    std::string file_;
+    LineEditor editor_;
 };
 
 #endif
 
-std::unique_ptr<LineSource> openLines(bool atTerminal)
+std::unique_ptr<LineSource> openLines(bool atTerminal, [[maybe_unused]] const Session &session)
 {
 #ifdef ZRBENCH_LIBEDIT
-    if (atTerminal)
-        return std::make_unique<EditedLines>();
+    const char *terminal = std::getenv("TERM");
+    if (atTerminal && isatty(STDOUT_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb")
+        return std::make_unique<EditedLines>(session);
 #endif
     return std::make_unique<PlainLines>(stdin, "", atTerminal);
 }
@@ -283,8 +231,9 @@ private:
 bool runShell(Session &session, Report &report, const std::optional<std::string> &commands)
 {
     const bool atTerminal = !commands && isatty(STDIN_FILENO) != 0;
-    const bool good = Shell(session, report, atTerminal)
-                          .run(commands ? std::make_unique<GivenCommands>(*commands) : openLines(atTerminal));
+    const bool good =
+        Shell(session, report, atTerminal)
+            .run(commands ? std::make_unique<GivenCommands>(*commands) : openLines(atTerminal, session));
     return good || atTerminal;
 }
 

@@ -25,6 +25,24 @@ std::string TextTable::text() const
     return text;
 }
 
+std::string folded(std::string_view line, size_t width, size_t indent)
+{
+    std::string text;
+    size_t margin = 0; // of the line being made
+    while (width != 0 && line.size() + margin > width) {
+        // A word that is too long alone stays whole.
+        size_t end = line.rfind(' ', width - margin);
+        if (end == std::string_view::npos || line.find_first_not_of(' ') > end)
+            end = line.find(' ', std::min(line.find_first_not_of(' '), line.size()));
+        if (end == std::string_view::npos)
+            break;
+        text += fmt::format("{:{}}{}\n", "", margin, line.substr(0, end));
+        line.remove_prefix(std::min(line.find_first_not_of(' ', end), line.size()));
+        margin = std::min(indent, width / 2);
+    }
+    return text + fmt::format("{:{}}{}\n", "", margin, line);
+}
+
 std::string showMac(const uint8_t *mac)
 {
     return fmt::format("{:02x}", fmt::join(mac, mac + 6, ":"));

@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "platform/manager.h"
+#include "tools/zrbench/suggest.h"
 
 using nlohmann::json;
 
@@ -255,8 +256,14 @@ json checkedValue(const Argument &argument, const json &value)
 {
     const std::string name(argument.name);
     const std::optional<json> kept = valueOf(argument, value);
-    if (!kept)
-        throw ArgumentError{{fmt::format("expected {}, found {}", expectedOf(argument), shown(value))}, name};
+    if (!kept) {
+        const bool word = argument.type == Type::Word && value.is_string() && !argument.choices.empty();
+        throw ArgumentError{
+            {fmt::format("expected {}, found {}{}", expectedOf(argument), shown(value),
+                         word ? didYouMean(value.get_ref<const std::string &>(), split(argument.choices, '|'))
+                              : "")},
+            name};
+    }
     try {
         if (argument.check != nullptr)
             argument.check(*kept);

@@ -1,0 +1,136 @@
+"""shell.py ZRBENCH: the shell as a person at a terminal meets it. Ends with 77 where there is no emulator of one."""
+import os
+import re
+import sys
+import tempfile
+import time
+import unittest
+
+try:
+    import pexpect
+    import pyte
+except ImportError as error:
+    print("skipped:", error)
+    sys.exit(77)
+
+ZRBENCH = os.path.abspath(sys.argv.pop(1))
+PROMPT = "zrbench>"
+
+
+class Terminal:
+    """zrbench on a terminal whose screen can be read."""
+
+    def __init__(self, *arguments, columns=80, rows=50, **environment):
+        self.screen = pyte.Screen(columns, rows)
+        self.stream = pyte.ByteStream(self.screen)
+        self.raw = b""
+        for name in ("NO_COLOR", "PAGER", "LESS"):
+            os.environ.pop(name, None)
+        self.child = pexpect.spawn(ZRBENCH, list(arguments), dimensions=(rows, columns), timeout=30,
+                                   env={**os.environ, "TERM": "xterm", **environment})
+        self.child.delaybeforesend = None
+
+    def until(self, seen, what):
+        """Reads until the screen satisfies `seen`."""
+        deadline = time.monotonic() + 30
+        while not seen():
+            try:
+                data = self.child.read_nonblocking(4096, timeout=max(0.1, deadline - time.monotonic()))
+            except (pexpect.EOF, pexpect.TIMEOUT):
+                raise AssertionError(f"never seen: {what}\n" + "\n".join(self.screen.display))
+            self.raw += data
+            self.stream.feed(data)
+
+    def shows(self, pattern):
+        self.until(lambda: re.search(pattern, self.text(), re.M), pattern)
+
+    def line(self, pattern):
+        """Waits until the line being typed looks like this."""
+        self.until(lambda: re.fullmatch(pattern, self.current()), pattern)
+
+    def text(self):
+        return "\n".join(row.rstrip() for row in self.screen.display)
+
+    def current(self):
+        return self.screen.display[self.screen.cursor.y].rstrip()
+
+    def type(self, keys):
+        self.child.send(keys)
+
+    def end(self):
+        """Reads the rest; returns the exit status."""
+        self.raw += self.child.read()
+        self.child.close()
+        return self.child.exitstatus
+
+
+class Shell(unittest.TestCase):
+    def setUp(self):
+        home = tempfile.TemporaryDirectory()
+        self.addCleanup(home.cleanup)
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(home.name)
+        os.environ["HOME"] = home.name
+
+    def start(self, *arguments, **environment):
+        terminal = Terminal("shell", *arguments, **environment)
+        terminal.line(PROMPT)
+        return terminal
+
+    def test_tab_completes_every_kind_of_argument(self):
+        os.mkdir("cases")
+        open("cases/first.json", "w").close()
+        terminal = self.start("--up")
+        for typed, completed in (
+            ("vlan cr\t", "vlan create +UNIT VLAN"),
+            ("vlan add 0 3\t", "vlan add 0 30 +PORT tagged.untagged"),
+            ("vlan add 0 10 1\t5 ta\t", "vlan add 0 10 15 tagged"),
+            ("fail l2sw_port_macFo\t", "fail l2sw_port_macForceLink.*= +CALL"),
+            ("source ca\tf\t", "source cases/first.json"),
+            ('acl add 1 {"ports": "3", "ip\t', r'acl add 1 \{"ports": "3", "ipProto": +RULE'),
+            ("acl add 1 {par\t", r'acl add 1 \{"partition": +RULE'),
+            ("frame send 0 0 srcI\t", "frame send 0 0 srcIp= +FRAME"),
+            ("board 1 link 1\t5 u\t", "board 1 link 15 up +LINE"),
+            ("expect 4 vlan cr\t1 2\t", "expect 4 vlan create 1 20"),
+            ("help vlan cr\t", r"help vlan create +\[TOPIC\]"),
+        ):
+            terminal.type(typed)
+            terminal.line(f"{PROMPT} {completed}")
+            terminal.type("\x03")
+            terminal.line(PROMPT)
+        terminal.type("vlan list 0 \t\t")
+        terminal.line(PROMPT + r" vlan list 0 +\[FIRST\] \[LAST\]")
+        terminal.type("\x03vlan members 0 \t")
+        terminal.shows(r"^  1   10  20  30$")
+        terminal.type("\x03vlan members 7 \t")
+        terminal.shows(r"^  VLAN: a ")
+
+    def test_a_question_mark_tells_what_can_stand_there(self):
+        terminal = self.start("--up")
+        terminal.type("port setloop 0 0 ?")
+        terminal.shows(r"^  none\|mac\|pcs\|remote\|remote4: one of")
+        terminal.line(PROMPT + r" port setloop 0 0 +none\|mac\|pcs\|remote\|remote4")
+        terminal.type('\x03acl add 1 {"a?')
+        terminal.line(PROMPT + r' acl add 1 \{"a\? +RULE')
+        terminal.type("\x03storm?")
+        terminal.shows(r"^storm init UNIT +initialises storm control")
+
+    def test_control_c_drops_the_line_and_control_r_finds_an_old_one(self):
+        terminal = self.start("--up")
+        terminal.type("vlan create 0 77\n")
+        terminal.shows(r"^ +1  vlan create 0 77 +ok")
+        self.assertRegex(terminal.text(), rf"(?m)^{PROMPT} vlan create 0 77$")  # without a hint
+        terminal.type("nonsense\x03")
+        terminal.shows(r"nonsense.*\^C")
+        terminal.type("\x12ate 0 7")
+        terminal.shows("bck:ate 0 7")
+        terminal.type("\x05\x7f8\n")
+        terminal.shows(r"^ +2  vlan create 0 78 +ok")
+        terminal.type("exit\n")
+        self.assertEqual(terminal.end(), 0)
+        with open(".zrbench_history", encoding="ascii") as history:
+            self.assertIn("vlan\\040create\\0400\\04077", history.read())
+
+
+if __name__ == "__main__":
+    unittest.main()
