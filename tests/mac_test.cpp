@@ -299,14 +299,7 @@ TEST_F(Mac, DynamicFlushVisitsEveryValidPortWhateverFails)
         EXPECT_EQ(flush.cfg.byVlan + flush.cfg.allPorts, 0U);
     }
     EXPECT_THAT(ports, ElementsAre(0, 31, 32, 127));
-    const Texts lines = dev.takeFailures();
-    ASSERT_EQ(lines.size(), 4U);
-    EXPECT_EQ(lines[3], "3/4294967295 Hal delete dynamic mac failed(unit:1, port:127, retVal:0xffffffff).");
-
-    dev.setPorts(1, LSWM_SET_VALID, {});
-    dev.forget();
-    EXPECT_EQ(ops().delDynMac(1), 0U);
-    EXPECT_THAT(dev.recorded(), IsEmpty());
+    EXPECT_EQ(dev.takeFailures().size(), 4U);
 }
 
 } // namespace

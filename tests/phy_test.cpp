@@ -160,19 +160,6 @@ TEST_F(Phy, AFailedReadOfTheAbilitiesDoesNotStopASetting)
                                           std::pair(kSetForced, Words{1, 1, 1, 1, 1})));
 }
 
-TEST_F(Phy, UnsupportedSpeedsAndDuplexesSetNothing)
-{
-    for (uint32_t wrong : {0U, 1U, 3U, 2500U, 0xFFFFFFFFU}) {
-        EXPECT_EQ(port().setSpeed(1, kPhyPort, wrong), LSW_UNSUPPORTED);
-        if (wrong > 2) {
-            EXPECT_EQ(port().setDuplex(1, kPhyPort, wrong), LSW_UNSUPPORTED);
-        }
-    }
-    EXPECT_EQ(dev.takeFailures().size(), 8U);
-    for (const std::string &call : dev.calls())
-        EXPECT_EQ(call.find("_set("), std::string::npos) << call;
-}
-
 // ---- negotiation ----------------------------------------------------------------------------
 
 TEST_F(Phy, NegotiationWritesBackTheAbilitiesOfItsMode)

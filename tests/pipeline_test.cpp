@@ -1,4 +1,4 @@
-// Frames through the virtual chips: what the tables that the operations filled do to them.
+// Frames through the virtual chips: what no device file can tell (devices/frames.json has the rest).
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <gmock/gmock.h>
@@ -127,12 +127,6 @@ protected:
                 "{}{}/{}{}", event->kind == ZRSIM_FRAME_CPU ? "cpu " : "", event->unit, event->port,
                 event->tagged ? fmt::format(" vlan {} priority {}", event->vlan, event->priority) : ""));
     }
-    static void advance(uint64_t seconds)
-    {
-        zrsim::boardClock().ns += seconds * zrsim::Clock::kSecond;
-        for (uint32_t unit = 0; unit < 3; ++unit)
-            zrsim::board().chip(unit).mac.age();
-    }
     static std::string dump()
     {
         std::string text(zrsim_dump(nullptr, 0) + 1, '\0');
@@ -167,162 +161,6 @@ protected:
     std::string stages;
     Texts dropped;
 };
-
-const char *const kFlood10 = "0/1, 0/4 vlan 10 priority 0, 1/0, 1/1, 2/0, 2/1";
-
-TEST_F(PipelineTest, StationsAreLearnedAcrossUnitsMoveAndAge)
-{
-    EXPECT_EQ(send(0, 0, frame(kStations + 2, kStations + 1)), kFlood10);
-    EXPECT_EQ(send(2, 1, frame(kStations + 1, kStations + 2, {0xA00A})), "0/0");
-    EXPECT_THAT(stages, HasSubstr("deliver port 4, tagged VLAN 10 priority 5: over the cable to 1/4"));
-    EXPECT_EQ(send(0, 0, frame(kStations + 2, kStations + 1)), "2/1");
-    EXPECT_EQ(send(0, 1, frame(kStations + 2, kStations + 1)), "2/1");
-    EXPECT_THAT(stages, HasSubstr("source moved from port 0 to 1"));
-    EXPECT_EQ(send(0, 1, frame(kStations + 1, kStations + 3)), "same-port");
-    EXPECT_EQ(dev.ops().mac.setAgeTime(0, 100), 0U);
-    advance(99);
-    EXPECT_EQ(send(0, 0, frame(kStations + 2, kStations + 4)), "2/1");
-    advance(1);
-    EXPECT_EQ(send(0, 0, frame(kStations + 2, kStations + 4)), "0/1, 0/4 vlan 10 priority 0, 2/1")
-        << "unit 0 forgot, unit 1 has not";
-    EXPECT_THAT(stages, HasSubstr("unknown unicast: flooded"));
-}
-
-TEST_F(PipelineTest, AnAddressIsLearnedOnlyWhereItMay)
-{
-    auto learned = [&](uint32_t unit) { return dev.chip(unit).mac.used(); };
-    auto at = [&](uint64_t source) { return send(0, 0, frame(kNobody, source)); };
-    ASSERT_EQ(dev.ops().mac.setPortLearnMode(0, 0, 0), 0U);
-    EXPECT_EQ(at(kStations + 1), kFlood10);
-    EXPECT_THAT(stages, HasSubstr("learning limit is reached"));
-    EXPECT_EQ(learned(0), 0U);
-    ASSERT_EQ(dev.ops().mac.setPortLearnMode(0, 0, 1), 0U);
-    for (uint32_t i = 0; i < 4; ++i)
-        at(kStations + i * 528);
-    EXPECT_THAT(at(kStations + 4 * 528), kFlood10);
-    EXPECT_THAT(stages, HasSubstr("bucket is taken"));
-    EXPECT_EQ(learned(0), 4U);
-    EXPECT_EQ(at(kGroup), kFlood10);
-    EXPECT_THAT(stages, HasSubstr("no station"));
-
-    const LswmMacEntry fixed = entry(kStations + 9, 1, LSWM_MAC_STATIC);
-    const LswmMacEntry blocked = entry(kStations + 11, 1, LSWM_MAC_BLOCKING);
-    ASSERT_EQ(dev.ops().mac.addMac(0, &fixed) | dev.ops().mac.addMac(0, &blocked), 0U);
-    EXPECT_EQ(at(kStations + 9), kFlood10);
-    EXPECT_THAT(stages, HasSubstr("fixed the address at another port"));
-    EXPECT_EQ(at(kStations + 11), "source-blocked");
-    advance(1000);
-    EXPECT_EQ(send(0, 0, frame(kStations + 9, kStations + 1)), "0/1");
-    EXPECT_EQ(send(1, 0, frame(kStations + 11, kStations + 1)), "1/1, 2/0, 2/1") << "blocked at unit 0";
-}
-
-TEST_F(PipelineTest, ARuleDecidesByTheWordsOfItsAction)
-{
-    const LswmCar car{0, 8, 100}; // 8 kbit/s with a burst of 240 bytes: a frame of 64 bytes in 64 ms
-    ASSERT_EQ(dev.ops().hsec.configCar(0, 7, &car), 0U);
-    const struct {
-        uint32_t flags;
-        const char *comesOut;
-    } rows[] = {
-        {LSWM_ACTION_FORWARD_A, "0/1"},
-        {LSWM_ACTION_FORWARD_B, "acl"},
-        {LSWM_ACTION_FORWARD_C | LSWM_ACTION_VALUE_A, "0/1"},
-        {LSWM_ACTION_FORWARD_D, "cpu 0/17"},
-        {LSWM_ACTION_PORT, "0/4 vlan 10 priority 0"},
-    };
-    send(0, 1, frame(kAll, kStations + 2));
-    for (const auto &row : rows) {
-        LswmAclAction action{};
-        action.flags = row.flags;
-        action.value = 6;
-        action.port = 4;
-        const uint32_t id = addRule(action);
-        EXPECT_EQ(send(0, 0, frame(kStations + 2, kStations + 1)), row.comesOut) << row.flags << "\n" << stages;
-        if (row.flags == (LSWM_ACTION_FORWARD_C | LSWM_ACTION_VALUE_A)) {
-            EXPECT_EQ(send(0, 0, frame(kNobody, kStations + 1)),
-                      "0/1, 0/4 vlan 10 priority 6, 1/0, 1/1, 2/0, 2/1");
-            EXPECT_THAT(stages, HasSubstr("priority 6 by ACL: queue 6"));
-        }
-        EXPECT_EQ(dev.ops().acl.delEntry(0, id), 0U);
-    }
-
-    LswmAclAction policed{};
-    policed.flags = LSWM_ACTION_CAR | LSWM_ACTION_COUNT;
-    policed.carId = 7;
-    addRule(policed);
-    for (const char *colour : {"green", "green", "green", "red", "red"}) {
-        EXPECT_EQ(send(0, 0, frame(kStations + 2, kStations + 1)), colour[0] == 'r' ? "policed" : "0/1");
-        EXPECT_THAT(stages, HasSubstr(colour));
-    }
-    EXPECT_THAT(stages, HasSubstr(" = 5\n")) << "hits";
-    zrsim::boardClock().ns += zrsim::Clock::kSecond / 10;
-    EXPECT_EQ(send(0, 0, frame(kStations + 2, kStations + 1)), "0/1");
-}
-
-TEST_F(PipelineTest, AStormIsCutOffAndTheCaptureTellsWhy)
-{
-    auto reason = [&](char *answer) {
-        const std::string text = answer;
-        LSWM_MemFree(answer);
-        return text.substr(std::min(text.size(), text.find("0x")));
-    };
-    auto flood = [&](uint64_t address) {
-        uint32_t passed = 0;
-        for (int i = 0; i < 2000; ++i, zrsim::boardClock().ns += 500'000)
-            passed += send(0, 0, frame(address, kStations + 1), 0) == kFlood10;
-        return passed;
-    };
-    const LswmCar car{0, 400, 0}; // 50000 bytes a second, and a bucket of 1000 by storm control
-    const LswmStormControl storm{0, 2, 1, 5};
-    ASSERT_EQ(dev.ops().hsec.configCar(0, 5, &car) | dev.ops().stormctl.set(0, 0, &storm), 0U);
-    reason(dev.ops().common.chipCaptureDropReasonEnable(0, 0));
-    EXPECT_EQ(flood(kGroup), 2000U);
-    EXPECT_EQ(reason(dev.ops().common.chipGetDropReason(0, 0)), "0x0.");
-    EXPECT_NEAR(flood(kAll), (1000 + 50000) / 64, 1);
-    EXPECT_EQ(reason(dev.ops().common.chipGetDropReason(0, 0)), "0x10.");
-    EXPECT_EQ(send(0, 1, frame(kAll, kStations + 1)), "0/0, 0/4 vlan 10 priority 0, 1/0, 1/1, 2/0, 2/1");
-    EXPECT_EQ(send(0, 0, frame(kAll, kStations + 1, {20})), "ingress-filter");
-    EXPECT_EQ(reason(dev.ops().common.chipGetDropReason(0, 0)), "0x90.");
-}
-
-TEST_F(PipelineTest, AFlowKeepsItsMemberOfTheTrunkAndLosesItOnlyWithTheLink)
-{
-    send(1, 0, frame(kAll, kStations + 1));
-    std::map<uint32_t, uint32_t> flows;
-    auto member = [&](uint32_t source) {
-        EXPECT_EQ(send(0, 0, frame(kStations + 1, kStations + source)), "1/0");
-        return stages.find("deliver port 15") != std::string::npos ? 15U : 16U;
-    };
-    for (uint32_t source = 2; source < 42; ++source) {
-        const uint32_t first = member(source);
-        ++flows[first];
-        EXPECT_EQ(member(source), first);
-    }
-    EXPECT_GT(flows[15], 5U);
-    EXPECT_GT(flows[16], 5U);
-    ASSERT_EQ(dev.ops().port.setEnable(0, 15, 0), 0U);
-    for (uint32_t source = 2; source < 42; ++source)
-        EXPECT_EQ(member(source), 16U);
-    ASSERT_EQ(dev.ops().port.setEnable(0, 16, 0), 0U);
-    EXPECT_EQ(send(0, 0, frame(kStations + 1, kStations + 2)), "egress-link-down");
-    EXPECT_THAT(dump(), HasSubstr("\"odrop\": 1"));
-    ASSERT_EQ(dev.ops().port.setEnable(0, 16, 1), 0U);
-    ASSERT_EQ(l2sw_trunk_mode_set(0, 0) | dev.ops().port.setEnable(0, 15, 1), 0U);
-    EXPECT_EQ(member(2), 15U);
-    EXPECT_EQ(member(3), 15U) << "no hash";
-}
-
-TEST_F(PipelineTest, LoopsEndAndLoopbacksReturn)
-{
-    zrsim::board().cables.connect({0, 0}, {0, 1});
-    send(0, 4, frame(kAll, kStations + 1, {10}));
-    EXPECT_THAT(dropped, ::testing::Contains("loop"));
-    zrsim::board().cables.disconnect({0, 0});
-    ASSERT_EQ(dev.ops().port.setLoopback(2, 0, ZR_LOOP_MAC), 0U);
-    EXPECT_EQ(send(2, 0, frame(kAll, kStations + 1)), "2/0");
-    EXPECT_THAT(stages, HasSubstr("loopback"));
-    EXPECT_THAT(send(2, 1, frame(kAll, kStations + 2)), HasSubstr("2/1")) << "back by port 0";
-}
 
 // Every kind of frame by every configuration: exactly these ports let it out, with exactly this tag.
 TEST_F(PipelineTest, WhatMustNotComeOutDoesNot)
@@ -423,23 +261,6 @@ TEST_F(PipelineTest, WhatMustNotComeOutDoesNot)
         ASSERT_EQ(set(config.what, config.unit, config.port, 0), 0U) << config.name;
     }
     dev.takeFailures();
-}
-
-TEST_F(PipelineTest, CountersOfBothEndsTellTheSameStory)
-{
-    send(0, 0, frame(kAll, kStations + 1, {}, 100));
-    send(0, 0, frame(kAll, kStations + 1, {}, 30));
-    send(0, 0, frame(kAll, kStations + 1), ZRSIM_FRAME_BAD_FCS);
-    send(0, 0, frame(kAll, kStations + 1, {20}));
-    SdkPortCounters in{};
-    SdkPortCounters out{};
-    ASSERT_EQ(dev.chip(0).counters.read(0, in) | dev.chip(2).counters.read(4, out), 0U);
-    EXPECT_EQ(in.wide[0], 104U + 34 + 64 + 64);
-    EXPECT_EQ(
-        (Texts{fmt::format("{} {} {} {} {}", in.word[63], in.word[2], in.word[4], in.word[9], in.word[14])}),
-        Texts{"2 1 1 1 1"})
-        << "broadcast, FCS, undersize, dropped, up to 127";
-    EXPECT_EQ(out.wide[0], 108U) << "with its tag";
 }
 
 TEST_F(PipelineTest, ADryFrameLeavesNoTrace)

@@ -245,18 +245,20 @@ TEST_F(ZrbenchTest, EverySlotIsShownInOrderWithItsOperationAndCommand)
     EXPECT_THAT(shown, HasSubstr("109 of 109 operations filled"));
 }
 
-TEST_F(ZrbenchTest, ExamplesRunAsTheyExpect)
+TEST_F(ZrbenchTest, DeviceFilesRunAsTheyExpect)
 {
-    size_t examples = 0;
-    for (const auto &entry : std::filesystem::directory_iterator(ZRLSW_SOURCE_DIR "/examples")) {
-        if (entry.path().extension() != ".json")
-            continue;
-        ++examples;
-        const Ended ended = bench("--quiet run '" + entry.path().string() + "'");
-        // A cross build reads no frames of words.
-        EXPECT_TRUE(ended.status == kAsExpected || lacksPackets(ended)) << ended.output;
+    for (const char *folder : {"/examples", "/tests/devices"}) {
+        size_t files = 0;
+        for (const auto &entry : std::filesystem::directory_iterator(ZRLSW_SOURCE_DIR + std::string(folder))) {
+            if (entry.path().extension() != ".json")
+                continue;
+            ++files;
+            const Ended ended = bench("--quiet run '" + entry.path().string() + "'");
+            // A cross build reads no frames of words.
+            EXPECT_TRUE(ended.status == kAsExpected || lacksPackets(ended)) << ended.output;
+        }
+        EXPECT_GT(files, 0U) << folder;
     }
-    EXPECT_GT(examples, 0U);
 }
 
 } // namespace
