@@ -102,6 +102,7 @@ TEST_F(RmaTest, InitialisationTrapsLldpThenEveryType)
 
 TEST_F(RmaTest, TypesBeyondTheLastStandForTheLast)
 {
+    EXPECT_EQ(ZR_OP(HAL_RMA_ActionSet)(1, 51, 0), 1U);
     for (uint32_t action : {0, 1, 2}) {
         EXPECT_EQ(ZR_OP(HAL_RMA_ActionSet)(1, 50, action), 0U);
         EXPECT_EQ(dev.chip(1).rma.action(50), action);

@@ -16,7 +16,7 @@ namespace
 const uint32_t kEight[8] = {0, 1, 2, 3, 4, 5, 6, 7};
 const LswmCar kCar{0, 1000, 1000};
 const LswmStormControl kStorm{0, 2, 1, 7};
-const LswmStormControl kNoStorm{0, 4, 1, 7};
+const LswmStormControl kNoStorm{0, 3, 1, 7};
 
 void meters()
 {
@@ -89,7 +89,7 @@ const bool added = addSweeps(
         SWEEP(HAL_STORMCTL_AdaptBucketSizeZr, unit, meter),
         SWEEP_BOTH(ZR_MC_Init, HAL_RMA_InitZr, unit),
         SWEEP(HAL_RMA_RmaTypeToZrType, id("type", 7, ZR_RMA_TYPES + 1), out),
-        SWEEP(HAL_RMA_ActionSet, unit, id("type", 14, ZR_RMA_TYPES + 1), of("action", 1, {4, 0xFFFFFFFF})),
+        SWEEP(HAL_RMA_ActionSet, unit, id("type", 14, ZR_RMA_TYPES + 1), of("action", 1, {3, 0xFFFFFFFF})),
         SWEEP(HAL_RMA_LldpEnableSet, unit, 1),
     });
 
