@@ -209,20 +209,6 @@ TEST_F(ZrbenchTest, AShellWithoutATerminalEndsWithWhatBecameOfItsSteps)
     EXPECT_EQ(bench("shell --up --fail VESPER_ADPAPI_ResetChip=1 -c ''").status, kNotAsExpected);
 }
 
-TEST_F(ZrbenchTest, TheShellCompletesAndRemembersWhatIsTyped)
-{
-    if (!editsLines())
-        GTEST_SKIP() << "built without libedit";
-    const Ended ended =
-        terminal({"chip in\t0", "trace al\t", "\033[A\033[A", "reg wr\t0 0x1000 5", "nonsense"});
-    EXPECT_EQ(ended.status, kAsExpected) << ended.output;
-    for (const char *piece :
-         {"   1  chip init 0", "   2  trace all", "   3  chip init 0", "   4  reg write 0 0x1000 5",
-          "> l2sw_setAsicReg(0, 4096, 5) = 0", "no command \"nonsense\""})
-        EXPECT_THAT(ended.output, HasSubstr(piece));
-    EXPECT_THAT(contents(".zrbench_history"), HasSubstr("nonsense"));
-}
-
 TEST_F(ZrbenchTest, EverySlotIsShownInOrderWithItsOperationAndCommand)
 {
     std::istringstream exported(contents(ZRLSW_SOURCE_DIR "/cmake/exports.txt"));

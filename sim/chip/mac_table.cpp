@@ -229,7 +229,7 @@ const char *MacTable::learn(const MacAddress &mac, uint32_t vlan, uint32_t port)
     if (entry == nullptr)
         return "the address's bucket is taken";
     if (!(entry->used && entry->port == port) && learned_[port] >= limits_[port])
-        return "the port's learning limit is reached";
+        return limits_[port] == 0 ? "learning is off at the port" : "the port's learning limit is reached";
     set(*entry, {true, false, perVlan, false, false, mac, vlan, port, boardClock().ns});
     return nullptr;
 }

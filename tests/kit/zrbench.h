@@ -4,7 +4,6 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -88,43 +87,10 @@ protected:
         return shellCommand(fmt::format("{} shell {} < {}", command_, options, file("typed", typed)));
     }
 
-    // What a person at a terminal sees who types a line at every prompt, and then quits.
-    Ended terminal(const std::vector<std::string> &lines) const
-    {
-        Ended ended{};
-        int terminal = -1;
-        const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-        if (child == 0) {
-            setenv("HOME", directory_.c_str(), 1);
-            setenv("TERM", "xterm", 1);
-            alarm(60); // a shell that waits for what is never typed must not wait for ever
-            execl(program_.c_str(), "zrbench", "shell", nullptr);
-            _exit(127);
-        }
-        size_t typed = 0;
-        std::string unanswered;
-        char buffer[512];
-        for (ssize_t count; (count = read(terminal, buffer, sizeof buffer)) > 0;) {
-            ended.output.append(buffer, static_cast<size_t>(count));
-            unanswered.append(buffer, static_cast<size_t>(count));
-            // A prompt at the start of a line waits for input; any other is the line being drawn again.
-            if (unanswered != "zrbench> " && !unanswered.ends_with("\nzrbench> "))
-                continue;
-            unanswered.clear();
-            const std::string line = typed < lines.size() ? lines[typed++] + "\n" : "quit\n";
-            EXPECT_EQ(write(terminal, line.data(), line.size()), static_cast<ssize_t>(line.size()));
-        }
-        int status = 0;
-        waitpid(child, &status, 0);
-        close(terminal);
-        ended.status = WEXITSTATUS(status);
-        return ended;
-    }
     static bool lacksPackets(const Ended &ended)
     {
         return ended.output.find("built without the packet library") != std::string::npos;
     }
-    bool editsLines() const { return contents(program_).find("libedit.so") != std::string::npos; }
 
 private:
     std::string program_;

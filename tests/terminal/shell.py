@@ -131,6 +131,47 @@ class Shell(unittest.TestCase):
         with open(".zrbench_history", encoding="ascii") as history:
             self.assertIn("vlan\\040create\\0400\\04077", history.read())
 
+    def test_long_output_is_paged_and_the_session_outlives_the_pager(self):
+        terminal = self.start("--up")
+        for interrupt in ("", "\x03"):
+            terminal.type("help\n")
+            terminal.shows(r"^:$")
+            terminal.type(interrupt)
+            time.sleep(0.3)  # an interrupt drops what is typed with it
+            terminal.type("q")
+            terminal.line(PROMPT)
+        terminal.type("vlan members 2 20\n")
+        terminal.shows("members=3-4")
+        unpaged = self.start("--up", PAGER="")
+        unpaged.type("help\nquit\n")
+        self.assertEqual(unpaged.end(), 0)
+        missing = self.start("--up", PAGER="no-such-pager")
+        missing.type("help\nquit\n")
+        self.assertEqual(missing.end(), 0)
+        self.assertIn(b"vlan tag-mode UNIT PORT MODE", missing.raw)
+
+    def test_nothing_is_wider_than_the_terminal(self):
+        commands = ("help; acl add 1 {\"ports\": \"0-4\", \"srcIp\": \"192.0.2.0/24\", \"etherType\": 2048, \"action\": "
+                    "\"drop\"}; trace calls; frame send 0 0 arp=request srcIp=192.0.2.1 dstIp=192.0.2.2; chip init 7; "
+                    "vlan create 1 4096; ops; port show 0; acl list 1; qos show 0; storm show 0; dump")
+        for columns in (80, 60):
+            terminal = Terminal("--color", "shell", "--up", "-c", commands, columns=columns)
+            self.assertEqual(terminal.end(), 1)
+            for line in re.sub(rb"\x1b\[[0-9;]*m", b"", terminal.raw).decode().split("\r\n"):
+                self.assertLessEqual(len(line), columns, line)
+
+    def test_colour_is_for_terminals_that_want_it(self):
+        for environment, coloured in (({}, True), ({"NO_COLOR": "1"}, False), ({"NO_COLOR": ""}, True),
+                                      ({"TERM": "dumb"}, False)):
+            terminal = Terminal("shell", "-c", "chip init 1", **environment)
+            self.assertEqual(terminal.end(), 0)
+            self.assertEqual(b"\x1b[32mok" in terminal.raw, coloured, environment)
+        dumb = Terminal("shell", TERM="dumb")
+        dumb.line(PROMPT)
+        dumb.type("chip init 1\nhelp\nquit\n")
+        self.assertEqual(dumb.end(), 0)
+        self.assertNotIn(b"\x1b", dumb.raw)
+
 
 if __name__ == "__main__":
     unittest.main()

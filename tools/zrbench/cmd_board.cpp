@@ -1,8 +1,10 @@
 // What surrounds the chips: the board's interpreter, and the environment, which on a desktop is that of the
 // process.
+#include <algorithm>
 #include <cstdlib>
 
 #include "tools/zrbench/rows.h"
+#include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
 
 namespace zrbench
@@ -25,6 +27,19 @@ void checkAssignment(const nlohmann::json &assignment)
         throw UsageError{"expected NAME=VALUE, found " + shown(assignment)};
 }
 
+Outcome runLine(Session &session, const Arguments &a)
+{
+    const std::string line = a.text("line");
+    std::string answer = session.board(a.number("unit"), line);
+    std::vector<std::string> words = session.boardCommands();
+    for (std::string &usage : words)
+        usage.erase(std::min(usage.find(' '), usage.size()));
+    const std::string word = line.substr(0, line.find(' '));
+    if (session.boardRefused() && std::ranges::count(words, word) == 0)
+        answer.insert(answer.find_last_not_of('\n') + 1, didYouMean(word, {words.begin(), words.end()}));
+    return Outcome::shown(answer);
+}
+
 Outcome set(Session &, const Arguments &a)
 {
     const std::string text = a.text("name");
@@ -43,12 +58,9 @@ const Command kCommands[] = {
     {"board",
      {kUnit, {"line", Type::Text}},
      "runs a line of the board's interpreter and shows what it prints: cables, link partners, revisions; try "
-     "\"board "
-     "0 help\"",
+     "\"board 0 help\"",
      "",
-     [](Session &session, const Arguments &a) {
-         return Outcome::shown(session.board(a.number("unit"), a.text("line")));
-     }},
+     runLine},
     {"env set",
      {{.name = "name", .type = Type::Text, .check = checkAssignment}},
      "sets an environment variable: NAME=VALUE",

@@ -1,8 +1,11 @@
 // The commands about the session itself: help, failures, unit information and the like.
+#include <algorithm>
 #include <fmt/format.h>
 
 #include "tools/zrbench/commands.h"
 #include "tools/zrbench/ops.h"
+#include "tools/zrbench/output.h"
+#include "tools/zrbench/report.h"
 #include "tools/zrbench/session.h"
 #include "tools/zrbench/status.h"
 #include "tools/zrbench/values.h"
@@ -32,7 +35,8 @@ void checkLine(const nlohmann::json &line)
 
 Outcome showHelp(Session &, const Arguments &a)
 {
-    return Outcome::shown(help(a.text("topic")));
+    const size_t width = terminalWidth();
+    return Outcome::shown(help(a.text("topic"), width - std::min(width, kStepIndent)));
 }
 
 Outcome quit(Session &session, const Arguments &)

@@ -139,8 +139,11 @@ private:
     std::vector<std::vector<std::string>> rows_;
 };
 
+// The columns that a line takes on a terminal, colours among it.
+size_t columnsOf(std::string_view line);
 // Lines of at most `width` columns, broken at blanks, those after the first indented. 0: as it is.
 std::string folded(std::string_view line, size_t width, size_t indent);
+std::string foldedLines(std::string_view text, size_t width, size_t indent);
 
 std::string showMac(const uint8_t *mac);
 std::string showPorts(uint32_t mask); // "0-4,15", "-" for none

@@ -5,13 +5,13 @@
 #include <memory>
 #include <optional>
 #include <sstream>
-#include <string_view>
 #include <unistd.h>
 
 #include "tools/zrbench/in_service.h"
 #include "tools/zrbench/live.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/output.h"
+#include "tools/zrbench/pager.h"
 #include "tools/zrbench/runner.h"
 #include "tools/zrbench/shell.h"
 #include "tools/zrbench/values.h"
@@ -38,10 +38,8 @@ struct Options {
     {
         // https://no-color.org: any value but an empty one.
         const char *refused = std::getenv("NO_COLOR");
-        const char *terminal = std::getenv("TERM");
-        const bool able = isatty(STDOUT_FILENO) != 0 && (refused == nullptr || *refused == '\0') &&
-                          terminal != nullptr && std::string_view(terminal) != "dumb";
-        return colour == "always" || (colour == "auto" && able);
+        return colour == "always" ||
+               (colour == "auto" && isTerminal() && (refused == nullptr || *refused == '\0'));
     }
 };
 
@@ -181,14 +179,18 @@ int main(int argc, char **argv)
     command = app.add_subcommand("ops", "Show the operation tables slot by slot")->fallthrough();
     command->callback([&] {
         Session session(options.session);
-        print("{}", showOperations(session.tables()));
+        const Pager pager(true);
+        print("{}", foldedLines(showOperations(session.tables()), terminalWidth(), 4));
         session.finish();
     });
 
     command =
         app.add_subcommand("commands", "List the commands of device files and of the shell")->fallthrough();
     command->add_option("topic", options.topic, "Only those that start with this");
-    command->callback([&] { print("{}", help(options.topic)); });
+    command->callback([&] {
+        const Pager pager(true);
+        print("{}", help(options.topic, terminalWidth()));
+    });
 
     auto refuse = [](std::string_view text) {
         complain(fmt::format("zrbench: {}", text));

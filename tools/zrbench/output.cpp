@@ -1,6 +1,7 @@
 #include "tools/zrbench/output.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -63,6 +64,10 @@ void Output::start()
 
 void Output::write(std::string_view text)
 {
+    if (kept_) {
+        kept_->append(text);
+        return;
+    }
     if (std::fwrite(text.data(), 1, text.size(), file_.get()) != text.size())
         keepFailure();
 }
@@ -84,6 +89,12 @@ Output &standardOutput()
 {
     static Output output("-");
     return output;
+}
+
+bool isTerminal()
+{
+    const char *terminal = std::getenv("TERM");
+    return isatty(STDOUT_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb";
 }
 
 size_t terminalWidth()

@@ -5,9 +5,11 @@
 #include <cstdio>
 #include <fmt/format.h>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <utility>
 
 namespace zrbench
 {
@@ -26,6 +28,9 @@ public:
     void start();
     // Throws nothing: platform calls are traced from within the library.
     void write(std::string_view text);
+    // What is written from here on is kept, until it is taken.
+    void keep() { kept_.emplace(); }
+    std::string kept() { return std::exchange(kept_, {}).value_or(""); }
     // Throws UsageError when anything was not written.
     void check();
 
@@ -37,6 +42,7 @@ private:
     std::unique_ptr<std::FILE, int (*)(std::FILE *)> file_;
     struct stat identity_ {
     };
+    std::optional<std::string> kept_;
     int error_ = 0;
 };
 
@@ -47,6 +53,8 @@ template <class... T> void print(fmt::format_string<T...> format, T &&...values)
     standardOutput().write(fmt::format(format, std::forward<T>(values)...));
 }
 
+// Whether standard output is a terminal that can do more than print lines.
+bool isTerminal();
 // The columns of the terminal that standard output is; 0 when it is none.
 size_t terminalWidth();
 

@@ -20,7 +20,9 @@ constexpr const char *kBad = "1;31";
 constexpr const char *kDim = "2";
 constexpr const char *kHeading = "1";
 
-constexpr size_t kTextWidth = 56;
+constexpr size_t kResultColumn = 62;
+constexpr size_t kResultWidth = 25; // "status 1 (invalid argument)" and a margin
+const std::string kIndent(kStepIndent, ' ');
 
 std::string statusText(uint32_t status)
 {
@@ -47,14 +49,16 @@ std::string numberText(uint32_t number)
     return number <= 9999 ? std::to_string(number) : fmt::format("{:#x}", number);
 }
 
-void printIndented(std::string_view text)
+// Lines below a step, folded where a terminal ends.
+void below(std::string_view text)
 {
-    while (!text.empty()) {
-        const size_t end = std::min(text.find('\n'), text.size());
-        std::string_view line = text.substr(0, end);
-        line.remove_suffix(line.ends_with('\r') ? 1 : 0);
-        print("{}{}\n", line.empty() ? "" : "       ", line);
-        text.remove_prefix(std::min(end + 1, text.size()));
+    const size_t width = terminalWidth();
+    const size_t room = width - std::min(width, kStepIndent);
+    const std::string lines = foldedLines(text, room, 2);
+    for (std::string_view rest = lines; !rest.empty();) {
+        const size_t end = rest.find('\n');
+        print("{}{}\n", end == 0 ? "" : kIndent, rest.substr(0, end));
+        rest.remove_prefix(end + 1);
     }
 }
 
@@ -86,7 +90,7 @@ std::string Report::painted(const char *colour, const std::string &text) const
 void Report::heading(const std::string &text) const
 {
     if (!quiet_)
-        print("\n{}\n", painted(kHeading, text));
+        print("\n{}", folded(painted(kHeading, text), terminalWidth(), 0));
 }
 
 std::string Report::verdict(const std::vector<CheckedRun> &runs) const
@@ -114,19 +118,19 @@ std::string Report::verdict(const std::vector<CheckedRun> &runs) const
 void Report::details(const CheckedRun &run) const
 {
     for (const std::string &call : run.result.calls)
-        print("       {}\n", painted(kDim, "> " + call));
+        below(painted(kDim, "> " + call));
     for (const Line &line : run.result.lines) {
         if (line.kind == ZRSIM_LINE_CLI)
-            printIndented(line.text);
+            below(line.text);
         else if (line.kind == ZRSIM_LINE_FAIL)
-            print("       {}\n", painted(kRefused, fmt::format("! [{}] status {}: {}", moduleText(line.module),
-                                                               numberText(line.status), line.text)));
+            below(painted(kRefused, fmt::format("! [{}] status {}: {}", moduleText(line.module),
+                                                numberText(line.status), line.text)));
         else
-            print("       {}\n", painted(kDim, fmt::format("- [{}] {}", moduleText(line.module), line.text)));
+            below(painted(kDim, fmt::format("- [{}] {}", moduleText(line.module), line.text)));
     }
-    printIndented(run.result.outcome.text);
+    below(run.result.outcome.text);
     for (const std::string &deviation : run.deviations)
-        print("       {}\n", painted(kBad, "NOT AS EXPECTED: " + deviation));
+        below(painted(kBad, "NOT AS EXPECTED: " + deviation));
 }
 
 void Report::step(const std::string &text, const std::string &note, const std::vector<CheckedRun> &runs,
@@ -140,12 +144,19 @@ void Report::step(const std::string &text, const std::string &note, const std::v
         return;
 
     const std::string result = verdict(runs);
-    if (result.empty())
-        print("{:>4}  {}\n", number_, text);
+    const size_t width = terminalWidth();
+    const std::string line = fmt::format("{:>4}  {}", number_, text);
+    // A result that does not fit beside its step stands below.
+    const size_t column =
+        width == 0 ? kResultColumn : std::min(kResultColumn, width - std::min(width, kResultWidth));
+    const std::string both = result.empty() ? line : fmt::format("{:<{}}  {}", line, column, result);
+    if (width == 0 || columnsOf(both) <= width)
+        print("{}\n", both);
     else
-        print("{:>4}  {:<{}}  {}\n", number_, text, kTextWidth, result);
+        print("{}{}", folded(line, width, kIndent.size() + 2),
+              result.empty() ? "" : folded(fmt::format("{}{}", kIndent, result), width, kIndent.size() + 2));
     if (!note.empty())
-        printIndented(painted(kDim, note));
+        below(painted(kDim, note));
     if (runs.size() == 1) {
         details(runs[0]);
         return;
@@ -170,7 +181,9 @@ void Report::summary(const std::string &title, unsigned heldBlocks) const
     const std::string counts =
         fmt::format("{} steps, {} refused as expected, {} not as expected, {} memory blocks held", number_,
                     refused_, deviating_, heldBlocks);
-    print("{}{}: {}\n", quiet_ ? "" : "\n", title, painted(deviating_ == 0 ? kGood : kBad, counts));
+    print("{}{}", quiet_ ? "" : "\n",
+          folded(fmt::format("{}: {}", title, painted(deviating_ == 0 ? kGood : kBad, counts)), terminalWidth(),
+                 4));
 }
 
 } // namespace zrbench

@@ -9,6 +9,9 @@
 namespace zrbench
 {
 
+// What a step shows stands indented below it.
+constexpr size_t kStepIndent = 7;
+
 // An invocation, its result, and what was not as expected.
 struct CheckedRun {
     const Invocation *invocation;

@@ -61,10 +61,17 @@ Command ordered(Command row, std::vector<Argument> arguments)
 Command boardRow(std::string_view name, std::string verb, std::vector<Argument> arguments,
                  std::string_view help)
 {
-    return {
-        name, arguments, help, {}, [verb = std::move(verb), arguments](Session &session, const Arguments &a) {
-            return Outcome::shown(boardAnswer(session, verb, arguments, a));
-        }};
+    Command row{name, std::move(arguments), help, {}, {}};
+    row.run = [verb = std::move(verb), arguments = row.arguments, how = usage(row)](Session &session,
+                                                                                    const Arguments &a) {
+        std::string answer = boardAnswer(session, verb, arguments, a);
+        // The interpreter names its own command and not the one that was typed.
+        constexpr std::string_view kUsage = "; usage: ";
+        if (const size_t own = answer.find(kUsage); session.boardRefused() && own != std::string::npos)
+            answer = answer.substr(0, own) + std::string(kUsage) + how + "\n";
+        return Outcome::shown(answer);
+    };
+    return row;
 }
 
 } // namespace zrbench

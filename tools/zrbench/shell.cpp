@@ -17,6 +17,7 @@
 #endif
 
 #include "tools/zrbench/output.h"
+#include "tools/zrbench/pager.h"
 #include "tools/zrbench/runner.h"
 #include "tools/zrbench/values.h"
 
@@ -136,8 +137,7 @@ private:
 std::unique_ptr<LineSource> openLines(bool atTerminal, [[maybe_unused]] const Session &session)
 {
 #ifdef ZRBENCH_LIBEDIT
-    const char *terminal = std::getenv("TERM");
-    if (atTerminal && isatty(STDOUT_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb")
+    if (atTerminal && isTerminal())
         return std::make_unique<EditedLines>(session);
 #endif
     return std::make_unique<PlainLines>(stdin, "", atTerminal);
@@ -184,7 +184,10 @@ private:
             const Result &result = runs[0].result;
             if (!atTerminal_ || result.outcome.expected)
                 runs[0].deviations = deviations(result, {}, false);
-            report_.step(invocation.text, {}, runs, true);
+            {
+                const Pager pager(atTerminal_);
+                report_.step(invocation.text, {}, runs, true);
+            }
             if (device_)
                 runDevice(session_, *std::exchange(device_, {}), report_);
         } catch (const ArgumentError &error) {

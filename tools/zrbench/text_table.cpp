@@ -25,22 +25,64 @@ std::string TextTable::text() const
     return text;
 }
 
+namespace
+{
+
+// Walks over a line by columns while `more(columns)`; returns the byte that it comes to. Colours take no
+// column, a character of UTF-8 takes one.
+template <class More> size_t walk(std::string_view line, More more)
+{
+    size_t columns = 0;
+    for (size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == '\033')
+            i = std::min(line.find('m', i), line.size());
+        else if ((line[i] & 0xC0) != 0x80 && !more(++columns))
+            return i;
+    }
+    return line.size();
+}
+
+} // namespace
+
+size_t columnsOf(std::string_view line)
+{
+    size_t all = 0;
+    walk(line, [&](size_t columns) { return (all = columns) != 0; });
+    return all;
+}
+
 std::string folded(std::string_view line, size_t width, size_t indent)
 {
     std::string text;
-    size_t margin = 0; // of the line being made
-    while (width != 0 && line.size() + margin > width) {
-        // A word that is too long alone stays whole.
-        size_t end = line.rfind(' ', width - margin);
-        if (end == std::string_view::npos || line.find_first_not_of(' ') > end)
-            end = line.find(' ', std::min(line.find_first_not_of(' '), line.size()));
-        if (end == std::string_view::npos)
+    std::string margin;
+    while (width != 0) {
+        const size_t fits = walk(line, [&](size_t columns) { return columns + margin.size() <= width; });
+        if (fits == line.size())
             break;
-        text += fmt::format("{:{}}{}\n", "", margin, line.substr(0, end));
+        const size_t start = line.find_first_not_of(' ');
+        size_t end = line.rfind(' ', fits);
+        if (end == std::string_view::npos || end < start)
+            end = fits; // a word that is too long alone
+        text += margin;
+        text += line.substr(0, end);
+        text += "\n";
         line.remove_prefix(std::min(line.find_first_not_of(' ', end), line.size()));
-        margin = std::min(indent, width / 2);
+        margin.assign(std::min(indent, width / 2), ' ');
     }
-    return text + fmt::format("{:{}}{}\n", "", margin, line);
+    return text + margin + std::string(line) + "\n";
+}
+
+std::string foldedLines(std::string_view text, size_t width, size_t indent)
+{
+    std::string lines;
+    while (!text.empty()) {
+        const size_t end = std::min(text.find('\n'), text.size());
+        std::string_view line = text.substr(0, end);
+        line.remove_suffix(line.ends_with('\r') ? 1 : 0);
+        lines += folded(line, width, indent);
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines;
 }
 
 std::string showMac(const uint8_t *mac)
