@@ -21,7 +21,7 @@ constexpr const char *kDim = "2";
 constexpr const char *kHeading = "1";
 
 constexpr size_t kResultColumn = 62;
-constexpr size_t kResultWidth = 25; // "status 1 (invalid argument)" and a margin
+constexpr size_t kResultWidth = 29; // "status 1 (invalid argument)" and a margin
 const std::string kIndent(kStepIndent, ' ');
 
 std::string statusText(uint32_t status)
