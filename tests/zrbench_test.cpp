@@ -39,6 +39,43 @@ TEST_F(ZrbenchTest, RunTellsEveryStepWithWhatItBroughtAbout)
         EXPECT_THAT(ended.output, HasSubstr(piece));
 }
 
+TEST_F(ZrbenchTest, AProgramReadsStepsAsJson)
+{
+    const std::string device = file("device.json", R"json({"steps": [
+        {"say": "start"}, {"do": "chip init $u", "each": {"u": "0-1"}}, {"do": "vlan init 1", "note": "first"},
+        "vlan create 1 10", {"do": "vlan add 1 10 $p tagged", "each": {"p": "0,1,4"}},
+        {"do": "vlan members 1 10", "out": {"members": "0-1,4", "untagged": []}}, "vlan list 1 10 10",
+        "reg write 1 4096 0xab", {"do": "reg read 1 4096", "out": {"value": "0xab"}}, "vlan create 1 4096", "cli 1 help"]})json");
+    // What else is asked for does not come between.
+    const Ended ended = shellCommand(
+        "(" + commandLine("--json run " + device + " --dump - --trace - --level 3") + " 2>/dev/null)");
+    EXPECT_EQ(ended.status, kNotAsExpected);
+    std::vector<nlohmann::json> steps;
+    std::istringstream lines(ended.output);
+    for (std::string line; std::getline(lines, line);)
+        steps.push_back(nlohmann::json::parse(line));
+    ASSERT_EQ(steps.size(), 11U) << ended.output;
+    EXPECT_EQ(steps[0]["section"], "start");
+    EXPECT_EQ(steps[0]["runs"][1]["command"], "chip init 1");
+    EXPECT_EQ(steps[1]["note"], "first");
+    EXPECT_EQ(steps[4]["out"], (nlohmann::json{{"members", {0, 1, 4}}, {"untagged", nlohmann::json::array()}}));
+    EXPECT_EQ(steps[5]["rows"][0],
+              (nlohmann::json{{"vlan", 10}, {"tagged", {0, 1, 4}}, {"untagged", nlohmann::json::array()}}));
+    EXPECT_FALSE(steps[5].contains("status"));
+    EXPECT_EQ(steps[7]["out"]["value"], 0xAB);
+    EXPECT_EQ(steps[8]["statusName"], "chip failed");
+    EXPECT_EQ(steps[8]["expected"], false);
+    EXPECT_EQ(
+        steps[8]["lines"][1],
+        (nlohmann::json{{"module", 4}, {"status", 4}, {"text", "Zr vlan create failed.(unit:1, vlan:4096)."}}));
+    EXPECT_THAT(steps[9]["text"], HasSubstr("help"));
+    EXPECT_EQ(steps[10]["notAsExpected"], 1);
+
+    const Ended piped = shell("mac capacity 1\nno such\n", "--json");
+    EXPECT_EQ(piped.status, kUsage);
+    EXPECT_THAT(piped.output, HasSubstr("\"summary\":\"shell\""));
+}
+
 TEST_F(ZrbenchTest, WhatIsNotAsExpectedIsNamedAndEndsWithOne)
 {
     const struct {

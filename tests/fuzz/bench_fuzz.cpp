@@ -10,6 +10,7 @@
 
 #include "sim/zrsim.h"
 #include "tests/fuzz/fresh_library.h"
+#include "tools/zrbench/json_writer.h"
 #include "tools/zrbench/runner.h"
 #include "tools/zrbench/shell.h"
 
@@ -58,7 +59,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         std::abort();
     try {
         Session session({.platform = ZRLSW_PLATFORM, .library = ZRLSW_LIBRARY});
-        Report report(false, false);
+        Report report(std::make_unique<TextWriter>(false, false));
+        report.add(std::make_unique<JsonWriter>(false));
         if (size > 0 && data[0] == '{')
             runDevice(session, loadDevice(file.path()), report);
         else

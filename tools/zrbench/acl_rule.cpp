@@ -382,7 +382,7 @@ nlohmann::ordered_json showRule(const LswmAclRule &rule)
             text[field.name] = showField(rule.match, field);
     if (rule.match.tosMask != 0)
         text["tos"] = fmt::format("{:#x}/{:#x}", rule.match.tos, rule.match.tosMask);
-    text["ports"] = showPorts(rule.match.portBitmap);
+    text["ports"] = plainText(portList(rule.match.portBitmap));
 
     const LswmAclAction &action = rule.action;
     std::string forward;

@@ -102,11 +102,11 @@ Command portsRow(std::string_view name, PortmapSlot slot, std::string_view help)
 
 // ---- listings -----------------------------------------------------------------------------------
 
-std::string hitsOf(Session &session, uint32_t unit, uint32_t chipRuleId)
+json hitsOf(Session &session, uint32_t unit, uint32_t chipRuleId)
 {
     LswmCounter counter{};
     const uint32_t status = session.slot(&ZrHsecOps::getStat)(unit, chipRuleId, &counter);
-    return status == LSW_OK ? fmt::to_string(counter.count) : "?";
+    return status == LSW_OK ? json(counter.count) : "?";
 }
 
 // Every recorded rule by its first chip rule id, in ascending order.
@@ -120,12 +120,15 @@ template <class Visit> void everyRule(Session &session, uint32_t unit, Visit vis
     }
 }
 
-std::string entriesOf(uint32_t firstId, uint32_t count)
+json entriesOf(uint32_t firstId, uint32_t count)
 {
-    return count == 1 ? fmt::to_string(firstId) : fmt::format("{}-{}", firstId, firstId + count - 1);
+    json ids = json::array();
+    while (count-- > 0)
+        ids.push_back(firstId++);
+    return ids;
 }
 
-std::string ruleTable(Session &session, uint32_t unit)
+Outcome ruleTable(Session &session, uint32_t unit)
 {
     TextTable table({"LOGIC", "CHIP", "COUNTER", "HITS", "METER", "RULE"});
     everyRule(session, unit, [&](const AclRuleInfoView &found) {
@@ -140,14 +143,13 @@ std::string ruleTable(Session &session, uint32_t unit)
         const uint32_t status = session.slot(&ZrAclOps::getEntry)(unit, chipRuleId, &rule);
         // Counter and meter have their own columns, from the records.
         rule.action.flags &= ~uint32_t{LSWM_ACTION_COUNT | LSWM_ACTION_CAR};
-        table.row({fmt::to_string(found.logicRuleId), entriesOf(chipRuleId, found.count),
-                   counts ? fmt::to_string(counter) : "-", counts ? hitsOf(session, unit, chipRuleId) : "-",
-                   policed != 0 ? fmt::to_string(meter) : "-",
+        table.row({found.logicRuleId, entriesOf(chipRuleId, found.count), counts ? json(counter) : "-",
+                   counts ? hitsOf(session, unit, chipRuleId) : "-", policed != 0 ? json(meter) : "-",
                    status == LSW_OK ? briefRule(showRule(rule)) + (found.count > 1 ? " ..." : "")
                                     : fmt::format("status {}", status)});
     });
-    return table.text() + "A rule is shown by its first entry; vlan, priority, udf and the actions trap and "
-                          "redirect are not read back.\n";
+    return Outcome::shown(table, "A rule is shown by its first entry; vlan, priority, udf and the actions trap "
+                                 "and redirect are not read back.\n");
 }
 
 std::string partitionTable(Session &session, uint32_t unit)
@@ -163,8 +165,7 @@ std::string partitionTable(Session &session, uint32_t unit)
             AclRuleInfoView rule{};
             used += ZR_RECORD_OP(session, COM_ACL_GetRuleInfoFromChipId)(unit, id, &rule) == LSW_OK ? 1 : 0;
         }
-        table.row({fmt::to_string(partition), count == 0 ? "-" : entriesOf(firstId, count),
-                   fmt::to_string(used), fmt::to_string(count - used)});
+        table.row({partition, entriesOf(firstId, count), used, count - used});
     }
     return table.text();
 }
@@ -173,7 +174,9 @@ Outcome list(Session &session, const Arguments &a)
 {
     const uint32_t unit = a.number("unit");
     const std::string partitions = partitionTable(session, unit);
-    return Outcome::shown(ruleTable(session, unit) + "\n" + partitions);
+    Outcome outcome = ruleTable(session, unit);
+    outcome.text += "\n" + partitions;
+    return outcome;
 }
 
 Outcome counters(Session &session, const Arguments &a)
@@ -187,10 +190,10 @@ Outcome counters(Session &session, const Arguments &a)
         uint32_t counter = 0;
         if (ZR_RECORD_OP(session, COM_ACL_GetCounterIdFromChipRuleId)(unit, rule.firstChipId, &counter) ==
             LSW_OK)
-            table.row({fmt::to_string(counter), fmt::to_string(rule.logicRuleId),
-                       entriesOf(rule.firstChipId, rule.count), hitsOf(session, unit, rule.firstChipId)});
+            table.row({counter, rule.logicRuleId, entriesOf(rule.firstChipId, rule.count),
+                       hitsOf(session, unit, rule.firstChipId)});
     });
-    Outcome outcome = Outcome::shown(table.text());
+    Outcome outcome = Outcome::shown(table);
     return outcome.out("used", info->usedNum).out("of", info->counterNum);
 }
 

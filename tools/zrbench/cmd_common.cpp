@@ -9,7 +9,7 @@ namespace zrbench
 namespace
 {
 
-std::string hex(uint32_t value)
+nlohmann::json hex(uint32_t value)
 {
     return fmt::format("{:#x}", value);
 }

@@ -101,10 +101,11 @@ Outcome list(Session &session, const Arguments &a)
         if (status != LSW_OK)
             continue;
         if (++found <= a.number("most"))
-            table.row({std::to_string(index), showMac(entry.mac), std::to_string(entry.entryVlan),
-                       entry.noPort != 0 ? "none" : std::to_string(entry.port), typeName(entry)});
+            table.row({index, showMac(entry.mac), entry.entryVlan,
+                       entry.noPort != 0 ? nlohmann::json("none") : nlohmann::json(entry.port),
+                       typeName(entry)});
     }
-    return Outcome::shown(table.text() + fmt::format("{} of {} entries used\n", found, +ZR_MAC_CAPACITY));
+    return Outcome::shown(table, fmt::format("{} of {} entries used\n", found, +ZR_MAC_CAPACITY));
 }
 
 Outcome registerCallback(Session &session, const Arguments &a)

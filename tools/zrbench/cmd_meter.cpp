@@ -77,10 +77,9 @@ Outcome listMeters(Session &session, const Arguments &a)
         if (inUse(unit, ZR_HSEC_CAR_METER_TYPE, logic) != 1 ||
             chipOf(unit, ZR_HSEC_CAR_METER_TYPE, logic, &chip) != LSW_OK || get(unit, chip, &car) != LSW_OK)
             continue;
-        table.row({fmt::to_string(logic), fmt::to_string(chip), fmt::to_string(car.mode),
-                   fmt::to_string(car.rate), fmt::to_string(car.bucket)});
+        table.row({logic, chip, car.mode, car.rate, car.bucket});
     }
-    return Outcome::shown(table.text());
+    return Outcome::shown(table);
 }
 
 constexpr Argument kType{.name = "type", .optional = true, .otherwise = ZR_HSEC_CAR_METER_TYPE};

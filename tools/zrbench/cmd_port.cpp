@@ -108,21 +108,21 @@ Outcome overview(Session &session, const Arguments &a)
         LswmPortStatistics statistics{};
         const bool counted = session.slot(&ZrPortOps::getStatistics)(unit, port, &statistics) == LSW_OK;
         auto counter = [&](size_t number) {
-            return counted ? fmt::to_string(statistics.counter[number]) : "?";
+            return counted ? nlohmann::json(statistics.counter[number]) : "?";
         };
         uint32_t isolated = 0;
         const bool known = session.slot(&ZrPortOps::getIsolateMap)(unit, port, &isolated) == LSW_OK;
         // The registers of a port without PHY cannot be read, and nothing is printed about it.
         uint16_t phyStatus = 0;
         const bool hasPhy = session.slot(&ZrPortOps::regRead)(unit, port, 0, 1, &phyStatus) == LSW_OK;
-        table.row({fmt::to_string(port), cell(&ZrPortOps::getEnable, kOnOff.choices),
+        table.row({port, cell(&ZrPortOps::getEnable, kOnOff.choices),
                    cell(&ZrPortOps::getLinkStatus, kLink.choices), cell(&ZrPortOps::getSpeed, ""),
                    cell(&ZrPortOps::getDuplex, kDuplex.choices),
                    cell(&ZrPortOps::getAutonegEnable, kOnOff.choices),
                    hasPhy ? cell(&ZrPortOps::getLoopback, kLoop.choices) : "-",
-                   known ? showPorts(isolated) : "?", counter(0), counter(5), counter(8)});
+                   known ? portList(isolated) : "?", counter(0), counter(5), counter(8)});
     }
-    return Outcome::shown(table.text());
+    return Outcome::shown(table);
 }
 
 const Command kCommands[] = {

@@ -10,7 +10,7 @@ namespace zrbench
 namespace
 {
 
-std::string hex(uint32_t value)
+nlohmann::json hex(uint32_t value)
 {
     return fmt::format("{:#06x}", value);
 }
@@ -57,16 +57,16 @@ Outcome statistics(Session &session, const Arguments &a)
         return outcome;
     if (a.has("counter"))
         return outcome.out("value", record.counter[a.number("counter")]);
-    TextTable table({"COUNTER", "VALUE", ""});
+    TextTable table({"COUNTER", "VALUE", "MEANING"});
     uint32_t counting = 0;
     for (uint32_t counter = 0; counter < kCounters; ++counter) {
         if (record.counter[counter] == 0)
             continue;
         ++counting;
-        table.row({fmt::to_string(counter), fmt::to_string(record.counter[counter]),
-                   std::string(counterNote(counter))});
+        table.row({counter, record.counter[counter], counterNote(counter)});
     }
     outcome.text = counting != 0 ? table.text() : "every counter is 0\n";
+    outcome.rows = table.rows();
     return outcome;
 }
 
@@ -187,7 +187,7 @@ const Command kCommands[] = {
      setIsolate},
     slotRow("isolate all", &ZrPortOps::setAllIsolate, {kUnit, kIsolate},
             "isolates every port but the reserved one from all others, or lifts all isolation"),
-    slotRow("isolate show", &ZrPortOps::getIsolateMap, {kUnit, kPort, {"from", showPorts}},
+    slotRow("isolate show", &ZrPortOps::getIsolateMap, {kUnit, kPort, {"from", portList}},
             "shows the ports that a port is isolated from"),
     boardRow("odrop", "odrop", {kUnit, kPort, kFrames}, "board: frames dropped on the way out of a port"),
 };

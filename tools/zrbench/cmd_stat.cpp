@@ -18,11 +18,11 @@ Outcome list(Session &session, const Arguments &a)
         const QosStatPartInfo *part = get(a.number("unit"), type);
         if (part == nullptr)
             throw UsageError{fmt::format("unit {} has no statistics records", a.number("unit"))};
-        table.row({fmt::to_string(type),
-                   part->entryCount == 0 ? "pass-through" : fmt::to_string(part->entryCount),
-                   fmt::to_string(part->usedCount)});
+        table.row({type,
+                   part->entryCount == 0 ? nlohmann::json("pass-through") : nlohmann::json(part->entryCount),
+                   part->usedCount});
     }
-    return Outcome::shown(table.text());
+    return Outcome::shown(table);
 }
 
 constexpr Argument kType{"type"};

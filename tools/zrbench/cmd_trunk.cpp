@@ -19,7 +19,7 @@ const Command kCommands[] = {
     ordered(slotRow("trunk remove", &ZrTrunkOps::delMember, {kUnit, kPort, kGroup},
                     "takes a port out of chip trunk group 0; group 1 is refused"),
             {kUnit, kGroup, kPort}),
-    slotRow("trunk members", &ZrTrunkOps::getMember, {kUnit, kTrunk, {"chipPorts", showPorts}},
+    slotRow("trunk members", &ZrTrunkOps::getMember, {kUnit, kTrunk, {"chipPorts", portList}},
             "shows the chip ports of a trunk"),
     slotRow("trunk create", &ZrTrunkOps::create, {kUnit, kTrunk}, "records a trunk for chip trunk group 0"),
     slotRow("trunk delete", &ZrTrunkOps::destroy, {kUnit, kTrunk},

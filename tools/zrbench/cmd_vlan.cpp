@@ -50,9 +50,9 @@ Outcome list(Session &session, const Arguments &a)
             status != LSW_OK)
             return Outcome::of(status);
         if (memberMask != 0 || untagMask != 0)
-            table.row({fmt::format("{}", vlan), showPorts(memberMask & ~untagMask), showPorts(untagMask)});
+            table.row({vlan, portList(memberMask & ~untagMask), portList(untagMask)});
     }
-    return Outcome::shown(table.text());
+    return Outcome::shown(table);
 }
 
 constexpr Argument kTagging{"tagging", Type::Word, "tagged|untagged"};
@@ -74,7 +74,7 @@ const Command kCommands[] = {
     ordered(slotRow("vlan remove", &ZrVlanOps::delMember, {kUnit, kPort, kVlan}, "takes a port out of a VLAN"),
             {kUnit, kVlan, kPort}),
     slotRow("vlan members", &ZrVlanOps::getPortMap,
-            {kUnit, kVlan, {"members", showPorts}, {"untagged", showPorts}}, "shows a VLAN's members"),
+            {kUnit, kVlan, {"members", portList}, {"untagged", portList}}, "shows a VLAN's members"),
     {"vlan list",
      {kUnit, {.name = "first", .optional = true}, {.name = "last", .optional = true}},
      "lists the VLANs that have members: all, one, or FIRST to LAST",

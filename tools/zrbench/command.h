@@ -81,6 +81,22 @@ private:
     nlohmann::json values_ = nlohmann::json::object();
 };
 
+// A table: a head and rows of texts, numbers and port sets. "-" is a cell without a value.
+class TextTable
+{
+public:
+    explicit TextTable(std::vector<std::string> head) : head_(std::move(head)) {}
+    void row(std::vector<nlohmann::json> cells) { rows_.push_back(std::move(cells)); }
+    // Columns padded to their widest cell.
+    std::string text() const;
+    // A list of objects; "CHIP IDS" names the member "chipIds".
+    nlohmann::json rows() const;
+
+private:
+    std::vector<std::string> head_;
+    std::vector<std::vector<nlohmann::json>> rows_;
+};
+
 // What a command returns.
 struct Outcome {
     bool hasStatus = true; // false for listings and for results that are no status
@@ -89,11 +105,18 @@ struct Outcome {
     std::vector<std::pair<std::string, nlohmann::json>> outputs = {};
     // A table or text shown under the step as it is.
     std::string text = {};
+    // The table's rows for programs; null without a table.
+    nlohmann::json rows = {};
     // The status that the command itself says to expect, in place of 0 or of what the device file says.
     std::optional<uint32_t> expected = {};
 
     static Outcome of(uint32_t status) { return {true, status}; }
     static Outcome shown(std::string text) { return {.hasStatus = false, .text = std::move(text)}; }
+    // A table, and text below it.
+    static Outcome shown(const TextTable &table, const std::string &below = {})
+    {
+        return {.hasStatus = false, .text = table.text() + below, .rows = table.rows()};
+    }
     // Adds an output, unless the status says that it was not written.
     Outcome &out(std::string name, nlohmann::json value)
     {
@@ -127,18 +150,6 @@ std::span<const Command> meterCommands();
 std::span<const Command> statCommands();
 std::span<const Command> frameCommands();
 
-// A text table: a head and rows, columns padded to their widest cell.
-class TextTable
-{
-public:
-    explicit TextTable(std::vector<std::string> head) { rows_.push_back(std::move(head)); }
-    void row(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
-    std::string text() const;
-
-private:
-    std::vector<std::vector<std::string>> rows_;
-};
-
 // The columns that a line takes on a terminal, colours among it.
 size_t columnsOf(std::string_view line);
 // Lines of at most `width` columns, broken at blanks, those after the first indented. 0: as it is.
@@ -146,6 +157,6 @@ std::string folded(std::string_view line, size_t width, size_t indent);
 std::string foldedLines(std::string_view text, size_t width, size_t indent);
 
 std::string showMac(const uint8_t *mac);
-std::string showPorts(uint32_t mask); // "0-4,15", "-" for none
+nlohmann::json portList(uint32_t mask); // [0, 1, 2, 3, 4, 15], shown as "0-4,15"
 
 } // namespace zrbench

@@ -116,8 +116,8 @@ public:
     {
         TextTable table({"PORT", "INTERFACE", "IN", "OUT", "DROPPED"});
         for (const LivePort &port : ports_)
-            table.row({fmt::format("{}/{}", port.unit, port.port), port.interface, fmt::to_string(port.in),
-                       fmt::to_string(port.out), fmt::to_string(port.dropped)});
+            table.row(
+                {fmt::format("{}/{}", port.unit, port.port), port.interface, port.in, port.out, port.dropped});
         std::string text = table.text();
         for (const auto &[reason, count] : reasons_)
             text += fmt::format("dropped as {}: {}\n", reason, count);

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "tools/zrbench/in_service.h"
+#include "tools/zrbench/json_writer.h"
 #include "tools/zrbench/live.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/output.h"
@@ -31,8 +32,14 @@ struct Options {
     bool inService = false;
     std::string colour = "auto";
     bool quiet = false;
+    bool json = false;
 
-    Report report(bool silent = false) const { return {coloured(), quiet || silent}; }
+    Report report(bool silent = false) const
+    {
+        if (json)
+            return Report(std::make_unique<JsonWriter>(quiet || silent));
+        return Report(std::make_unique<TextWriter>(coloured(), quiet || silent));
+    }
 
     bool coloured() const
     {
@@ -70,8 +77,7 @@ int run(const Options &options)
     Session session(options.session);
     Report report = options.report();
     runDevice(session, device, report);
-    const Inspection &inspection = session.inspection();
-    report.summary(device.file, inspection.liveBlocks != nullptr ? inspection.liveBlocks() : 0);
+    report.summary(device.file, session);
     session.finish();
     return report.deviating() == 0 ? kAsExpected : kNotAsExpected;
 }
@@ -91,6 +97,8 @@ int shell(const Options &options)
     if (!options.session.deviceFile.empty())
         runDevice(session, loadDevice(options.session.deviceFile), report);
     const bool good = runShell(session, report, options.commands);
+    if (options.json)
+        report.summary("shell", session);
     session.finish();
     if (!good)
         return kUsage;
@@ -144,6 +152,13 @@ int main(int argc, char **argv)
     app.add_option("--level", options.session.traceLevel,
                    "Enable the library's traces up to this level: 2 events, 3 details")
         ->type_name("LEVEL");
+    app.add_flag_callback(
+        "--json",
+        [&] {
+            options.json = true;
+            options.session.dash = stderr;
+        },
+        "Tell each step as one JSON object a line, the summary last; - is then standard error");
     app.add_flag("--quiet", options.quiet, "Show only what is not as expected, and the summary");
     app.add_flag("--color{always}", options.colour,
                  "Use colours, WHEN: auto (on a terminal), always (or no WHEN), never")

@@ -20,10 +20,10 @@ int keepOpen(std::FILE *file)
     return std::fflush(file);
 }
 
-std::FILE *opened(const std::string &path)
+std::FILE *opened(const std::string &path, std::FILE *standard)
 {
     if (path == "-")
-        return stdout;
+        return standard;
     const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
     std::FILE *file = descriptor < 0 ? nullptr : fdopen(descriptor, "w");
     if (file == nullptr)
@@ -33,8 +33,11 @@ std::FILE *opened(const std::string &path)
 
 } // namespace
 
-Output::Output(const std::string &path)
-    : name_(path == "-" ? "standard output" : path), file_(opened(path), path == "-" ? keepOpen : std::fclose)
+Output::Output(const std::string &path, std::FILE *standard)
+    : name_(path != "-"          ? path
+            : standard == stdout ? "standard output"
+                                 : "standard error"),
+      file_(opened(path, standard), path == "-" ? keepOpen : std::fclose)
 {
     fstat(fileno(file_.get()), &identity_);
 }
@@ -58,7 +61,8 @@ bool Output::sameAs(const std::string &path) const
 
 void Output::start()
 {
-    if (file_.get() != stdout && S_ISREG(identity_.st_mode) && ftruncate(fileno(file_.get()), 0) != 0)
+    if (file_.get() != stdout && file_.get() != stderr && S_ISREG(identity_.st_mode) &&
+        ftruncate(fileno(file_.get()), 0) != 0)
         keepFailure();
 }
 

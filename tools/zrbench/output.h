@@ -17,8 +17,8 @@ namespace zrbench
 class Output
 {
 public:
-    // "-" is standard output. A file keeps its contents until start(). Throws UsageError.
-    explicit Output(const std::string &path);
+    // "-" is the standard stream given. A file keeps its contents until start(). Throws UsageError.
+    explicit Output(const std::string &path, std::FILE *standard = stdout);
 
     // Whether this writes the same regular file as the other, or the one of that path.
     bool sameAs(const Output &other) const;

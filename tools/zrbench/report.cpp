@@ -34,14 +34,8 @@ std::string statusText(uint32_t status)
 
 std::string moduleText(uint32_t module)
 {
-    static const std::map<uint32_t, std::string_view> kNames = {
-        {LSW_MODULE_SMI, "smi"},     {LSW_MODULE_CHIP, "chip"},      {LSW_MODULE_PORT, "port"},
-        {LSW_MODULE_MAC, "mac"},     {LSW_MODULE_VLAN, "vlan"},      {LSW_MODULE_QOS, "qos"},
-        {LSW_MODULE_ACL, "acl"},     {LSW_MODULE_STORMCTL, "storm"}, {LSW_MODULE_STP, "stp"},
-        {LSW_MODULE_TRUNK, "trunk"},
-    };
-    const auto name = kNames.find(module);
-    return name == kNames.end() ? std::to_string(module) : fmt::format("{} {}", module, name->second);
+    const std::string_view name = moduleName(module);
+    return fmt::format("{}{}{}", module, name.empty() ? "" : " ", name);
 }
 
 std::string numberText(uint32_t number)
@@ -82,18 +76,18 @@ bool isRefused(const CheckedRun &run)
 
 } // namespace
 
-std::string Report::painted(const char *colour, const std::string &text) const
+std::string TextWriter::painted(const char *colour, const std::string &text) const
 {
     return colour_ ? fmt::format("\033[{}m{}\033[0m", colour, text) : text;
 }
 
-void Report::heading(const std::string &text) const
+void TextWriter::heading(const std::string &text)
 {
     if (!quiet_)
         print("\n{}", folded(painted(kHeading, text), terminalWidth(), 0));
 }
 
-std::string Report::verdict(const std::vector<CheckedRun> &runs) const
+std::string TextWriter::verdict(const std::vector<CheckedRun> &runs) const
 {
     if (runs.size() == 1) {
         const Outcome &outcome = runs[0].result.outcome;
@@ -115,7 +109,7 @@ std::string Report::verdict(const std::vector<CheckedRun> &runs) const
     return text;
 }
 
-void Report::details(const CheckedRun &run) const
+void TextWriter::details(const CheckedRun &run) const
 {
     for (const std::string &call : run.result.calls)
         below(painted(kDim, "> " + call));
@@ -133,19 +127,14 @@ void Report::details(const CheckedRun &run) const
         below(painted(kBad, "NOT AS EXPECTED: " + deviation));
 }
 
-void Report::step(const std::string &text, const std::string &note, const std::vector<CheckedRun> &runs,
-                  bool always)
+void TextWriter::step(const StepReport &step)
 {
-    ++number_;
-    const bool deviates = std::ranges::any_of(runs, hasDeviated);
-    deviating_ += deviates ? 1 : 0;
-    refused_ += !deviates && std::ranges::any_of(runs, isRefused) ? 1 : 0;
-    if (quiet_ && !deviates && !always)
+    if (quiet_ && !step.deviates && !step.always)
         return;
 
-    const std::string result = verdict(runs);
+    const std::string result = verdict(step.runs);
     const size_t width = terminalWidth();
-    const std::string line = fmt::format("{:>4}  {}", number_, text);
+    const std::string line = fmt::format("{:>4}  {}", step.number, step.text);
     // A result that does not fit beside its step stands below.
     const size_t column =
         width == 0 ? kResultColumn : std::min(kResultColumn, width - std::min(width, kResultWidth));
@@ -155,35 +144,73 @@ void Report::step(const std::string &text, const std::string &note, const std::v
     else
         print("{}{}", folded(line, width, kIndent.size() + 2),
               result.empty() ? "" : folded(fmt::format("{}{}", kIndent, result), width, kIndent.size() + 2));
-    if (!note.empty())
-        below(painted(kDim, note));
-    if (runs.size() == 1) {
-        details(runs[0]);
+    if (!step.note.empty())
+        below(painted(kDim, step.note));
+    if (step.runs.size() == 1) {
+        details(step.runs[0]);
         return;
     }
     // Of many runs the first that deviate are shown, else the first that was refused.
     constexpr size_t kMostShown = 3;
     size_t shownRuns = 0;
-    for (const CheckedRun &run : runs) {
-        if (deviates ? !hasDeviated(run) : !isRefused(run))
+    for (const CheckedRun &run : step.runs) {
+        if (step.deviates ? !hasDeviated(run) : !isRefused(run))
             continue;
-        if (++shownRuns > (deviates ? kMostShown : 1))
+        if (++shownRuns > (step.deviates ? kMostShown : 1))
             continue;
         print("       {}: {}\n", run.invocation->text, statusText(run.result.outcome.status));
         details(run);
     }
-    if (deviates && shownRuns > kMostShown)
+    if (step.deviates && shownRuns > kMostShown)
         print("       and {} more\n", shownRuns - kMostShown);
 }
 
-void Report::summary(const std::string &title, unsigned heldBlocks) const
+void TextWriter::summary(const std::string &title, const RunCounts &counts)
 {
-    const std::string counts =
-        fmt::format("{} steps, {} refused as expected, {} not as expected, {} memory blocks held", number_,
-                    refused_, deviating_, heldBlocks);
+    const std::string text =
+        fmt::format("{} steps, {} refused as expected, {} not as expected, {} memory blocks held", counts.steps,
+                    counts.refused, counts.deviating, counts.heldBlocks);
     print("{}{}", quiet_ ? "" : "\n",
-          folded(fmt::format("{}: {}", title, painted(deviating_ == 0 ? kGood : kBad, counts)), terminalWidth(),
-                 4));
+          folded(fmt::format("{}: {}", title, painted(counts.deviating == 0 ? kGood : kBad, text)),
+                 terminalWidth(), 4));
+}
+
+void Report::heading(const std::string &text)
+{
+    for (const auto &writer : writers_)
+        writer->heading(text);
+}
+
+void Report::step(const std::string &text, const std::string &note, const std::vector<CheckedRun> &runs,
+                  bool always)
+{
+    const bool deviates = std::ranges::any_of(runs, hasDeviated);
+    const bool refused = !deviates && std::ranges::any_of(runs, isRefused);
+    ++counts_.steps;
+    counts_.deviating += deviates ? 1 : 0;
+    counts_.refused += refused ? 1 : 0;
+    for (const auto &writer : writers_)
+        writer->step({counts_.steps, text, note, runs, deviates, refused, always});
+}
+
+void Report::summary(const std::string &title, const Session &session)
+{
+    const Inspection &inspection = session.inspection();
+    counts_.heldBlocks = inspection.liveBlocks != nullptr ? inspection.liveBlocks() : 0;
+    for (const auto &writer : writers_)
+        writer->summary(title, counts_);
+}
+
+std::string_view moduleName(uint32_t module)
+{
+    static const std::map<uint32_t, std::string_view> kNames = {
+        {LSW_MODULE_SMI, "smi"},     {LSW_MODULE_CHIP, "chip"},      {LSW_MODULE_PORT, "port"},
+        {LSW_MODULE_MAC, "mac"},     {LSW_MODULE_VLAN, "vlan"},      {LSW_MODULE_QOS, "qos"},
+        {LSW_MODULE_ACL, "acl"},     {LSW_MODULE_STORMCTL, "storm"}, {LSW_MODULE_STP, "stp"},
+        {LSW_MODULE_TRUNK, "trunk"},
+    };
+    const auto name = kNames.find(module);
+    return name == kNames.end() ? std::string_view() : name->second;
 }
 
 } // namespace zrbench

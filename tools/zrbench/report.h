@@ -1,6 +1,7 @@
-// Prints a run: one line per step, the lines that it caused, and what was not as expected.
+// What the steps of a run came to: counted, and told as text, as JSON or to whoever else keeps them.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,21 +20,47 @@ struct CheckedRun {
     std::vector<std::string> deviations;
 };
 
-class Report
+// A step with one run, or with several that are told as one unless they deviate.
+struct StepReport {
+    unsigned number; // from 1
+    const std::string &text;
+    const std::string &note;
+    const std::vector<CheckedRun> &runs;
+    bool deviates;
+    bool refused; // as expected
+    bool always;  // told even by a quiet report
+};
+
+struct RunCounts {
+    unsigned steps = 0;
+    unsigned refused = 0;    // as expected
+    unsigned deviating = 0;  // not as expected
+    unsigned heldBlocks = 0; // memory blocks that the library has not freed
+};
+
+class StepWriter
 {
 public:
-    Report(bool colour, bool quiet) : colour_(colour), quiet_(quiet) {}
+    StepWriter() = default;
+    StepWriter(const StepWriter &) = delete;
+    StepWriter &operator=(const StepWriter &) = delete;
+    virtual ~StepWriter() = default;
 
-    void heading(const std::string &text) const;
-    // A step with one run or several; several are shown as one unless they deviate. Counts the step. With
-    // `always` it is printed even when the report is quiet.
-    void step(const std::string &text, const std::string &note, const std::vector<CheckedRun> &runs,
-              bool always = false);
-    // The counts. `heldBlocks`: memory blocks that the library has not freed.
-    void summary(const std::string &title, unsigned heldBlocks) const;
+    virtual void heading(const std::string &text) = 0;
+    virtual void step(const StepReport &step) = 0;
+    // The end of the run that `title` names.
+    virtual void summary(const std::string &title, const RunCounts &counts) = 0;
+};
 
-    // Steps that were not as expected.
-    unsigned deviating() const { return deviating_; }
+// For people.
+class TextWriter final : public StepWriter
+{
+public:
+    TextWriter(bool colour, bool quiet) : colour_(colour), quiet_(quiet) {}
+
+    void heading(const std::string &text) override;
+    void step(const StepReport &step) override;
+    void summary(const std::string &title, const RunCounts &counts) override;
 
 private:
     std::string painted(const char *colour, const std::string &text) const;
@@ -42,9 +69,28 @@ private:
 
     bool colour_;
     bool quiet_;
-    unsigned number_ = 0;
-    unsigned refused_ = 0;
-    unsigned deviating_ = 0;
 };
+
+class Report
+{
+public:
+    explicit Report(std::unique_ptr<StepWriter> writer) { add(std::move(writer)); }
+    void add(std::unique_ptr<StepWriter> writer) { writers_.push_back(std::move(writer)); }
+
+    void heading(const std::string &text);
+    void step(const std::string &text, const std::string &note, const std::vector<CheckedRun> &runs,
+              bool always = false);
+    void summary(const std::string &title, const Session &session);
+
+    // Steps that were not as expected.
+    unsigned deviating() const { return counts_.deviating; }
+
+private:
+    std::vector<std::unique_ptr<StepWriter>> writers_;
+    RunCounts counts_;
+};
+
+// A printed line's module as the manager's numbers name it: "vlan"; empty for a number without a name.
+std::string_view moduleName(uint32_t module);
 
 } // namespace zrbench

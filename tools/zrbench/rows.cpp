@@ -28,10 +28,10 @@ std::string boardAnswer(Session &session, const std::string &verb, const std::ve
 
 } // namespace
 
-std::string worded(std::string_view choices, uint32_t value)
+nlohmann::json worded(std::string_view choices, uint32_t value)
 {
     const std::vector<std::string_view> words = split(choices, '|');
-    return !choices.empty() && value < words.size() ? std::string(words[value]) : fmt::to_string(value);
+    return !choices.empty() && value < words.size() ? nlohmann::json(words[value]) : nlohmann::json(value);
 }
 
 void addOutput(Outcome &outcome, const Parameter &parameter, uint32_t value)

@@ -16,13 +16,13 @@ namespace zrbench
 // 0, 1 and so on, and `show` writes it in another form.
 struct Parameter : Argument {
     Parameter(const Argument &argument) : Argument(argument) {}
-    Parameter(const char *text, std::string (*form)(uint32_t) = nullptr) : Argument{text}, show(form) {}
+    Parameter(const char *text, nlohmann::json (*form)(uint32_t) = nullptr) : Argument{text}, show(form) {}
 
-    std::string (*show)(uint32_t) = nullptr;
+    nlohmann::json (*show)(uint32_t) = nullptr;
 };
 
 // 0 and 1 as "off" and "on" with choices of "off|on"; a number beyond the choices as it is.
-std::string worded(std::string_view choices, uint32_t value);
+nlohmann::json worded(std::string_view choices, uint32_t value);
 
 void addOutput(Outcome &outcome, const Parameter &parameter, uint32_t value);
 

@@ -88,11 +88,11 @@ Session::Session(const SessionOptions &options)
         setTraceLevel(options.traceLevel);
     if (!options.dumpFile.empty()) {
         needed(inspection_.dump, "--dump");
-        dump_.emplace(options.dumpFile);
+        dump_.emplace(options.dumpFile, options.dash);
     }
     if (!options.traceFile.empty()) {
         needed(inspection_.onCall, "--trace");
-        trace_.emplace(options.traceFile);
+        trace_.emplace(options.traceFile, options.dash);
     }
     for (const std::string &read : {options.deviceFile, located(options.platform), located(options.library)}) {
         if ((dump_ && dump_->sameAs(read)) || (trace_ && trace_->sameAs(read)))

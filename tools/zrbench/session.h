@@ -1,6 +1,7 @@
 // One run of the bench: the loaded platform and library, what they print, and how commands are run.
 #pragma once
 
+#include <cstdio>
 #include <functional>
 #include <optional>
 #include <string>
@@ -47,9 +48,10 @@ Failure parseFailure(const std::string &text);
 struct SessionOptions {
     std::string platform = "libzrsim.so";
     std::string library = "libzrlsw.so";
-    std::string deviceFile; // read, so never written over
-    std::string traceFile;  // "-": standard output; empty: none
-    std::string dumpFile;   // the same
+    std::string deviceFile;   // read, so never written over
+    std::string traceFile;    // "-": standard output; empty: none
+    std::string dumpFile;     // the same
+    std::FILE *dash = stdout; // what "-" stands for in these two
     std::vector<std::string> failures;
     uint32_t traceLevel = 0;
 };

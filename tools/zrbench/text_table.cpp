@@ -1,21 +1,50 @@
 #include <algorithm>
+#include <cctype>
 #include <fmt/format.h>
 
 #include "tools/zrbench/command.h"
+#include "tools/zrbench/values.h"
+
+using nlohmann::json;
 
 namespace zrbench
 {
 
+namespace
+{
+
+// "CHIP IDS" as "chipIds".
+std::string memberName(std::string_view head)
+{
+    std::string name;
+    bool starts = false;
+    for (const char c : head) {
+        const auto letter = static_cast<unsigned char>(c);
+        if (std::isalnum(letter) != 0)
+            name += static_cast<char>(starts && !name.empty() ? std::toupper(letter) : std::tolower(letter));
+        starts = std::isalnum(letter) == 0;
+    }
+    return name;
+}
+
+} // namespace
+
 std::string TextTable::text() const
 {
-    std::vector<size_t> widths;
+    std::vector<std::vector<std::string>> lines{head_};
     for (const auto &cells : rows_) {
+        auto &line = lines.emplace_back();
+        for (const json &cell : cells)
+            line.push_back(plainText(cell));
+    }
+    std::vector<size_t> widths;
+    for (const auto &cells : lines) {
         widths.resize(std::max(widths.size(), cells.size()));
         for (size_t i = 0; i < cells.size(); ++i)
             widths[i] = std::max(widths[i], cells[i].size());
     }
     std::string text;
-    for (const auto &cells : rows_) {
+    for (const auto &cells : lines) {
         std::string line;
         for (size_t i = 0; i < cells.size(); ++i)
             line += fmt::format("{:<{}}  ", cells[i], widths[i]);
@@ -23,6 +52,17 @@ std::string TextTable::text() const
         text += line + "\n";
     }
     return text;
+}
+
+json TextTable::rows() const
+{
+    json rows = json::array();
+    for (const auto &cells : rows_) {
+        json &row = rows.emplace_back(json::object());
+        for (size_t i = 0; i < cells.size() && i < head_.size(); ++i)
+            row[memberName(head_[i])] = cells[i] == "-" ? json() : cells[i];
+    }
+    return rows;
 }
 
 namespace
@@ -90,20 +130,13 @@ std::string showMac(const uint8_t *mac)
     return fmt::format("{:02x}", fmt::join(mac, mac + 6, ":"));
 }
 
-std::string showPorts(uint32_t mask)
+json portList(uint32_t mask)
 {
-    std::string text;
-    for (uint32_t first = 0; first < 32; ++first) {
-        if ((mask >> first & 1) == 0)
-            continue;
-        uint32_t last = first;
-        while (last < 31 && (mask >> (last + 1) & 1) != 0)
-            ++last;
-        text += text.empty() ? "" : ",";
-        text += first == last ? fmt::format("{}", first) : fmt::format("{}-{}", first, last);
-        first = last;
-    }
-    return text.empty() ? "-" : text;
+    json ports = json::array();
+    for (uint32_t port = 0; port < 32; ++port)
+        if ((mask >> port & 1) != 0)
+            ports.push_back(port);
+    return ports;
 }
 
 } // namespace zrbench

@@ -155,7 +155,19 @@ std::optional<std::vector<uint32_t>> parseList(std::string_view text, uint32_t m
 
 std::string plainText(const json &value)
 {
-    return value.is_string() ? value.get<std::string>() : dumped(value);
+    if (value.is_string())
+        return value.get<std::string>();
+    if (!value.is_array() || !std::ranges::all_of(value, [](const json &e) { return e.is_number_unsigned(); }))
+        return dumped(value);
+    std::string text;
+    for (size_t first = 0, last = 0; first < value.size(); first = ++last) {
+        while (last + 1 < value.size() && value[last + 1] == value[last].get<uint64_t>() + 1)
+            ++last;
+        text += fmt::format("{}{}", text.empty() ? "" : ",", value[first].get<uint64_t>());
+        if (first != last)
+            text += fmt::format("-{}", value[last].get<uint64_t>());
+    }
+    return text.empty() ? "-" : text;
 }
 
 json parseJson(std::string_view text)

@@ -31,7 +31,8 @@ nlohmann::json parseJson(std::string_view text);
 
 // A JSON value as an error message shows it, cut where it is long.
 std::string shown(const nlohmann::json &value);
-// A text as it is, anything else as JSON. Bytes that are not UTF-8 are replaced.
+// A text as it is, a list of numbers as "0-4,15" ("-" without any), anything else as JSON. Bytes that are not
+// UTF-8 are replaced.
 std::string plainText(const nlohmann::json &value);
 
 // The value that Arguments keeps for `argument`. Throws ArgumentError.
