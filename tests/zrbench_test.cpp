@@ -224,12 +224,14 @@ TEST_F(ZrbenchTest, AShellWithoutATerminalEndsWithWhatBecameOfItsSteps)
         {"expect some chip init 7", kUsage,
          "status: expected a number or one of ok, invalid-argument, null-pointer"},
         {"expect 1 chip start 7", kUsage, "command 1: command: no command \"chip start\"; there is chip init"},
-        {"board 1 revison 3", kNotAsExpected, "NOT AS EXPECTED: the board refuses this"},
         {"chip init 1; source inner; ops", kUsage, "inner: line 2: register is missing"},
         {"source device.json; exit; ops", kAsExpected, "   3  chip init 3"},
         {"source nowhere", kUsage, "command 1: nowhere: cannot be read"},
         {"source loop", kUsage, "loop: line 1: loop: files name each other more than 16 deep"},
         {"? trace", kAsExpected, "trace off|calls|all"},
+        {"chip init 1; vlan members 1 ?", kAsExpected, "  VLAN: a VLAN, 1 to 4094; a number"},
+        {"board 1 revison 3", kNotAsExpected, "'help' lists them; did you mean revision?"},
+        {"link 1 9 up", kNotAsExpected, "usage: link UNIT PORT down|up\n"},
     };
     for (const auto &row : cases) {
         const Ended ended = bench(fmt::format("shell -c '{}'", row.commands));
@@ -239,6 +241,20 @@ TEST_F(ZrbenchTest, AShellWithoutATerminalEndsWithWhatBecameOfItsSteps)
     const Ended refused = steps(R"("source inner")");
     EXPECT_EQ(refused.status, kUsage);
     EXPECT_THAT(refused.output, HasSubstr("/steps/0: source inner: only the shell takes commands from a file"));
+
+    // What the documents say of scripts.
+    std::istringstream document(contents(ZRLSW_SOURCE_DIR "/docs/shell.md"));
+    size_t scripts = 0;
+    for (std::string line; std::getline(document, line);) {
+        const size_t start = line.find("zrbench shell");
+        if (!line.starts_with("    ") || start == std::string::npos || line.ends_with("--up") ||
+            line.find('<') != std::string::npos)
+            continue;
+        const Ended ended = shellCommand(line.substr(4, start - 4) + commandLine(line.substr(start + 8)));
+        EXPECT_EQ(ended.status, kAsExpected) << line << "\n" << ended.output;
+        ++scripts;
+    }
+    EXPECT_EQ(scripts, 2U);
 
     const Ended up = bench("shell --up -c 'expect ok vlan members 2 20'");
     EXPECT_EQ(up.status, kAsExpected) << up.output;

@@ -50,12 +50,14 @@ struct Argument {
     uint32_t most = UINT32_MAX; // the largest number
     // Throws UsageError for a value of the right type that the command cannot take.
     void (*check)(const nlohmann::json &value) = nullptr;
+    std::string_view meaning = {}; // what it stands for, where its name and type do not say it
 };
 
-constexpr Argument kUnit{"unit"};
-constexpr Argument kByteUnit{.name = "unit", .most = UINT8_MAX}; // for operations that take 8 bits
-constexpr Argument kPort{"port"};
-constexpr Argument kVlan{"vlan"};
+constexpr Argument kUnit{.name = "unit", .meaning = "a chip, 0 to 2"};
+// For operations that take 8 bits.
+constexpr Argument kByteUnit{.name = "unit", .most = UINT8_MAX, .meaning = kUnit.meaning};
+constexpr Argument kPort{.name = "port", .meaning = "the manager's number of a port"};
+constexpr Argument kVlan{.name = "vlan", .meaning = "a VLAN, 1 to 4094"};
 constexpr Argument kOnOff{"enable", Type::Word, "off|on"};
 
 // The arguments of one invocation by name, each checked against its type.

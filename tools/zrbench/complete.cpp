@@ -301,22 +301,31 @@ std::string helpAt(std::string_view line, const Session *session, size_t width)
     const Argument *argument = place.current();
     if (argument != nullptr && argument->type == Type::Line && !place.begun.empty())
         return helpAt(place.begun, session, width);
-    if (place.command == nullptr)
-        return help(place.before, width);
+    if (place.command == nullptr) {
+        try {
+            return help(place.before, width);
+        } catch (const UsageError &error) {
+            return folded(error.text, width, 2);
+        }
+    }
     std::string text = help(*place.command, width);
     if (argument == nullptr)
         return text + "  (nothing more)\n";
-    text += folded(fmt::format("  {}: {}", usage(*argument), expectedOf(*argument)), width, 4);
-    std::vector<std::string> words = completionAt(line, session).words;
-    return text + inColumns(words, width);
+    text += folded(fmt::format("  {}: {}{}{}", usage(*argument), argument->meaning,
+                               argument->meaning.empty() ? "" : "; ", expectedOf(*argument)),
+                   width, 4);
+    return text + inColumns(completionAt(line, session).words, width);
 }
 
-std::string inColumns(const std::vector<std::string> &words, size_t width)
+std::string inColumns(std::vector<std::string> words, size_t width)
 {
     size_t widest = 1;
-    for (const std::string &word : words)
-        widest = std::max(widest, word.size() + 1);
-    const size_t across = std::max<size_t>(1, (width - 2) / widest);
+    for (std::string &word : words) {
+        word.erase(word.find_last_not_of(' ') + 1);
+        widest = std::max(widest, word.size() + 2);
+    }
+    constexpr size_t kUsual = 80;
+    const size_t across = std::max<size_t>(1, ((width == 0 ? kUsual : width) - 2) / widest);
     const size_t down = (words.size() + across - 1) / across;
     std::string text;
     for (size_t row = 0; row < down; ++row) {

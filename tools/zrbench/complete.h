@@ -27,6 +27,6 @@ std::string hintAt(std::string_view line);
 std::string helpAt(std::string_view line, const Session *session, size_t width);
 
 // Words in columns.
-std::string inColumns(const std::vector<std::string> &words, size_t width);
+std::string inColumns(std::vector<std::string> words, size_t width);
 
 } // namespace zrbench

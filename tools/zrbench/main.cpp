@@ -15,6 +15,7 @@
 #include "tools/zrbench/pager.h"
 #include "tools/zrbench/runner.h"
 #include "tools/zrbench/shell.h"
+#include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
 
 using namespace zrbench;
@@ -60,6 +61,22 @@ public:
                                             : CLI::Formatter::make_option_name(option, positional);
     }
 };
+
+// The subcommands and options of a command line.
+std::vector<std::string_view> wordsOf(const CLI::App &app)
+{
+    static std::vector<std::string> names;
+    for (const CLI::Option *option : app.get_options())
+        for (const std::string &name : option->get_lnames())
+            names.push_back("--" + name);
+    for (const CLI::App *command : app.get_subcommands([](const CLI::App *) { return true; })) {
+        names.push_back(command->get_name());
+        for (const CLI::Option *option : command->get_options())
+            for (const std::string &name : option->get_lnames())
+                names.push_back("--" + name);
+    }
+    return {names.begin(), names.end()};
+}
 
 // Keeps a file that is opened later from taking the place of a closed standard stream. Reading from or writing
 // to the stream still fails.
@@ -128,8 +145,10 @@ int main(int argc, char **argv)
     app.require_subcommand(1);
     app.failure_message([](const CLI::App *failed, const CLI::Error &error) {
         const std::vector<std::string> unknown = failed->remaining();
-        return fmt::format("zrbench: {}{}; see --help", error.what(),
-                           unknown.empty() ? "" : ", found " + shown(unknown[0]));
+        if (unknown.empty())
+            return fmt::format("zrbench: {}; see --help", error.what());
+        return fmt::format("zrbench: {}, found {}{}", error.what(), shown(unknown[0]),
+                           didYouMean(unknown[0], wordsOf(*failed), "; see --help"));
     });
     app.footer("Exit status: 0 all as expected, 1 a step was not as expected, 2 bad use, file or platform.\n"
                "Device files: docs/device-files.md");

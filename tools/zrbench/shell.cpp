@@ -16,6 +16,7 @@
 #include "tools/zrbench/line_editor.h"
 #endif
 
+#include "tools/zrbench/complete.h"
 #include "tools/zrbench/output.h"
 #include "tools/zrbench/pager.h"
 #include "tools/zrbench/runner.h"
@@ -191,14 +192,20 @@ private:
             if (device_)
                 runDevice(session_, *std::exchange(device_, {}), report_);
         } catch (const ArgumentError &error) {
-            refuse(error.argument + ": " + error.text);
+            refuse(line, error.argument + ": " + error.text);
         } catch (const UsageError &error) {
-            refuse(error.text);
+            refuse(line, error.text);
         }
     }
 
-    void refuse(const std::string &text)
+    // A ? at the end of a line asks what can stand there; where lines are edited, the key does.
+    void refuse(const std::string &line, const std::string &text)
     {
+        const size_t end = line.find_last_not_of(" \t\r");
+        if (line[end] == '?' && end > 0) {
+            print("{}", helpAt(line.substr(0, end), &session_, terminalWidth()));
+            return;
+        }
         complain(reading_.back()->place() + text);
         allGood_ = false;
     }
