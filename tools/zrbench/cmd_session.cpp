@@ -80,7 +80,7 @@ const Command kCommands[] = {
      {},
      "shows the operation tables slot by slot",
      "",
-     [](Session &session, const Arguments &) { return Outcome::shown(showOperations(session.tables())); }},
+     [](Session &session, const Arguments &) { return showOperations(session.tables()); }},
     {"dump",
      {},
      "shows the state of chips, board and manager as JSON",

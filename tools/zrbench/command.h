@@ -89,8 +89,8 @@ class TextTable
 public:
     explicit TextTable(std::vector<std::string> head) : head_(std::move(head)) {}
     void row(std::vector<nlohmann::json> cells) { rows_.push_back(std::move(cells)); }
-    // Columns padded to their widest cell.
-    std::string text() const;
+    // Columns padded to their widest cell; with a `width`, wide cells are folded to stay within it.
+    std::string text(size_t width = 0) const;
     // A list of objects; "CHIP IDS" names the member "chipIds".
     nlohmann::json rows() const;
 
@@ -109,15 +109,22 @@ struct Outcome {
     std::string text = {};
     // The table's rows for programs; null without a table.
     nlohmann::json rows = {};
+    // The table that `text` starts with, for a terminal that is narrower.
+    std::optional<TextTable> table = {};
     // The status that the command itself says to expect, in place of 0 or of what the device file says.
     std::optional<uint32_t> expected = {};
 
     static Outcome of(uint32_t status) { return {true, status}; }
     static Outcome shown(std::string text) { return {.hasStatus = false, .text = std::move(text)}; }
+    // `text` as a terminal of that width shows it.
+    std::string textWithin(size_t width) const
+    {
+        return table && width != 0 ? table->text(width) + text.substr(table->text().size()) : text;
+    }
     // A table, and text below it.
     static Outcome shown(const TextTable &table, const std::string &below = {})
     {
-        return {.hasStatus = false, .text = table.text() + below, .rows = table.rows()};
+        return {.hasStatus = false, .text = table.text() + below, .rows = table.rows(), .table = table};
     }
     // Adds an output, unless the status says that it was not written.
     Outcome &out(std::string name, nlohmann::json value)

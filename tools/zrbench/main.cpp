@@ -214,7 +214,7 @@ int main(int argc, char **argv)
     command->callback([&] {
         Session session(options.session);
         const Pager pager(true);
-        print("{}", foldedLines(showOperations(session.tables()), terminalWidth(), 4));
+        print("{}", showOperations(session.tables()).textWithin(terminalWidth()));
         session.finish();
     });
 

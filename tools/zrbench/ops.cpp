@@ -96,9 +96,8 @@ std::string operationName(const void *operation)
     return info.dli_sname;
 }
 
-std::string showOperations(const Tables &tables)
+Outcome showOperations(const Tables &tables)
 {
-    std::string text;
     size_t filled = 0;
     size_t operations = 0;
     TextTable table({"SLOT", "OPERATION", "COMMAND"});
@@ -117,7 +116,7 @@ std::string showOperations(const Tables &tables)
         shown.insert(shown.find('('), name);
         table.row({slot.label(), shown, commandFor(slot)});
     }
-    return table.text() + fmt::format("{} of {} operations filled\n", filled, operations);
+    return Outcome::shown(table, fmt::format("{} of {} operations filled\n", filled, operations));
 }
 
 } // namespace zrbench

@@ -6,6 +6,7 @@
 #include <typeinfo>
 #include <vector>
 
+#include "tools/zrbench/command.h"
 #include "tools/zrbench/tables.h"
 
 namespace zrbench
@@ -26,7 +27,7 @@ std::vector<Slot> slots(const Tables &tables);
 // The exported name of an operation, or an empty text.
 std::string operationName(const void *operation);
 
-// The tables as text: operation with signature, and the command that calls it.
-std::string showOperations(const Tables &tables);
+// The slots as a table: operation with signature, and the command that calls it.
+Outcome showOperations(const Tables &tables);
 
 } // namespace zrbench

@@ -43,12 +43,17 @@ std::string numberText(uint32_t number)
     return number <= 9999 ? std::to_string(number) : fmt::format("{:#x}", number);
 }
 
+// The columns for what stands below a step; 0 for any number.
+size_t roomBelow()
+{
+    const size_t width = terminalWidth();
+    return width - std::min(width, kStepIndent);
+}
+
 // Lines below a step, folded where a terminal ends.
 void below(std::string_view text)
 {
-    const size_t width = terminalWidth();
-    const size_t room = width - std::min(width, kStepIndent);
-    const std::string lines = foldedLines(text, room, 2);
+    const std::string lines = foldedLines(text, roomBelow(), 2);
     for (std::string_view rest = lines; !rest.empty();) {
         const size_t end = rest.find('\n');
         print("{}{}\n", end == 0 ? "" : kIndent, rest.substr(0, end));
@@ -122,7 +127,7 @@ void TextWriter::details(const CheckedRun &run) const
         else
             below(painted(kDim, fmt::format("- [{}] {}", moduleText(line.module), line.text)));
     }
-    below(run.result.outcome.text);
+    below(run.result.outcome.textWithin(roomBelow()));
     for (const std::string &deviation : run.deviations)
         below(painted(kBad, "NOT AS EXPECTED: " + deviation));
 }

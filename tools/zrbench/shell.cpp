@@ -198,12 +198,14 @@ private:
         }
     }
 
-    // A ? at the end of a line asks what can stand there; where lines are edited, the key does.
+    // A ? at the end of a line asks what can stand there; where lines are edited, the key does. The answer is
+    // no step, so it goes where errors go.
     void refuse(const std::string &line, const std::string &text)
     {
         const size_t end = line.find_last_not_of(" \t\r");
         if (line[end] == '?' && end > 0) {
-            print("{}", helpAt(line.substr(0, end), &session_, terminalWidth()));
+            std::fflush(stdout);
+            std::fputs(helpAt(line.substr(0, end), &session_, terminalWidth()).c_str(), stderr);
             return;
         }
         complain(reading_.back()->place() + text);

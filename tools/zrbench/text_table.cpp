@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cctype>
 #include <fmt/format.h>
+#include <numeric>
 
 #include "tools/zrbench/command.h"
 #include "tools/zrbench/values.h"
@@ -29,7 +30,7 @@ std::string memberName(std::string_view head)
 
 } // namespace
 
-std::string TextTable::text() const
+std::string TextTable::text(size_t width) const
 {
     std::vector<std::vector<std::string>> lines{head_};
     for (const auto &cells : rows_) {
@@ -38,18 +39,48 @@ std::string TextTable::text() const
             line.push_back(plainText(cell));
     }
     std::vector<size_t> widths;
+    std::vector<size_t> narrowest; // a column's longest word
     for (const auto &cells : lines) {
         widths.resize(std::max(widths.size(), cells.size()));
-        for (size_t i = 0; i < cells.size(); ++i)
+        narrowest.resize(widths.size());
+        for (size_t i = 0; i < cells.size(); ++i) {
             widths[i] = std::max(widths[i], cells[i].size());
+            for (size_t from = 0; from < cells[i].size();) {
+                const size_t to = std::min(cells[i].find_first_of(" ,", from), cells[i].size() - 1) + 1;
+                narrowest[i] = std::max(narrowest[i], to - from - (cells[i][to - 1] == ' ' ? 1 : 0));
+                from = to;
+            }
+        }
+    }
+    const size_t all = std::accumulate(widths.begin(), widths.end(), size_t{0});
+    const size_t gap = width == 0 || all + 2 * widths.size() <= width + 2 ? 2 : 1;
+    for (size_t total = all + gap * (widths.size() - 1); width != 0 && total > width; --total) {
+        size_t widest = 0; // of those that can become narrower
+        for (size_t i = 1; i < widths.size(); ++i)
+            if (widths[i] > narrowest[i] && (widths[i] > widths[widest] || widths[widest] <= narrowest[widest]))
+                widest = i;
+        if (widths[widest] <= narrowest[widest])
+            break;
+        --widths[widest];
     }
     std::string text;
     for (const auto &cells : lines) {
-        std::string line;
-        for (size_t i = 0; i < cells.size(); ++i)
-            line += fmt::format("{:<{}}  ", cells[i], widths[i]);
-        line.erase(line.find_last_not_of(' ') + 1);
-        text += line + "\n";
+        std::vector<std::vector<std::string_view>> pieces; // of each cell, one below the other
+        std::vector<std::string> kept;
+        size_t height = 1;
+        kept.reserve(cells.size());
+        for (size_t i = 0; i < cells.size(); ++i) {
+            kept.push_back(folded(cells[i], width == 0 ? 0 : widths[i], 0));
+            pieces.push_back(split(std::string_view(kept.back()).substr(0, kept.back().size() - 1), '\n'));
+            height = std::max(height, pieces.back().size());
+        }
+        for (size_t row = 0; row < height; ++row) {
+            std::string line;
+            for (size_t i = 0; i < pieces.size(); ++i)
+                line += fmt::format("{:<{}}", row < pieces[i].size() ? pieces[i][row] : "", widths[i] + gap);
+            line.erase(line.find_last_not_of(' ') + 1);
+            text += line + "\n";
+        }
     }
     return text;
 }
@@ -101,8 +132,11 @@ std::string folded(std::string_view line, size_t width, size_t indent)
             break;
         const size_t start = line.find_first_not_of(' ');
         size_t end = line.rfind(' ', fits);
-        if (end == std::string_view::npos || end < start)
-            end = fits; // a word that is too long alone
+        if (end == std::string_view::npos || end < start) {
+            // A word that is too long alone, perhaps a list.
+            const size_t comma = line.rfind(',', fits - 1);
+            end = comma == std::string_view::npos || comma < start ? fits : comma + 1;
+        }
         text += margin;
         text += line.substr(0, end);
         text += "\n";
