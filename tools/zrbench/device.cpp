@@ -4,10 +4,12 @@
 #include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
+#include <iostream>
 #include <set>
 #include <sstream>
 
 #include "tools/zrbench/session.h"
+#include "tools/zrbench/status.h"
 #include "tools/zrbench/substitute.h"
 #include "tools/zrbench/values.h"
 
@@ -48,6 +50,15 @@ struct Node {
             expected("a number of 32 bits");
         return *found;
     }
+    // A number, or the name of a status.
+    uint32_t status() const
+    {
+        const std::optional<uint32_t> found =
+            value.is_string() ? statusNumber(value.get_ref<const std::string &>()) : asNumber(value);
+        if (!found)
+            expected(fmt::format("a number or one of {}", fmt::join(split(statusWords(), '|'), ", ")));
+        return *found;
+    }
     const json &object() const
     {
         if (!value.is_object())
@@ -85,7 +96,7 @@ Expectation readExpectation(const Node &step)
 {
     Expectation expected;
     if (step.has("expect"))
-        expected.status = step["expect"].number();
+        expected.status = step["expect"].status();
     if (step.has("lines"))
         expected.lines = step["lines"].texts();
     if (step.has("holds"))
@@ -122,26 +133,34 @@ Step readRepeatedStep(const Node &step)
 {
     constexpr size_t kMostRuns = 100000;
     const Node each = step["each"];
-    if (each.object().size() != 1)
-        each.expected("one name with its values");
-    const std::string name = each.value.begin().key();
-    const Node values = each[name];
-    const std::optional<std::vector<uint32_t>> numbers = parseList(values.text(), UINT32_MAX, kMostRuns);
-    if (!numbers || numbers->empty())
-        values.expected(fmt::format("up to {} numbers such as 1,2,5-7", kMostRuns));
-
-    Step repeated{
-        step.place, fmt::format("{}  ({} = {})", step["do"].text(), name, values.text()), {}, false, {}};
-    for (uint32_t number : *numbers) {
-        json one = step.value;
-        one.erase("each");
-        try {
-            substitute(one, name, number);
-        } catch (const UsageError &error) {
-            step.refuse(error.text);
+    if (each.object().empty())
+        each.expected("names with their values");
+    // Every combination; the last name changes fastest.
+    std::vector<json> combined{step.value};
+    combined[0].erase("each");
+    std::string names;
+    for (const auto &[name, unused] : each.value.items()) {
+        const Node values = each[name];
+        const std::optional<std::vector<uint32_t>> numbers = parseList(values.text(), UINT32_MAX, kMostRuns);
+        if (!numbers || numbers->empty() || numbers->size() * combined.size() > kMostRuns)
+            values.expected(fmt::format("up to {} numbers such as 1,2,5-7", kMostRuns));
+        names += fmt::format("{}{} = {}", names.empty() ? "" : ", ", name, values.text());
+        std::vector<json> next;
+        for (const json &one : combined) {
+            for (const uint32_t number : *numbers) {
+                next.push_back(one);
+                try {
+                    substitute(next.back(), name, number);
+                } catch (const UsageError &error) {
+                    step.refuse(error.text);
+                }
+            }
         }
-        repeated.runs.push_back(readRun({one, step.place}));
+        combined = std::move(next);
     }
+    Step repeated{step.place, fmt::format("{}  ({})", step["do"].text(), names), {}, false, {}};
+    for (const json &one : combined)
+        repeated.runs.push_back(readRun({one, step.place}));
     return repeated;
 }
 
@@ -212,51 +231,28 @@ std::pair<uint32_t, uint32_t> readEnd(const Node &node)
     return {*unit, *port};
 }
 
-std::vector<DeviceCable> readCables(const Node &node)
+// Reads a file and those that it includes into one device.
+class Reader
 {
-    std::vector<DeviceCable> cables;
-    std::set<std::pair<uint32_t, uint32_t>> taken;
-    for (const Node &cable : node.elements()) {
-        const std::vector<Node> ends = cable.elements();
-        if (ends.size() != 2)
-            cable.expected("two ports such as [\"0/15\", \"1/15\"]");
-        const auto [unit, port] = readEnd(ends[0]);
-        const auto [peerUnit, peerPort] = readEnd(ends[1]);
-        for (const Node &end : ends)
-            if (!taken.insert(readEnd(end)).second)
-                end.refuse("this port has a cable already");
-        cables.push_back({cable.place, unit, fmt::format("cable {} {} {}", port, peerUnit, peerPort)});
+public:
+    void read(const std::string &file, std::string_view text)
+    {
+        try {
+            const json whole = parseJson(text);
+            if (!whole.is_object())
+                Node{whole, ""}.expected("an object with \"steps\"");
+            readDevice({whole, ""}, file);
+        } catch (const UsageError &error) {
+            throw UsageError{fmt::format("{}: {}", file, error.text)};
+        }
     }
-    return cables;
-}
+    Device device;
 
-std::string contents(const std::string &file)
-{
-    std::ifstream in(file);
-    std::ostringstream text;
-    if (!in || std::filesystem::is_directory(file) || !(text << in.rdbuf()))
-        throw UsageError{file + ": cannot be read"};
-    return text.str();
-}
-
-} // namespace
-
-Device loadDevice(const std::string &file)
-{
-    return readDevice(file, contents(file));
-}
-
-Device readDevice(const std::string &file, std::string_view text)
-{
-    try {
-        const json whole = parseJson(text);
-        const Node root{whole, ""};
-        if (!whole.is_object())
-            root.expected("an object with \"steps\"");
-        root.onlyKeys({"about", "environment", "units", "cables", "steps"});
-        Device device;
-        device.file = file;
-        if (root.has("about"))
+private:
+    void readDevice(const Node &root, const std::string &file)
+    {
+        root.onlyKeys({"$schema", "about", "environment", "units", "cables", "steps"});
+        if (root.has("about") && files_.empty())
             device.about = root["about"].text();
         if (root.has("environment")) {
             const Node environment = root["environment"];
@@ -267,19 +263,105 @@ Device readDevice(const std::string &file, std::string_view text)
             }
         }
         if (root.has("units")) {
-            for (const Node &unit : root["units"].elements())
+            for (const Node &unit : root["units"].elements()) {
                 device.units.push_back(readUnit(unit));
+                device.units.back().place = placeIn(file, unit);
+                if (!units_.insert(device.units.back().unit).second)
+                    unit.refuse("this unit is given already");
+            }
         }
-        if (root.has("cables"))
-            device.cables = readCables(root["cables"]);
-        if (root.has("steps")) {
-            for (const Node &step : root["steps"].elements())
-                device.steps.push_back(readStep(step));
+        if (root.has("cables")) {
+            for (const Node &cable : root["cables"].elements())
+                readCable(cable, file);
         }
-        return device;
+        if (!root.has("steps"))
+            return;
+        for (const Node &step : root["steps"].elements()) {
+            if (step.value.is_object() && step.has("include")) {
+                step.onlyKeys({"include"});
+                include(step["include"], file);
+                continue;
+            }
+            device.steps.push_back(readStep(step));
+            device.steps.back().place = placeIn(file, step);
+        }
+    }
+
+    static std::string placeIn(const std::string &file, const Node &node)
+    {
+        return fmt::format("{}: {}", file, node.place);
+    }
+
+    void readCable(const Node &cable, const std::string &file)
+    {
+        const std::vector<Node> ends = cable.elements();
+        if (ends.size() != 2)
+            cable.expected("two ports such as [\"0/15\", \"1/15\"]");
+        const auto [unit, port] = readEnd(ends[0]);
+        const auto [peerUnit, peerPort] = readEnd(ends[1]);
+        for (const Node &end : ends)
+            if (!plugged_.insert(readEnd(end)).second)
+                end.refuse("this port has a cable already");
+        device.cables.push_back(
+            {placeIn(file, cable), unit, fmt::format("cable {} {} {}", port, peerUnit, peerPort)});
+    }
+
+    // The steps of another file come here; what it says of units and cables counts from the start.
+    void include(const Node &node, const std::string &file)
+    {
+        const std::string name = (std::filesystem::path(file).parent_path() / node.text()).string();
+        files_.push_back(file);
+        std::error_code error;
+        for (const std::string &above : files_)
+            if (std::filesystem::equivalent(above, name, error))
+                node.refuse(fmt::format("includes itself: {}, {}", fmt::join(files_, ", "), name));
+        std::string text;
+        try {
+            text = contents(name);
+        } catch (const UsageError &refused) {
+            node.refuse(fmt::format("{} {}", name, refused.text));
+        }
+        read(name, text);
+        files_.pop_back();
+    }
+
+    std::vector<std::string> files_; // that are being read, each included by the one before
+    std::set<uint32_t> units_;
+    std::set<std::pair<uint32_t, uint32_t>> plugged_;
+};
+
+} // namespace
+
+std::string contents(const std::string &file)
+{
+    std::ostringstream text;
+    if (file == "-") {
+        text << std::cin.rdbuf();
+        return text.str();
+    }
+    std::ifstream in(file);
+    if (!in || std::filesystem::is_directory(file) || !(text << in.rdbuf()))
+        throw UsageError{"cannot be read"};
+    return text.str();
+}
+
+Device loadDevice(const std::string &file)
+{
+    std::string text;
+    try {
+        text = contents(file);
     } catch (const UsageError &error) {
         throw UsageError{fmt::format("{}: {}", file, error.text)};
     }
+    return readDevice(file, text);
+}
+
+Device readDevice(const std::string &file, std::string_view text)
+{
+    Reader reader;
+    reader.device.file = file;
+    reader.read(file, text);
+    return std::move(reader.device);
 }
 
 } // namespace zrbench

@@ -26,7 +26,7 @@ struct Run {
 
 // One entry of the file: a heading, or a command with one run, or with one per value of its "each".
 struct Step {
-    std::string place; // "/steps/3"
+    std::string place; // "gateway.json: /steps/3"
     std::string text;
     std::string note;
     bool heading = false;
@@ -56,7 +56,11 @@ struct Device {
     std::vector<Step> steps;
 };
 
-// Reads and checks the whole file. Throws UsageError with file, place and what was expected.
+// What a file holds, "-" for standard input. Throws UsageError.
+std::string contents(const std::string &file);
+
+// Reads and checks the whole file and those that it includes. Throws UsageError with file, place and what was
+// expected.
 Device loadDevice(const std::string &file);
 // The same of a file's contents.
 Device readDevice(const std::string &file, std::string_view text);

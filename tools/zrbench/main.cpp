@@ -5,10 +5,12 @@
 #include <memory>
 #include <optional>
 #include <sstream>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "tools/zrbench/in_service.h"
 #include "tools/zrbench/json_writer.h"
+#include "tools/zrbench/junit_writer.h"
 #include "tools/zrbench/live.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/output.h"
@@ -34,6 +36,9 @@ struct Options {
     std::string colour = "auto";
     bool quiet = false;
     bool json = false;
+    bool stop = false;
+    std::vector<std::string> files; // to run
+    std::string junitFile;
 
     Report report(bool silent = false) const
     {
@@ -88,15 +93,73 @@ void occupyStandardStreams()
     }
 }
 
-int run(const Options &options)
+int refuse(std::string_view text)
 {
-    const Device device = loadDevice(options.session.deviceFile);
-    Session session(options.session);
-    Report report = options.report();
-    runDevice(session, device, report);
-    report.summary(device.file, session);
-    session.finish();
-    return report.deviating() == 0 ? kAsExpected : kNotAsExpected;
+    complain(fmt::format("zrbench: {}", text));
+    return kUsage;
+}
+
+int run(const Options &options, JunitFile *junit)
+{
+    try {
+        const Device device = loadDevice(options.session.deviceFile);
+        Session session(options.session);
+        Report report = options.report();
+        if (junit != nullptr)
+            report.add(std::make_unique<JunitWriter>(*junit));
+        runDevice(session, device, report, options.stop);
+        report.summary(device.file, session);
+        session.finish();
+        return report.deviating() == 0 ? kAsExpected : kNotAsExpected;
+    } catch (const UsageError &error) {
+        if (junit != nullptr)
+            junit->error(options.session.deviceFile, error.text);
+        throw;
+    }
+}
+
+// Each of several files has a process, and so a library and chips, of its own.
+int runApart(const Options &options, JunitFile *junit)
+{
+    standardOutput().check();
+    const pid_t child = fork();
+    if (child < 0)
+        throw UsageError{fmt::format("cannot run {}: {}", options.session.deviceFile, std::strerror(errno))};
+    if (child == 0) {
+        int result = kUsage;
+        try {
+            result = run(options, junit);
+            standardOutput().check();
+        } catch (const UsageError &error) {
+            result = refuse(error.text);
+        }
+        _exit(result);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (!WIFEXITED(status))
+        throw UsageError{fmt::format("{}: ended by signal {}", options.session.deviceFile, WTERMSIG(status))};
+    return WEXITSTATUS(status);
+}
+
+int runAll(Options options)
+{
+    std::optional<JunitFile> junit;
+    if (!options.junitFile.empty())
+        junit.emplace(options.junitFile, options.files);
+    JunitFile *const told = junit ? &*junit : nullptr;
+    if (options.files.size() > 1 && !(options.session.traceFile + options.session.dumpFile).empty())
+        throw UsageError{"--trace and --dump take one device file at a time"};
+    int result = kAsExpected;
+    for (const std::string &file : options.files) {
+        options.session.deviceFile = file;
+        result = std::max(result, options.files.size() == 1 ? run(options, told) : runApart(options, told));
+        if (options.stop && result != kAsExpected)
+            break;
+    }
+    if (junit)
+        junit->finish();
+    return result;
 }
 
 int shell(const Options &options)
@@ -184,11 +247,14 @@ int main(int argc, char **argv)
         ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
 
     int result = kAsExpected;
-    CLI::App *command = app.add_subcommand("run", "Run a device file")->fallthrough();
-    command->add_option("file", options.session.deviceFile, "The device and its steps, JSON")
+    CLI::App *command = app.add_subcommand("run", "Run device files")->fallthrough();
+    command->add_option("file", options.files, "Devices and their steps, JSON; - for standard input")
         ->required()
         ->type_name("FILE");
-    command->callback([&] { result = run(options); });
+    command->add_flag("--stop,!--keep-going", options.stop, "End at the first step that is not as expected");
+    command->add_option("--junit", options.junitFile, "Write the steps as test cases to FILE, XML")
+        ->type_name("FILE");
+    command->callback([&] { result = runAll(options); });
 
     command = app.add_subcommand("shell", "Take commands from the keyboard or standard input")->fallthrough();
     command->add_option("-c", options.commands, "Take these commands, separated by ;")->type_name("COMMANDS");
@@ -226,10 +292,6 @@ int main(int argc, char **argv)
         print("{}", help(options.topic, terminalWidth()));
     });
 
-    auto refuse = [](std::string_view text) {
-        complain(fmt::format("zrbench: {}", text));
-        return kUsage;
-    };
     try {
         try {
             app.parse(argc, argv);

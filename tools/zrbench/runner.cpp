@@ -119,21 +119,20 @@ std::vector<std::string> deviations(const Result &result, const Expectation &exp
     return found;
 }
 
-void runDevice(Session &session, const Device &device, Report &report)
+void runDevice(Session &session, const Device &device, Report &report, bool stop)
 {
     auto placed = [&](const Step &step, const Run &run, auto action) {
         try {
             action();
         } catch (const UsageError &error) {
-            throw UsageError{
-                fmt::format("{}: {}: {}: {}", device.file, step.place, run.invocation.text, error.text)};
+            throw UsageError{fmt::format("{}: {}: {}", step.place, run.invocation.text, error.text)};
         }
     };
     auto setBoard = [&](uint32_t unit, const std::string &line, const std::string &place) {
         const std::string answer = session.board(unit, line);
         if (session.boardRefused())
-            throw UsageError{fmt::format("{}: {}: the board refuses this: {}", device.file, place,
-                                         answer.substr(0, answer.find('\n')))};
+            throw UsageError{
+                fmt::format("{}: the board refuses this: {}", place, answer.substr(0, answer.find('\n')))};
     };
     for (const Step &step : device.steps) {
         for (const Run &run : step.runs)
@@ -151,7 +150,7 @@ void runDevice(Session &session, const Device &device, Report &report)
     if (!device.about.empty())
         report.heading(device.about);
     for (const Step &step : device.steps) {
-        if (session.quitting())
+        if (session.quitting() || (stop && report.deviating() != 0))
             break;
         if (step.heading) {
             report.heading(step.text);

@@ -9,8 +9,9 @@ namespace zrbench
 {
 
 // Checks the steps against library and platform, sets up the device and runs its steps. Throws UsageError,
-// with the step's place, for a step that cannot be run.
-void runDevice(Session &session, const Device &device, Report &report);
+// with the step's place, for a step that cannot be run. With `stop` the first step that is not as expected is
+// the last.
+void runDevice(Session &session, const Device &device, Report &report, bool stop = false);
 
 // The differences between `result` and what was expected; lines are compared only when the platform reports
 // them.

@@ -215,7 +215,7 @@ json parseJson(std::string_view text)
         return true;
     };
     try {
-        return json::parse(text, accept);
+        return json::parse(text, accept, true, true);
     } catch (const json::exception &error) {
         // "[json.exception.parse_error.101] parse error at line 3, column 5: ..."
         const std::string_view what = error.what();

@@ -1,0 +1,77 @@
+// Device files: how they are put together, and several of them in one run.
+#include <nlohmann/json.hpp>
+
+#include "kit/zrbench.h"
+
+namespace
+{
+
+using namespace zrtest;
+using testing::HasSubstr;
+using testing::Not;
+
+class ZrbenchFilesTest : public ZrbenchTest
+{
+};
+
+TEST_F(ZrbenchFilesTest, FilesIncludeOthersAndRepeatStepsOverSeveralNames)
+{
+    std::filesystem::create_directory("common");
+    file("common/up.json", R"json({
+        "about": "not this one", "environment": {"lsw1_vq9_rgmii2_para": "0x321"},
+        "units": [{"unit": 1, "maxFrameSize": 1536}], "cables": [["0/15", "1/15"]],
+        "steps": [{"include": "../init.json"}]})json");
+    file("init.json", R"({"steps": [{"do": "chip init $u", "each": {"u": "0-1"}}, "vlan init 1"]})");
+    const Ended ended = run(R"json({
+        // what the board engineer wrote
+        "$schema": "zrbench.schema.json", "about": "this one",
+        "steps": [{"include": "common/up.json"}, /* before */ "vlan create 1 10", "vlan create 1 20",
+            {"do": "vlan add 1 $v $p tagged", "each": {"v": "10,20", "p": "1-3"}},
+            {"do": "vlan members 1 20", "out": {"members": "1-3"}},
+            {"do": "unit show 1", "shows": ["1536"]},
+            {"do": "vlan create 1 4096", "expect": "chip failed",
+             "lines": ["Zr vlan create failed (unit:1, vlan:4096, retVal:0x10003).",
+                       "Zr vlan create failed.(unit:1, vlan:4096)."]}]})json");
+    EXPECT_EQ(ended.status, kAsExpected) << ended.output;
+    EXPECT_THAT(ended.output, HasSubstr("this one"));
+    EXPECT_THAT(ended.output, Not(HasSubstr("not this one")));
+    EXPECT_THAT(ended.output, HasSubstr("vlan add 1 $v $p tagged  (p = 1-3, v = 10,20)             6 times ok"));
+
+    file("init.json", R"({"steps": ["vlan init"]})");
+    EXPECT_THAT(bench("run common/up.json").output,
+                HasSubstr("common/up.json: common/../init.json: /steps/0: "));
+    file("init.json", R"({"steps": [{"include": "common/up.json"}]})");
+    EXPECT_THAT(bench("run common/up.json").output,
+                HasSubstr("includes itself: common/up.json, common/../init.json, common/../common/up.json"));
+}
+
+TEST_F(ZrbenchFilesTest, SeveralFilesRunApartAndTellABuildServer)
+{
+    const std::string good =
+        file("good.json", R"({"steps": ["chip init 1", {"do": "reg read 1 4096", "out": {"value": 0}}]})");
+    const std::string touched = file("touched.json", R"({"steps": ["chip init 1", "reg write 1 4096 7"]})");
+    const std::string bad = file("<bad>.json", R"({"steps": ["chip init 3", "chip init 1"]})");
+    const std::string broken = file("broken.json", R"({"steps": ["no such"]})");
+
+    EXPECT_EQ(bench("--quiet run touched.json good.json --junit ok.xml").status, kAsExpected)
+        << "a library of its own";
+    const Ended ended = bench("run '<bad>.json' broken.json good.json --junit all.xml");
+    EXPECT_EQ(ended.status, kUsage);
+    EXPECT_THAT(ended.output, HasSubstr("good.json: 2 steps, 0 refused"));
+    const std::string xml = contents("all.xml");
+    for (const char *piece : {"<testsuite name=\"&lt;bad>.json\" tests=\"2\" failures=\"1\"",
+                              "<failure message=\"chip init 3: expected status 0\"/>",
+                              "<testsuite name=\"broken.json\" tests=\"1\" failures=\"0\" errors=\"1\">",
+                              "no command &quot;no&quot;",
+                              "<testcase classname=\"steps\" name=\"2 reg read 1 4096\"/>", "</testsuites>\n"})
+        EXPECT_THAT(xml, HasSubstr(piece));
+
+    const Ended stopped = bench("run --stop '<bad>.json' good.json");
+    EXPECT_EQ(stopped.status, kNotAsExpected);
+    EXPECT_THAT(stopped.output, HasSubstr("<bad>.json: 1 steps"));
+    EXPECT_THAT(stopped.output, Not(HasSubstr("good.json")));
+
+    EXPECT_EQ(shellCommand(commandLine("--quiet run - < good.json")).status, kAsExpected);
+}
+
+} // namespace
