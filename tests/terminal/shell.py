@@ -91,7 +91,8 @@ class Shell(unittest.TestCase):
             ("acl add 1 {par\t", r'acl add 1 \{"partition": +RULE'),
             ("frame send 0 0 srcI\t", "frame send 0 0 srcIp= +FRAME"),
             ("board 1 link 1\t5 u\t", "board 1 link 15 up +LINE"),
-            ("expect 4 vlan cr\t1 2\t", "expect 4 vlan create 1 20"),
+            ("expect chip\tvlan cr\t1 2\t", "expect chip-failed vlan create 1 20"),
+            ("storm ", r"storm +init\|set\|show"),
             ("help vlan cr\t", r"help vlan create +\[TOPIC\]"),
         ):
             terminal.type(typed)

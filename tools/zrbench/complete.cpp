@@ -9,6 +9,7 @@
 #include "tools/zrbench/commands.h"
 #include "tools/zrbench/scanner.h"
 #include "tools/zrbench/session.h"
+#include "tools/zrbench/status.h"
 #include "tools/zrbench/values.h"
 
 using nlohmann::json;
@@ -221,7 +222,9 @@ void offerArgument(Completion &to, const Place &place, const Session *session)
             all(vlansOf(stateOf(session, place.unit)), begun, " ");
         break;
     case Type::Word:
-        if (choosing)
+        if (argument.name == "status")
+            all(split(statusWords(), '|'), begun, " ");
+        else if (choosing)
             all(split(argument.choices, '|'), begun, " ");
         break;
     case Type::Ports: {
@@ -289,6 +292,12 @@ std::string hintAt(std::string_view line)
     const Place place = placeOf(line);
     if (place.current() != nullptr && place.current()->type == Type::Line && !place.begun.empty())
         return hintAt(place.begun);
+    if (place.command == nullptr && place.before.ends_with(' ')) {
+        std::string words;
+        for (const std::string &word : completionAt(line, nullptr).words)
+            words += (words.empty() ? "" : "|") + word.substr(0, word.find(' '));
+        return words;
+    }
     std::string text;
     for (size_t i = place.argument; place.command != nullptr && i < place.command->arguments.size(); ++i)
         text += fmt::format("{}{}", text.empty() ? "" : " ", usage(place.command->arguments[i]));

@@ -19,7 +19,7 @@ struct Completion {
 // `session` tells ports, VLANs and the like; without one they are left out.
 Completion completionAt(std::string_view line, const Session *session);
 
-// The arguments that are still to come, as usage() shows them; empty while the command's name is typed.
+// The arguments that are still to come, as usage() shows them; before them the second words of the command.
 std::string hintAt(std::string_view line);
 
 // What can stand at the line's end, for a terminal of `width` columns: the commands that start so, or the

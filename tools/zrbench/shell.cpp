@@ -1,6 +1,7 @@
 #include "tools/zrbench/shell.h"
 
 #include <cerrno>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -138,6 +139,7 @@ private:
 std::unique_ptr<LineSource> openLines(bool atTerminal, [[maybe_unused]] const Session &session)
 {
 #ifdef ZRBENCH_LIBEDIT
+    std::setlocale(LC_CTYPE, ""); // of the characters that are typed
     if (atTerminal && isTerminal())
         return std::make_unique<EditedLines>(session);
 #endif
