@@ -283,7 +283,7 @@ Completion completionAt(std::string_view line, const Session *session)
         const auto right = number(b);
         return left && right ? *left < *right : a < b;
     });
-    found.words.erase(std::ranges::unique(found.words).begin(), found.words.end());
+    found.words.erase(std::unique(found.words.begin(), found.words.end()), found.words.end());
     return found;
 }
 
@@ -310,20 +310,21 @@ std::string helpAt(std::string_view line, const Session *session, size_t width)
     const Argument *argument = place.current();
     if (argument != nullptr && argument->type == Type::Line && !place.begun.empty())
         return helpAt(place.begun, session, width);
-    if (place.command == nullptr) {
-        try {
-            return help(place.before, width);
-        } catch (const UsageError &error) {
-            return folded(error.text, width, 2);
-        }
+    if (place.command != nullptr) {
+        const std::string whole = help(*place.command, width);
+        if (argument == nullptr)
+            return whole + "  (nothing more)\n";
+        return whole +
+               folded(fmt::format("  {}: {}{}{}", usage(*argument), argument->meaning,
+                                  argument->meaning.empty() ? "" : "; ", expectedOf(*argument)),
+                      width, 4) +
+               inColumns(completionAt(line, session).words, width);
     }
-    std::string text = help(*place.command, width);
-    if (argument == nullptr)
-        return text + "  (nothing more)\n";
-    text += folded(fmt::format("  {}: {}{}{}", usage(*argument), argument->meaning,
-                               argument->meaning.empty() ? "" : "; ", expectedOf(*argument)),
-                   width, 4);
-    return text + inColumns(completionAt(line, session).words, width);
+    try {
+        return help(place.before, width);
+    } catch (const UsageError &error) {
+        return folded(error.text, width, 2);
+    }
 }
 
 std::string inColumns(std::vector<std::string> words, size_t width)

@@ -68,7 +68,7 @@ Command boardRow(std::string_view name, std::string verb, std::vector<Argument> 
         // The interpreter names its own command and not the one that was typed.
         constexpr std::string_view kUsage = "; usage: ";
         if (const size_t own = answer.find(kUsage); session.boardRefused() && own != std::string::npos)
-            answer = answer.substr(0, own) + std::string(kUsage) + how + "\n";
+            answer.replace(own + kUsage.size(), std::string::npos, how + "\n");
         return Outcome::shown(answer);
     };
     return row;
