@@ -154,10 +154,10 @@ class Shell(unittest.TestCase):
     def test_nothing_is_wider_than_the_terminal(self):
         commands = ("help; acl add 1 {\"ports\": \"0-4\", \"srcIp\": \"192.0.2.0/24\", \"etherType\": 2048, \"action\": "
                     "\"drop\"}; trace calls; frame send 0 0 arp=request srcIp=192.0.2.1 dstIp=192.0.2.2; chip init 7; "
-                    "vlan create 1 4096; ops; port show 0; acl list 1; qos show 0; storm show 0; dump")
+                    "vlan create 1 4096; ops; port show 0; acl list 1; qos show 0; storm show 0; dump; port setspeed 0 0 x; expect x ops; fly; vlan fly")
         for columns in (80, 60):
             terminal = Terminal("--color", "shell", "--up", "-c", commands, columns=columns)
-            self.assertEqual(terminal.end(), 1)
+            self.assertEqual(terminal.end(), 2)
             for line in re.sub(rb"\x1b\[[0-9;]*m", b"", terminal.raw).decode().split("\r\n"):
                 self.assertLessEqual(len(line), columns, line)
 

@@ -101,13 +101,13 @@ bool isTerminal()
     return isatty(STDOUT_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb";
 }
 
-size_t terminalWidth()
+size_t terminalWidth(int stream)
 {
     constexpr size_t kUsual = 80;
     winsize size{};
-    if (isatty(STDOUT_FILENO) == 0)
+    if (isatty(stream) == 0)
         return 0;
-    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0 ? size.ws_col : kUsual;
+    return ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col != 0 ? size.ws_col : kUsual;
 }
 
 void complain(std::string_view text)
@@ -115,10 +115,10 @@ void complain(std::string_view text)
     constexpr size_t kHead = 400;
     constexpr size_t kTail = 200;
     std::fflush(stdout); // keeps the order of the two streams
-    const std::string line = text.size() <= kHead + kTail ? fmt::format("{}\n", text)
-                                                          : fmt::format("{} ... {}\n", text.substr(0, kHead),
+    const std::string line = text.size() <= kHead + kTail ? std::string(text)
+                                                          : fmt::format("{} ... {}", text.substr(0, kHead),
                                                                         text.substr(text.size() - kTail));
-    std::fputs(line.c_str(), stderr);
+    std::fputs(folded(line, terminalWidth(STDERR_FILENO), 2).c_str(), stderr);
 }
 
 } // namespace zrbench

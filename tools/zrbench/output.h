@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 
 namespace zrbench
@@ -55,8 +56,8 @@ template <class... T> void print(fmt::format_string<T...> format, T &&...values)
 
 // Whether standard output is a terminal that can do more than print lines.
 bool isTerminal();
-// The columns of the terminal that standard output is; 0 when it is none.
-size_t terminalWidth();
+// The columns of the terminal that standard output, or another stream, is; 0 when it is none.
+size_t terminalWidth(int stream = STDOUT_FILENO);
 
 // Prints one line to standard error; a very long one loses its middle. A failure is ignored: there
 // is nowhere left to report it.

@@ -226,7 +226,7 @@ private:
         auto lines = std::make_unique<PlainLines>(opened, file, false);
         const int first = std::fgetc(opened);
         std::ungetc(first, opened);
-        if (first == '{')
+        if (first == '{' || file.ends_with(".json"))
             device_ = loadDevice(file);
         else
             reading_.push_back(std::move(lines));
