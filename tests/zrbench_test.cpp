@@ -71,6 +71,10 @@ TEST_F(ZrbenchTest, AProgramReadsStepsAsJson)
     EXPECT_THAT(steps[9]["text"], HasSubstr("help"));
     EXPECT_EQ(steps[10]["notAsExpected"], 1);
 
+    const Ended filtered = shellCommand(commandLine(
+        "--json run " + device + " | jq -c 'select(.status > 0) | [.step, .command, .statusName]'"));
+    EXPECT_EQ(filtered.output, "[9,\"vlan create 1 4096\",\"chip failed\"]\n");
+
     const Ended piped = shell("mac capacity 1\nno such\n", "--json");
     EXPECT_EQ(piped.status, kUsage);
     EXPECT_THAT(piped.output, HasSubstr("\"summary\":\"shell\""));

@@ -16,6 +16,7 @@
 #include "tools/zrbench/output.h"
 #include "tools/zrbench/pager.h"
 #include "tools/zrbench/runner.h"
+#include "tools/zrbench/schema.h"
 #include "tools/zrbench/shell.h"
 #include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
@@ -283,6 +284,9 @@ int main(int argc, char **argv)
         print("{}", showOperations(session.tables()).textWithin(terminalWidth()));
         session.finish();
     });
+
+    command = app.add_subcommand("schema", "Write the JSON schema of device files, for editors and checkers");
+    command->callback([&] { print("{}\n", deviceSchema().dump(1)); });
 
     command =
         app.add_subcommand("commands", "List the commands of device files and of the shell")->fallthrough();
