@@ -175,4 +175,10 @@ class Shell(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    result = unittest.main(exit=False).result
+    if report := os.environ.get("GTEST_OUTPUT", "").removeprefix("xml:"):
+        os.makedirs(os.path.dirname(report), exist_ok=True)
+        with open(report, "w", encoding="ascii") as counts:
+            counts.write(f'<testsuites tests="{result.testsRun}" failures="{len(result.failures)}" '
+                         f'errors="{len(result.errors)}"/>\n')
+    sys.exit(not result.wasSuccessful())
