@@ -8,6 +8,7 @@
 #include "tools/zrbench/report.h"
 #include "tools/zrbench/session.h"
 #include "tools/zrbench/status.h"
+#include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
 
 namespace zrbench
@@ -23,9 +24,11 @@ void checkFailure(const nlohmann::json &text)
 
 void checkStatus(const nlohmann::json &status)
 {
-    if (!statusNumber(status.get_ref<const std::string &>()))
-        throw UsageError{fmt::format("expected a number or one of {}, found {}",
-                                     fmt::join(split(statusWords(), '|'), ", "), shown(status))};
+    const auto &text = status.get_ref<const std::string &>();
+    const std::vector<std::string_view> words = split(statusWords(), '|');
+    if (!statusNumber(text))
+        throw UsageError{fmt::format("expected a number or one of {}, found {}{}", fmt::join(words, ", "),
+                                     shown(status), didYouMean(text, words))};
 }
 
 void checkLine(const nlohmann::json &line)

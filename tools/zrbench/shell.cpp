@@ -140,8 +140,10 @@ std::unique_ptr<LineSource> openLines(bool atTerminal, [[maybe_unused]] const Se
 {
 #ifdef ZRBENCH_LIBEDIT
     std::setlocale(LC_CTYPE, ""); // of the characters that are typed
-    if (atTerminal && isTerminal())
+    if (atTerminal && isTerminal()) {
+        print("Tab completes, ? tells what can stand there, exit ends the session.\n");
         return std::make_unique<EditedLines>(session);
+    }
 #endif
     return std::make_unique<PlainLines>(stdin, "", atTerminal);
 }
