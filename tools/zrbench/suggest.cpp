@@ -37,7 +37,9 @@ std::string didYouMean(std::string_view typed, const std::vector<std::string_vie
 {
     constexpr size_t kLongest = 60; // anything longer is no mistyped word
     const std::string_view *nearest = nullptr;
-    size_t least = std::min(typed.size() - std::min<size_t>(typed.size(), 1), 1 + typed.size() / 4) + 1;
+    // A quarter of the last word may be wrong, and never all of it.
+    const size_t last = typed.size() - (typed.find_last_of(' ') + 1);
+    size_t least = std::min(last, last / 4 + 2);
     for (const std::string_view &word : known) {
         if (const size_t apart = typed.size() > kLongest ? least : distance(typed, word); apart < least) {
             least = apart;
