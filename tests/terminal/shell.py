@@ -113,6 +113,8 @@ class Shell(unittest.TestCase):
         terminal.line(PROMPT + r" port setloop 0 0 +none\|mac\|pcs\|remote\|remote4")
         terminal.type('\x03acl add 1 {"a?')
         terminal.line(PROMPT + r' acl add 1 \{"a\? +RULE')
+        terminal.type("\x03frame send 0 0 ?")
+        terminal.shows(r"^  FRAME: NAME=VALUE, or hexadecimal; a text of dst, src, vlan,")
         terminal.type("\x03storm?")
         terminal.shows(r"^storm init UNIT +initialises storm control")
 

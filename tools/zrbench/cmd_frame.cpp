@@ -14,7 +14,11 @@ namespace
 {
 
 constexpr Argument kFrameUnit{.name = "unit", .most = LSWM_UNITS - 1};
-constexpr Argument kFrame{.name = "frame", .type = Type::Text, .choices = kFrameWords, .check = checkFrame};
+constexpr Argument kFrame{.name = "frame",
+                          .type = Type::Text,
+                          .choices = kFrameWords,
+                          .check = checkFrame,
+                          .meaning = "NAME=VALUE, or hexadecimal"};
 constexpr Argument kFile{.name = "file", .type = Type::File};
 
 // ---- one frame ----------------------------------------------------------------------------------------------

@@ -238,6 +238,9 @@ std::string shown(const json &value)
 
 std::string expectedOf(const Argument &argument)
 {
+    std::string choices(argument.choices);
+    for (size_t bar = 0; (bar = choices.find('|', bar)) != std::string::npos;)
+        choices.replace(bar, 1, ", ");
     switch (argument.type) {
     case Type::Number:
         return argument.most == UINT32_MAX ? "a number of 32 bits, decimal or 0x"
@@ -247,13 +250,11 @@ std::string expectedOf(const Argument &argument)
     case Type::Ports:
         return fmt::format("ports up to {} such as 1,2,5-7, or - for none", lastPort(argument));
     case Type::Word:
-        return argument.choices.empty()
-                   ? "a word"
-                   : fmt::format("one of {}", fmt::join(split(argument.choices, '|'), ", "));
+        return choices.empty() ? "a word" : "one of " + choices;
     case Type::Text:
-        return "a text";
+        return choices.empty() ? "a text" : "a text of " + choices;
     case Type::Json:
-        return "a JSON value";
+        return choices.empty() ? "a JSON value" : "an object with " + choices;
     case Type::File:
         return "the path of a file";
     case Type::Call:
