@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tools/zrbench/completion.h"
 #include "tools/zrbench/in_service.h"
 #include "tools/zrbench/json_writer.h"
 #include "tools/zrbench/junit_writer.h"
@@ -20,6 +21,7 @@
 #include "tools/zrbench/shell.h"
 #include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
+#include "tools/zrbench/version.h"
 
 using namespace zrbench;
 
@@ -246,6 +248,13 @@ int main(int argc, char **argv)
     app.add_flag("--color{always}", options.colour,
                  "Use colours, WHEN: auto (on a terminal), always (or no WHEN), never")
         ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
+    app.set_version_flag(
+        "--version",
+        [&] {
+            const std::string library = located(options.session.library);
+            return fmt::format("zrbench {}\n{} {}", version(), library, libraryVersion(library));
+        },
+        "Show the versions of the bench manager and of the library's file");
 
     int result = kAsExpected;
     CLI::App *command = app.add_subcommand("run", "Run device files")->fallthrough();
@@ -295,6 +304,14 @@ int main(int argc, char **argv)
         const Pager pager(true);
         print("{}", help(options.topic, terminalWidth()));
     });
+
+    std::string shellName;
+    command = app.add_subcommand("completion", "Write a shell's completion script for this program");
+    command->add_option("shell", shellName, "bash or zsh")
+        ->required()
+        ->type_name("SHELL")
+        ->check(CLI::IsMember({"bash", "zsh"}).description(""));
+    command->callback([&] { print("{}", completionScript(app, shellName)); });
 
     try {
         try {

@@ -9,6 +9,20 @@
 namespace zrbench
 {
 
+std::string located(const std::string &name)
+{
+    if (name.find('/') != std::string::npos)
+        return name;
+    std::error_code error;
+    const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
+    for (const char *libraries : {"../lib", ZRBENCH_LIBRARIES}) {
+        const auto file = (self.parent_path() / libraries / name).lexically_normal();
+        if (!error && std::filesystem::exists(file, error))
+            return file.string();
+    }
+    return name;
+}
+
 SharedObject::SharedObject(const std::string &path, int flags) : path_(path)
 {
     // The loader would wait for a FIFO's writer.

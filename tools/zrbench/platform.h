@@ -14,6 +14,10 @@
 namespace zrbench
 {
 
+// A name without a directory is looked for where a build or an installation has its libraries, seen from the
+// program; one that is not there is left to the loader.
+std::string located(const std::string &name);
+
 // A loaded shared object; stays loaded until the program ends.
 class SharedObject
 {

@@ -16,17 +16,6 @@ namespace zrbench
 namespace
 {
 
-// A name without a directory is looked for in the lib directory beside the program's own.
-std::string located(const std::string &name)
-{
-    if (name.find('/') != std::string::npos)
-        return name;
-    std::error_code error;
-    const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
-    const auto beside = self.parent_path().parent_path() / "lib" / name;
-    return !error && std::filesystem::exists(beside, error) ? beside.string() : name;
-}
-
 template <class Function> Function *needed(Function *function, std::string_view purpose)
 {
     if (function == nullptr)
