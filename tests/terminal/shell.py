@@ -158,10 +158,12 @@ class Shell(unittest.TestCase):
                     "\"drop\"}; trace calls; frame send 0 0 arp=request srcIp=192.0.2.1 dstIp=192.0.2.2; chip init 7; "
                     "vlan create 1 4096; ops; port show 0; acl list 1; qos show 0; storm show 0; dump; port setspeed 0 0 x; expect x ops; fly; vlan fly")
         for columns in (80, 60):
-            terminal = Terminal("--color", "shell", "--up", "-c", commands, columns=columns)
-            self.assertEqual(terminal.end(), 2)
-            for line in re.sub(rb"\x1b\[[0-9;]*m", b"", terminal.raw).decode().split("\r\n"):
-                self.assertLessEqual(len(line), columns, line)
+            for arguments, status in ((("--color", "shell", "--up", "-c", commands), 2), (("--help",), 0),
+                                      (("commands",), 0), (("ops",), 0)):
+                terminal = Terminal(*arguments, columns=columns, PAGER="")
+                self.assertEqual(terminal.end(), status)
+                for line in re.sub(rb"\x1b\[[0-9;]*m", b"", terminal.raw).decode().split("\r\n"):
+                    self.assertLessEqual(len(line), columns, line)
 
     def test_colour_is_for_terminals_that_want_it(self):
         for environment, coloured in (({}, True), ({"NO_COLOR": "1"}, False), ({"NO_COLOR": ""}, True),

@@ -290,7 +290,8 @@ int main(int argc, char **argv)
     command->callback([&] {
         Session session(options.session);
         const Pager pager(true);
-        print("{}", showOperations(session.tables()).textWithin(terminalWidth()));
+        const size_t width = terminalWidth();
+        print("{}", foldedLines(showOperations(session.tables()).textWithin(width), width, 4));
         session.finish();
     });
 
@@ -320,7 +321,7 @@ int main(int argc, char **argv)
             std::ostringstream output;
             std::ostringstream errors;
             result = app.exit(error, output, errors) == 0 ? kAsExpected : kUsage;
-            print("{}", output.str());
+            print("{}", foldedLines(output.str(), terminalWidth(), 30));
             if (result != kAsExpected)
                 complain(errors.str());
         }
