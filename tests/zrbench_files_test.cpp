@@ -35,7 +35,8 @@ TEST_F(ZrbenchFilesTest, FilesIncludeOthersAndRepeatStepsOverSeveralNames)
     EXPECT_EQ(ended.status, kAsExpected) << ended.output;
     EXPECT_THAT(ended.output, HasSubstr("this one"));
     EXPECT_THAT(ended.output, Not(HasSubstr("not this one")));
-    EXPECT_THAT(ended.output, HasSubstr("vlan add 1 $v $p tagged  (p = 1-3, v = 10,20)             6 times ok"));
+    EXPECT_THAT(ended.output,
+                HasSubstr("vlan add 1 $v $p tagged  (p = 1-3, v = 10,20)             6 times ok"));
 
     file("init.json", R"({"steps": ["vlan init"]})");
     EXPECT_THAT(bench("run common/up.json").output,
@@ -72,6 +73,69 @@ TEST_F(ZrbenchFilesTest, SeveralFilesRunApartAndTellABuildServer)
     EXPECT_THAT(stopped.output, Not(HasSubstr("good.json")));
 
     EXPECT_EQ(shellCommand(commandLine("--quiet run - < good.json")).status, kAsExpected);
+}
+
+// What is not an expectation stays as it is, to the byte.
+TEST_F(ZrbenchFilesTest, ExpectationsAreTakenAnewWhereTheyWereNotMet)
+{
+    file("common.json", R"({"steps": [{"do": "reg read 1 1", "out": {"value": 9}}]})");
+    const std::string before = R"json({ // a board's "steps": [
+  "steps": ["chip init 1", "vlan init 1",
+    {"include": "common.json"}, /* { */
+    {"do": "vlan create 1 10",   "expect": "in use", "note": "\"]}"},
+    "vlan create 1 4096",
+    {"do": "vlan members 1 10", "out": {"untagged": "-", /* ] */ "members": "7"}},
+    {"do": "vlan create 1 $v", "each": {"v": "20,4096"}},
+    {"do": "acl init 1"}
+  ]})json";
+    std::string after = before;
+    for (
+        const auto &[from, to] :
+        {std::pair(R"("in use")", R"(0)"),
+         {R"("7")", R"("-")"},
+         {R"({"do": "acl init 1"})", R"({"do": "acl init 1", "holds": 3})"},
+         {R"("vlan create 1 4096")",
+          R"({"do": "vlan create 1 4096", "expect": 4, "lines": ["Zr vlan create failed (unit:1, vlan:4096, retVal:0x10003).", "Zr vlan create failed.(unit:1, vlan:4096)."]})"}})
+        after.replace(after.find(from), std::string(from).size(), to);
+    file("device.json", before);
+    std::filesystem::create_symlink("device.json", "link.json");
+    const Ended ended = bench("--quiet run --update link.json");
+    EXPECT_EQ(ended.status, kNotAsExpected);
+    EXPECT_EQ(contents("device.json"), after) << ended.output;
+    EXPECT_TRUE(std::filesystem::is_symlink("link.json"));
+    for (const char *piece :
+         {"link.json: /steps/3/expect: \"in use\" -> 0", "link.json: /steps/5/out/members: \"7\" -> \"-\"",
+          "common.json: /steps/0: included; left as it is",
+          "link.json: /steps/6: its runs differ; left as it is", "link.json: /steps/7/holds: 3"})
+        EXPECT_THAT(ended.output, HasSubstr(piece));
+    EXPECT_THAT(bench("run --update device.json").output, HasSubstr("2 not as expected"));
+    EXPECT_EQ(contents("device.json"), after) << "nothing more to take";
+
+    file("device.json", before);
+    std::filesystem::create_directory("device.json.new");
+    EXPECT_EQ(bench("--quiet run --update device.json").status, kUsage);
+    EXPECT_EQ(contents("device.json"), before);
+}
+
+TEST_F(ZrbenchFilesTest, ASessionBecomesADeviceFileThatRunsAsItDid)
+{
+    file("up.json", R"({"units": [{"unit": 1, "maxFrameSize": 1536}], "steps": ["chip init 1"]})");
+    std::filesystem::create_directory("cases");
+    const std::string typed =
+        "vlan init 1\nvlan create 1 10\nvlan members 1 10\nexpect chip-failed vlan create 1 4096\n"
+        "acl init 1\nno such\nhelp vlan\nreg read 1 0x13c5\n";
+    shell(typed + "save cases/one.json\nsave none/one.json\n", "up.json");
+    const std::string saved = contents("cases/one.json");
+    for (const char *piece :
+         {R"({"include": "../up.json"})", R"("vlan init 1")",
+          R"({"do": "vlan members 1 10", "out": {"members": "-", "untagged": "-"}})", R"("holds": 3)"})
+        EXPECT_THAT(saved, HasSubstr(piece));
+    EXPECT_EQ(bench("--quiet run cases/one.json").output,
+              "cases/one.json: 7 steps, 1 refused as expected, 0 not as expected, 3 memory blocks held\n");
+
+    EXPECT_EQ(shellCommand(commandLine("--quiet shell --up -c 'mac capacity 2; save up2.json'")).status,
+              kAsExpected);
+    EXPECT_EQ(bench("--quiet run up2.json").status, kAsExpected);
 }
 
 } // namespace

@@ -76,7 +76,15 @@ const Command kCommands[] = {
      "takes commands from a file, one a line, or runs a device file",
      "",
      [](Session &session, const Arguments &a) {
-         session.source(a.text("file"));
+         session.shell().source(a.text("file"));
+         return Outcome::shown("");
+     }},
+    {"save",
+     {{"file", Type::File}},
+     "writes what was done in this session as a device file, with what came of it as expectations",
+     "",
+     [](Session &session, const Arguments &a) {
+         session.shell().save(a.text("file"));
          return Outcome::shown("");
      }},
     {"ops",

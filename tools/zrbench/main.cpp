@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "tools/zrbench/completion.h"
+#include "tools/zrbench/expectations.h"
 #include "tools/zrbench/in_service.h"
 #include "tools/zrbench/json_writer.h"
 #include "tools/zrbench/junit_writer.h"
@@ -40,6 +41,7 @@ struct Options {
     bool quiet = false;
     bool json = false;
     bool stop = false;
+    bool update = false;
     std::vector<std::string> files; // to run
     std::string junitFile;
 
@@ -110,6 +112,8 @@ int run(const Options &options, JunitFile *junit)
         Report report = options.report();
         if (junit != nullptr)
             report.add(std::make_unique<JunitWriter>(*junit));
+        if (options.update)
+            report.add(std::make_unique<ExpectationUpdate>(device.file));
         runDevice(session, device, report, options.stop);
         report.summary(device.file, session);
         session.finish();
@@ -179,7 +183,10 @@ int shell(const Options &options)
     }
     if (!options.session.deviceFile.empty())
         runDevice(session, loadDevice(options.session.deviceFile), report);
-    const bool good = runShell(session, report, options.commands);
+    std::optional<std::string> device;
+    if (options.inService || !options.session.deviceFile.empty())
+        device = options.session.deviceFile;
+    const bool good = runShell(session, report, options.commands, device);
     if (options.json)
         report.summary("shell", session);
     session.finish();
@@ -262,6 +269,8 @@ int main(int argc, char **argv)
         ->required()
         ->type_name("FILE");
     command->add_flag("--stop,!--keep-going", options.stop, "End at the first step that is not as expected");
+    command->add_flag("--update", options.update,
+                      "Take the expectations anew where they are not met, and show what changes in the files");
     command->add_option("--junit", options.junitFile, "Write the steps as test cases to FILE, XML")
         ->type_name("FILE");
     command->callback([&] { result = runAll(options); });

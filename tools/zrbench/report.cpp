@@ -187,7 +187,7 @@ void Report::heading(const std::string &text)
 }
 
 void Report::step(const std::string &text, const std::string &note, const std::vector<CheckedRun> &runs,
-                  bool always)
+                  bool always, std::string_view place)
 {
     const bool deviates = std::ranges::any_of(runs, hasDeviated);
     const bool refused = !deviates && std::ranges::any_of(runs, isRefused);
@@ -195,7 +195,7 @@ void Report::step(const std::string &text, const std::string &note, const std::v
     counts_.deviating += deviates ? 1 : 0;
     counts_.refused += refused ? 1 : 0;
     for (const auto &writer : writers_)
-        writer->step({counts_.steps, text, note, runs, deviates, refused, always});
+        writer->step({counts_.steps, text, note, runs, deviates, refused, always, place});
 }
 
 void Report::summary(const std::string &title, const Session &session)

@@ -27,8 +27,9 @@ struct StepReport {
     const std::string &note;
     const std::vector<CheckedRun> &runs;
     bool deviates;
-    bool refused; // as expected
-    bool always;  // told even by a quiet report
+    bool refused;           // as expected
+    bool always;            // told even by a quiet report
+    std::string_view place; // in a device file
 };
 
 struct RunCounts {
@@ -79,7 +80,7 @@ public:
 
     void heading(const std::string &text);
     void step(const std::string &text, const std::string &note, const std::vector<CheckedRun> &runs,
-              bool always = false);
+              bool always = false, std::string_view place = {});
     void summary(const std::string &title, const Session &session);
 
     // Steps that were not as expected.

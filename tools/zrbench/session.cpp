@@ -173,8 +173,8 @@ void Session::check(const Invocation &invocation) const
     }
     if (command.name.starts_with("frame "))
         needed(inspection_.frame, command.name);
-    if (command.name == "source" && !onSource_)
-        throw UsageError{"only the shell takes commands from a file"};
+    if ((command.name == "source" || command.name == "save") && !shell_.source)
+        throw UsageError{"only the shell does this"};
     if (command.name == "fail")
         checkCall(parseFailure(invocation.arguments.text("call")).name);
 }
@@ -186,8 +186,19 @@ Result Session::invoke(const Invocation &invocation)
     lines_.clear();
     calls_.clear();
     boardRefused_ = false;
+    const auto ask = [](unsigned (*counter)(void)) { return counter != nullptr ? counter() : 0; };
+    const unsigned blocks = ask(inspection_.liveBlocks);
+    const unsigned badFrees = ask(inspection_.badFrees);
     Outcome outcome = invocation.command->run(*this, invocation.arguments);
-    return {std::move(outcome), std::exchange(lines_, {}), std::exchange(calls_, {}), boardRefused_};
+    std::optional<int> held;
+    if (inspection_.liveBlocks != nullptr)
+        held = static_cast<int>(ask(inspection_.liveBlocks) - blocks);
+    return {std::move(outcome),
+            std::exchange(lines_, {}),
+            std::exchange(calls_, {}),
+            boardRefused_,
+            held,
+            ask(inspection_.badFrees) != badFrees};
 }
 
 // Data, the inspection interface and C++ functions are symbols of the platform, too, but no platform calls.

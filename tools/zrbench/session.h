@@ -29,6 +29,8 @@ struct Result {
     std::vector<Line> lines;
     std::vector<std::string> calls; // platform calls, while they are shown; indented by their depth
     bool boardRefused = false;      // the board's interpreter refused a line
+    std::optional<int> held = {};   // memory blocks that the library took and keeps, where that is known
+    bool badFree = false;           // it freed a block that it did not hold
 };
 
 // Library: the library's own calls of the chip SDK and the board. All: every call, nested ones too.
@@ -121,9 +123,14 @@ public:
     // Writes the dump and completes the trace. Throws UsageError.
     void finish();
 
-    // Takes the commands of a file next, where there is a shell to do so. Throws UsageError.
-    void source(const std::string &file) { onSource_(file); }
-    void sourceBy(std::function<void(const std::string &file)> shell) { onSource_ = std::move(shell); }
+    // What only a shell does: takes the commands of a file next, writes what was done to a file. They throw
+    // UsageError.
+    struct ShellCalls {
+        std::function<void(const std::string &file)> source;
+        std::function<void(const std::string &file)> save;
+    };
+    const ShellCalls &shell() const { return shell_; }
+    void setShell(ShellCalls calls) { shell_ = std::move(calls); }
 
     void quit() { quit_ = true; }
     bool quitting() const { return quit_; }
@@ -148,7 +155,7 @@ private:
     std::vector<Capture> captures_;
     std::optional<Output> trace_;
     std::optional<Output> dump_;
-    std::function<void(const std::string &file)> onSource_;
+    ShellCalls shell_;
     bool quit_ = false;
 };
 

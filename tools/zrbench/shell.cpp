@@ -1,5 +1,6 @@
 #include "tools/zrbench/shell.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <clocale>
 #include <cstdio>
@@ -18,6 +19,7 @@
 #endif
 
 #include "tools/zrbench/complete.h"
+#include "tools/zrbench/expectations.h"
 #include "tools/zrbench/output.h"
 #include "tools/zrbench/pager.h"
 #include "tools/zrbench/runner.h"
@@ -152,14 +154,17 @@ std::unique_ptr<LineSource> openLines(bool atTerminal, [[maybe_unused]] const Se
 class Shell
 {
 public:
-    Shell(Session &session, Report &report, bool atTerminal)
+    Shell(Session &session, Report &report, bool atTerminal, const std::optional<std::string> &device)
         : session_(session), report_(report), atTerminal_(atTerminal)
     {
-        session_.sourceBy([this](const std::string &file) { source(file); });
+        if (device)
+            log_.addFile(*device);
+        session_.setShell({[this](const std::string &file) { source(file); },
+                           [this](const std::string &file) { log_.write(file); }});
     }
     Shell(const Shell &) = delete;
     Shell &operator=(const Shell &) = delete;
-    ~Shell() { session_.sourceBy({}); }
+    ~Shell() { session_.setShell({}); }
 
     // Returns whether every line was understood.
     bool run(std::unique_ptr<LineSource> lines)
@@ -193,13 +198,24 @@ private:
                 const Pager pager(atTerminal_);
                 report_.step(invocation.text, {}, runs, true);
             }
-            if (device_)
+            log(runs[0]);
+            if (device_) {
+                log_.addFile(device_->file);
                 runDevice(session_, *std::exchange(device_, {}), report_);
+            }
         } catch (const ArgumentError &error) {
             refuse(line, error.argument + ": " + error.text);
         } catch (const UsageError &error) {
             refuse(line, error.text);
         }
+    }
+
+    // Commands about the shell itself are not part of what was done.
+    void log(const CheckedRun &run)
+    {
+        constexpr std::string_view kOwn[] = {"source", "save", "help", "?", "quit", "exit"};
+        if (std::ranges::count(kOwn, run.invocation->command->name) == 0)
+            log_.add(run);
     }
 
     // A ? at the end of a line asks what can stand there; where lines are edited, the key does. The answer is
@@ -239,16 +255,18 @@ private:
     bool atTerminal_;
     std::vector<std::unique_ptr<LineSource>> reading_;
     std::optional<Device> device_;
+    SessionLog log_;
     bool allGood_ = true;
 };
 
 } // namespace
 
-bool runShell(Session &session, Report &report, const std::optional<std::string> &commands)
+bool runShell(Session &session, Report &report, const std::optional<std::string> &commands,
+              const std::optional<std::string> &device)
 {
     const bool atTerminal = !commands && isatty(STDIN_FILENO) != 0;
     const bool good =
-        Shell(session, report, atTerminal)
+        Shell(session, report, atTerminal, device)
             .run(commands ? std::make_unique<GivenCommands>(*commands) : openLines(atTerminal, session));
     return good || atTerminal;
 }

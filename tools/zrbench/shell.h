@@ -13,6 +13,8 @@ namespace zrbench
 // Takes commands from `commands`, where ; separates them, or else from standard input, to the end or to "quit".
 // At a terminal, mistakes are shown and do not count. Elsewhere every step is expected to succeed unless it is
 // an "expect", and false is returned when a line was not understood.
-bool runShell(Session &session, Report &report, const std::optional<std::string> &commands = {});
+// `device` has been run before: a file, or "" for the one within the program.
+bool runShell(Session &session, Report &report, const std::optional<std::string> &commands = {},
+              const std::optional<std::string> &device = {});
 
 } // namespace zrbench
