@@ -244,7 +244,7 @@ TEST_F(ZrbenchTest, AShellWithoutATerminalEndsWithWhatBecameOfItsSteps)
     }
     const Ended refused = steps(R"("source inner")");
     EXPECT_EQ(refused.status, kUsage);
-    EXPECT_THAT(refused.output, HasSubstr("/steps/0: source inner: only the shell takes commands from a file"));
+    EXPECT_THAT(refused.output, HasSubstr("/steps/0: source inner: only the shell does this"));
 
     // What the documents say of scripts.
     std::istringstream document(contents(ZRLSW_SOURCE_DIR "/docs/shell.md"));
