@@ -92,25 +92,6 @@ TEST_F(Loopback, PcsLoopbackIsSetEvenWhenTheRegisterCannotBeRead)
     EXPECT_EQ(ZR_OP(HAL_PORT_SetPCSLoopbackZr)(1, 3), LSW_CHIP_FAILED);
     EXPECT_EQ(dev.calls()[1], "l2sw_port_phyReg_set(1, 3, 0, 0x4000) = 0");
     dev.takeFailures();
-    for (uint32_t unknown : {5U, 0xFFFFFFFFU})
-        EXPECT_EQ(set(unknown), LSW_UNSUPPORTED);
-    EXPECT_THAT(dev.takeFailures(),
-                ElementsAre("2/8 unsupport loop mode (unit = 1, port = 3, mode = 5).",
-                            "2/8 unsupport loop mode (unit = 1, port = 3, mode = 4294967295)."));
-}
-
-TEST_F(Loopback, PcsLoopbackLinksToItselfWithoutCable)
-{
-    EXPECT_EQ(dev.ops().port.setEnable(1, 3, 1), 0U);
-    uint32_t link = kUntouched;
-    EXPECT_EQ(dev.ops().port.getLinkStatus(1, 3, &link), 0U);
-    EXPECT_EQ(link, 0U);
-    EXPECT_EQ(set(2), 0U);
-    EXPECT_EQ(dev.ops().port.getLinkStatus(1, 3, &link), 0U);
-    EXPECT_EQ(link, 1U);
-    EXPECT_EQ(ZR_OP(HAL_PORT_SetLoopbackDisableZr)(1, 3), 0U);
-    EXPECT_EQ(dev.ops().port.getLinkStatus(1, 3, &link), 0U);
-    EXPECT_EQ(link, 0U);
 }
 
 } // namespace
