@@ -236,7 +236,7 @@ void offerArgument(Completion &to, const Place &place, const Session *session)
         const std::string_view word = lastWord(begun);
         if (argument.name == "topic")
             to = completionAt(begun, session);
-        else if (place.command->name == "board" && session != nullptr)
+        else if ((place.command->name == "board" || place.command->name == "cli") && session != nullptr)
             offerBoardWords(to, begun, *session, stateOf(session, place.unit));
         else if (choosing)
             all(split(argument.choices, '|'), word, argument.name == "frame" ? "=" : " ");

@@ -16,6 +16,13 @@ namespace zrbench
 namespace
 {
 
+// Enter takes the hint away first; Ctrl-R first lets the blank be a character to search for.
+struct Macro {
+    const char *key;
+    const char *keys;
+};
+constexpr Macro kMacros[] = {{"^J", "^]^_"}, {"^M", "^]^_"}, {"^R", "^^^\\"}};
+
 std::string commonStart(const std::vector<std::string> &words)
 {
     std::string start = words.front();
@@ -44,36 +51,35 @@ LineEditor::LineEditor(const Session &session, std::string prompt)
         ::history(history_, &event, H_LOAD, file_.c_str());
     }
     const struct {
-        const char *keys[3];
-        const char *name;
+        const wchar_t *keys[3];
+        const wchar_t *name;
         unsigned char (*act)(EditLine *editor, int key); // null: one of the library's own
     } bindings[] = {
-        {{"^I"}, "zr-complete", complete},
-        {{"?"}, "zr-help", help},
-        {{" "}, "zr-space", space},
-        {{"^]"}, "zr-unhint", unhint},
-        {{"^_"}, "ed-newline", nullptr},
-        {{"^C"}, "zr-drop", drop},
-        {{"^Z"}, "zr-suspend", suspend},
-        {{"^^"}, "zr-search", search},
-        {{"^\\"}, "em-inc-search-prev", nullptr},
-        {{"^W"}, "ed-delete-prev-word", nullptr},
-        {{"\\e[1~", "\\e[H", "\\eOH"}, "ed-move-to-beg", nullptr},
-        {{"\\e[4~", "\\e[F", "\\eOF"}, "ed-move-to-end", nullptr},
-        {{"\\e[3~"}, "ed-delete-next-char", nullptr},
-        {{"\\e[1;5C", "\\e[5C", "\\eOc"}, "em-next-word", nullptr},
-        {{"\\e[1;5D", "\\e[5D", "\\eOd"}, "ed-prev-word", nullptr},
+        {{L"^I"}, L"zr-complete", complete},
+        {{L"?"}, L"zr-help", help},
+        {{L" "}, L"zr-space", space},
+        {{L"^]"}, L"zr-unhint", unhint},
+        {{L"^_"}, L"ed-newline", nullptr},
+        {{L"^C"}, L"zr-drop", drop},
+        {{L"^Z"}, L"zr-suspend", suspend},
+        {{L"^^"}, L"zr-search", search},
+        {{L"^\\"}, L"em-inc-search-prev", nullptr},
+        {{L"^W"}, L"ed-delete-prev-word", nullptr},
+        {{L"\\e[1~", L"\\e[H", L"\\eOH"}, L"ed-move-to-beg", nullptr},
+        {{L"\\e[4~", L"\\e[F", L"\\eOF"}, L"ed-move-to-end", nullptr},
+        {{L"\\e[3~"}, L"ed-delete-next-char", nullptr},
+        {{L"\\e[1;5C", L"\\e[5C", L"\\eOc"}, L"em-next-word", nullptr},
+        {{L"\\e[1;5D", L"\\e[5D", L"\\eOd"}, L"ed-prev-word", nullptr},
     };
     for (const auto &row : bindings) {
         if (row.act != nullptr)
-            el_set(editor_, EL_ADDFN, row.name, "zrbench", row.act);
-        for (const char *key : row.keys)
+            el_wset(editor_, EL_ADDFN, row.name, L"zrbench", row.act);
+        for (const wchar_t *key : row.keys)
             if (key != nullptr)
-                el_set(editor_, EL_BIND, key, row.name, nullptr);
+                el_wset(editor_, EL_BIND, key, row.name, nullptr);
     }
-    for (const char *enter : {"^J", "^M"})
-        el_set(editor_, EL_BIND, "-s", enter, "^]^_", nullptr);
-    el_set(editor_, EL_BIND, "-s", "^R", "^^^\\", nullptr);
+    for (const Macro &macro : kMacros)
+        el_set(editor_, EL_BIND, "-s", macro.key, macro.keys, nullptr);
     // Ctrl-C and Ctrl-Z are keys like any other while a line is edited.
     el_set(editor_, EL_SETTY, "-d", "-isig", nullptr);
     el_source(editor_, nullptr);
@@ -85,6 +91,8 @@ LineEditor::~LineEditor()
     if (!file_.empty())
         ::history(history_, &event, H_SAVE, file_.c_str());
     history_end(history_);
+    for (const Macro &macro : kMacros) // el_end() would not free them
+        el_set(editor_, EL_BIND, "-r", macro.key, nullptr);
     el_end(editor_);
 }
 
