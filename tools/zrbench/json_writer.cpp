@@ -52,7 +52,7 @@ void addRun(json &object, const CheckedRun &run)
         }
     }
     text += outcome.text;
-    for (auto &&[name, value] : {std::pair<const char *, json>{"traces", std::move(traces)},
+    for (auto &&[name, value] : {std::pair<const char *, json>{"traces", traces},
                                  {"calls", run.result.calls},
                                  {"deviations", run.deviations}})
         if (!value.empty())
