@@ -138,4 +138,33 @@ TEST_F(ZrbenchFilesTest, ASessionBecomesADeviceFileThatRunsAsItDid)
     EXPECT_EQ(bench("--quiet run up2.json").status, kAsExpected);
 }
 
+TEST_F(ZrbenchFilesTest, TwoDumpsDifferInOneLineAValue)
+{
+    const std::string start = R"("chip init 1", "vlan init 1", "vlan create 1 9", "vlan create 1 10")";
+    EXPECT_EQ(steps(start, "--dump a").status, kAsExpected);
+    EXPECT_EQ(steps(start + R"(, "vlan add 1 10 4 tagged", "vlan delete 1 9")", "--dump b").status,
+              kAsExpected);
+    const Ended same = bench("diff a a");
+    EXPECT_EQ(same.status, kAsExpected);
+    EXPECT_EQ(same.output, "");
+    const Ended different = bench("diff a b");
+    EXPECT_EQ(different.status, kNotAsExpected);
+    EXPECT_THAT(different.output, testing::ContainsRegex("(^|\n)unit 1 vlan 10 members - -> 4\n"));
+    EXPECT_LT(different.output.find("vlan 9 members - -> absent\n"), different.output.find("vlan 10"));
+    EXPECT_THAT(bench("--json diff a b").output,
+                HasSubstr(R"({"from":[],"path":"unit 1 vlan 10 members","to":[4]})"));
+
+    file("list", "[1]");
+    for (const auto &[files, complaint] : std::vector<std::pair<std::string, std::string>>{
+             {"a none", "zrbench: none: cannot be read\n"},
+             {"list a", "zrbench: list: no dump: expected an object with \"board\", found [1]\n"},
+             {"a device.json", "zrbench: device.json: no dump"}}) {
+        const Ended refused = bench("diff " + files);
+        EXPECT_EQ(refused.status, kUsage);
+        EXPECT_THAT(refused.output, testing::StartsWith(complaint));
+    }
+    EXPECT_THAT(shell("checkpoint here\ndiff there\n").output,
+                HasSubstr("no checkpoint \"there\"; there is here"));
+}
+
 } // namespace

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "sim/chip/port_list.h"
 #include "sim/chip/status.h"
 
 namespace zrsim
@@ -205,7 +206,7 @@ void AclTable::dump(nlohmann::json &to) const
         if (entry.parts == 0)
             continue;
         nlohmann::json shown = {{"id", id}, {"part", entry.part}, {"parts", entry.parts}};
-        shown["ports"] = fmt::format("{:#x}", entry.ports);
+        shown["ports"] = portList(entry.ports);
         for (const AclRawField &field : entry.fields)
             if (field.id != 0)
                 shown["fields"].push_back({{"id", field.id},

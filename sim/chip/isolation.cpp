@@ -1,9 +1,9 @@
 #include "sim/chip/isolation.h"
 
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include "sim/chip/chip.h"
+#include "sim/chip/port_list.h"
 #include "sim/chip/status.h"
 
 namespace zrsim
@@ -34,7 +34,7 @@ void Isolation::dump(nlohmann::json &to) const
 {
     for (uint32_t port = 0; port < kPorts; ++port)
         if (permit_[port] != Ports::kLogicalPorts)
-            to[std::to_string(port)] = fmt::format("{:#010x}", permit_[port]);
+            to["ports"][std::to_string(port)]["reaches"] = portList(permit_[port]);
 }
 
 } // namespace zrsim

@@ -129,7 +129,7 @@ void PortCounters::dump(nlohmann::json &to) const
         if (odrop_[port] != 0)
             state["odrop"] = odrop_[port];
         if (!state.is_null())
-            to[std::to_string(port)] = std::move(state);
+            to["ports"][std::to_string(port)] = std::move(state);
     }
 }
 

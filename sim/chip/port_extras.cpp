@@ -75,7 +75,7 @@ void PortExtras::dump(nlohmann::json &to) const
         if (port.linkScans != 0)
             state["linkScans"] = port.linkScans;
         if (!state.is_null())
-            to[std::to_string(number)] = std::move(state);
+            to["ports"][std::to_string(number)] = std::move(state);
     }
 }
 

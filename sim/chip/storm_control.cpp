@@ -52,7 +52,7 @@ void StormControl::dump(nlohmann::json &to) const
     for (uint32_t port = 0; port < kPorts; ++port)
         for (uint32_t type = 0; type < kTypes; ++type)
             if (bindings_[port][type].enabled)
-                to["ports"][std::to_string(port)][std::to_string(type)] = {
+                to["ports"][std::to_string(port)]["types"][std::to_string(type)] = {
                     {"meter", bindings_[port][type].meter}};
 }
 

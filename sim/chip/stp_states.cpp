@@ -58,11 +58,11 @@ void StpStates::dump(nlohmann::json &to) const
 {
     for (uint32_t vlan = 0; vlan < kVlans; ++vlan)
         if (instances_[vlan] != 0)
-            to["vlans"][std::to_string(vlan)] = instances_[vlan];
+            to["vlans"][std::to_string(vlan)]["instance"] = instances_[vlan];
     for (uint32_t instance = 0; instance < kInstances; ++instance)
         for (uint32_t port = 0; port < kPorts; ++port)
             if (State state = states_[instance][port]; state != kForwarding)
-                to["states"][std::to_string(instance)][std::to_string(port)] = kStateNames[state];
+                to["instances"][std::to_string(instance)]["ports"][std::to_string(port)] = kStateNames[state];
 }
 
 } // namespace zrsim

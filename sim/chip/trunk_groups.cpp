@@ -5,6 +5,7 @@
 
 #include <bit>
 
+#include "sim/chip/port_list.h"
 #include "sim/chip/ports.h"
 #include "sim/chip/status.h"
 
@@ -75,7 +76,7 @@ void TrunkGroups::dump(nlohmann::json &to) const
     for (uint32_t i = 0; i < kGroups; ++i)
         if (groups_[i].chipPorts != 0 || groups_[i].hashInputs != 0)
             to["groups"].push_back({{"group", i},
-                                    {"chipPorts", fmt::format("{:#x}", groups_[i].chipPorts)},
+                                    {"chipPorts", portList(groups_[i].chipPorts)},
                                     {"hashInputs", fmt::format("{:#x}", groups_[i].hashInputs)}});
     if (mode_ != 0)
         to["mode"] = mode_;

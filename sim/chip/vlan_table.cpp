@@ -6,17 +6,13 @@
 #include <cstring>
 #include <string>
 
+#include "sim/chip/port_list.h"
 #include "sim/chip/status.h"
 
 namespace zrsim
 {
 namespace
 {
-
-std::string hex(uint32_t mask)
-{
-    return fmt::format("{:#x}", mask);
-}
 
 template <class Record> bool isZero(const Record &record)
 {
@@ -154,8 +150,8 @@ void VlanTable::dump(nlohmann::json &to) const
         if (isZero(cfg))
             continue;
         nlohmann::json &shown = to["vlans"][fmt::format("{}", vlan)];
-        shown = {{"members", hex(cfg.memberMask)},
-                 {"untagged", hex(cfg.untagMask)},
+        shown = {{"members", portList(cfg.memberMask)},
+                 {"untagged", portList(cfg.untagMask)},
                  {"independentLearning", cfg.independentLearning}};
         if (!isZero(cfg.reserved10))
             shown["reserved10"] = hexBytes(cfg.reserved10);
@@ -163,7 +159,7 @@ void VlanTable::dump(nlohmann::json &to) const
     for (uint32_t index = 0; index < kMemberConfigs; ++index)
         if (const auto &cfg = memberConfigs_[index])
             to["memberConfigs"].push_back(
-                {{"index", index}, {"vlan", cfg->vlan}, {"members", hex(cfg->memberMask)}});
+                {{"index", index}, {"vlan", cfg->vlan}, {"members", portList(cfg->memberMask)}});
     for (uint32_t number = 0; number < ports_.size(); ++number) {
         const VlanPort &port = ports_[number];
         if (port.pvid != 0 || port.priority != 0 || port.ingressFilter != 0 || port.tagMode != 0)

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "tools/zrbench/commands.h"
+#include "tools/zrbench/dump.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/output.h"
 #include "tools/zrbench/report.h"
@@ -57,6 +58,34 @@ Outcome expect(Session &session, const Arguments &a)
     return outcome;
 }
 
+const nlohmann::json &checkpoint(Session &session, const std::string &name)
+{
+    std::map<std::string, nlohmann::json> &kept = session.checkpoints();
+    if (const auto found = kept.find(name); found != kept.end())
+        return found->second;
+    std::vector<std::string_view> names;
+    for (const auto &[other, state] : kept)
+        names.emplace_back(other);
+    throw UsageError{
+        fmt::format("no checkpoint {}{}", shown(name),
+                    names.empty() ? "; none was made" : fmt::format("; there is {}", fmt::join(names, ", ")))};
+}
+
+Outcome showChanges(Session &session, const Arguments &a)
+{
+    const nlohmann::json &before = checkpoint(session, a.text("name"));
+    const std::vector<Change> found =
+        changes(before, a.has("later") ? checkpoint(session, a.text("later")) : session.state());
+    Outcome outcome = Outcome::shown("");
+    outcome.rows = nlohmann::json::array();
+    for (const Change &change : found) {
+        outcome.text += lineOf(change) + "\n";
+        outcome.rows.push_back(rowOf(change));
+    }
+    return outcome.out("changes", found.size());
+}
+
+constexpr Argument kCheckpoint{.name = "name", .type = Type::Word, .meaning = "a checkpoint"};
 constexpr Argument kTopic{"topic", Type::Text, {}, true};
 constexpr Argument kManagedUnit{.name = "unit", .most = LSWM_UNITS - 1};
 
@@ -94,9 +123,23 @@ const Command kCommands[] = {
      [](Session &session, const Arguments &) { return showOperations(session.tables()); }},
     {"dump",
      {},
-     "shows the state of chips, board and manager as JSON",
+     "shows the state of chips, board, manager and library as JSON",
      "",
      [](Session &session, const Arguments &) { return Outcome::shown(session.dump() + "\n"); }},
+    {"checkpoint",
+     {kCheckpoint},
+     "keeps the present state under NAME, for diff",
+     "",
+     [](Session &session, const Arguments &a) {
+         session.checkpoints()[a.text("name")] = session.state();
+         return Outcome::shown("");
+     }},
+    {"diff",
+     {kCheckpoint,
+      {.name = "later", .type = Type::Word, .optional = true, .meaning = "the present state without it"}},
+     "shows what changed since a checkpoint, or from one to another, a value a line",
+     "",
+     showChanges},
     {"level",
      {{"level", Type::Number}},
      "enables traces up to LEVEL (2 events, 3 details); 0 disables all",

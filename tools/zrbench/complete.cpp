@@ -124,7 +124,7 @@ json stateOf(const Session *session, std::string_view unit)
     if (session == nullptr || !session->inspection().available() || session->inspection().dump == nullptr)
         return json::object();
     const json::json_pointer path(fmt::format("/board/units/{}", parseNumber(unit).value_or(LSWM_UNITS)));
-    return json::parse(session->dump()).value(path, json::object());
+    return session->state().value(path, json::object());
 }
 
 void offerFiles(Completion &to, std::string_view begun)

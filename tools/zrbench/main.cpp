@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "tools/zrbench/completion.h"
+#include "tools/zrbench/dump.h"
 #include "tools/zrbench/expectations.h"
 #include "tools/zrbench/in_service.h"
 #include "tools/zrbench/json_writer.h"
@@ -207,6 +208,19 @@ int live(const Options &options)
     return report.deviating() == 0 ? kAsExpected : kNotAsExpected;
 }
 
+int diff(const Options &options, const std::string &before, const std::string &after)
+{
+    const std::vector<Change> found = changes(readDump(before), readDump(after));
+    const Pager pager(!options.json);
+    for (const Change &change : found) {
+        if (options.json)
+            print("{}\n", rowOf(change).dump());
+        else
+            print("{}", folded(lineOf(change), terminalWidth(), 4));
+    }
+    return found.empty() ? kAsExpected : kNotAsExpected;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -303,6 +317,14 @@ int main(int argc, char **argv)
         print("{}", foldedLines(showOperations(session.tables()).textWithin(width), width, 4));
         session.finish();
     });
+
+    std::string before;
+    std::string after;
+    command =
+        app.add_subcommand("diff", "Show what is not the same in two dumps, a value a line")->fallthrough();
+    command->add_option("before", before, "As --dump writes it")->required()->type_name("FILE");
+    command->add_option("after", after, "As --dump writes it")->required()->type_name("FILE");
+    command->callback([&] { result = diff(options, before, after); });
 
     command = app.add_subcommand("schema", "Write the JSON schema of device files, for editors and checkers");
     command->callback([&] { print("{}\n", deviceSchema().dump(1)); });

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 #include <utility>
 
+#include "tools/zrbench/dump.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
@@ -249,10 +250,17 @@ void Session::setTraceLevel(uint32_t level)
 
 std::string Session::dump() const
 {
+    return stateText(state());
+}
+
+nlohmann::json Session::state() const
+{
     const auto read = needed(inspection_.dump, "dump");
     std::string text(read(nullptr, 0), '\0');
     read(text.data(), text.size() + 1);
-    return text;
+    nlohmann::json state = nlohmann::json::parse(text);
+    state["library"] = libraryRecords(*this);
+    return state;
 }
 
 void Session::capture(uint32_t unit, uint32_t ports, const std::string &path)

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -107,8 +108,12 @@ public:
     std::vector<std::string> platformCalls() const;
     // The usage texts of the board's interpreter, as far as the platform tells them.
     std::vector<std::string> boardCommands() const;
-    // The chips' state as JSON.
+    // The state of chips, board, manager and library; docs/state.md lists its keys.
+    nlohmann::json state() const;
+    // The same as text.
     std::string dump() const;
+    // States by name, to be compared with later ones.
+    std::map<std::string, nlohmann::json> &checkpoints() { return checkpoints_; }
 
     // What comes out of ports is written to a file until the session ends. Throws UsageError.
     void capture(uint32_t unit, uint32_t ports, const std::string &path);
@@ -153,6 +158,7 @@ private:
     bool boardRefused_ = false;
     std::string deviceFile_;
     std::vector<Capture> captures_;
+    std::map<std::string, nlohmann::json> checkpoints_;
     std::optional<Output> trace_;
     std::optional<Output> dump_;
     ShellCalls shell_;
