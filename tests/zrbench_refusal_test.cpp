@@ -80,7 +80,7 @@ TEST_F(ZrbenchTest, ABadFileIsRefusedWithItsPlaceBeforeAnyStepIsMade)
         {R"({"units": [{"unit": 1}, {"unit": 1}]})", "/units/1: this unit is given already"},
         {step(R"({"do": "ops", "each": {"a": "1-200000"}})"), "/steps/0/each/a: expected up to 100000 numbers"},
         {step(R"({"do": "chip init ${u/0}", "each": {"u": "1"}})"), "/steps/0: expected ${NAME"},
-        {after(R"("acl add 1 {\"vlan\": 5000}")"), "/steps/1: rule/vlan: expected a number up to 0xfff"},
+        {after(R"("acl add 1 {\"vlan\": 5000}")"), "/steps/1: rule/vlan: expected a number up to 4095"},
         {after(R"({"do": "acl add 1", "rule": {"vlan": "5/"}})"),
          "/steps/1/rule/vlan: expected a number up to"},
         {after(R"({"do": "acl add 1", "rule": {"srcMac": "02:00:00:00:00:01/"}})"),

@@ -80,6 +80,25 @@ TEST_F(ZrbenchTest, AProgramReadsStepsAsJson)
     EXPECT_THAT(piped.output, HasSubstr("\"summary\":\"shell\""));
 }
 
+TEST_F(ZrbenchTest, NumbersHaveNames)
+{
+    const Ended ended =
+        steps(R"json("chip init 1", "vlan init 1", "port enable 1 0 on", "link 1 0 up", "mc init 1",
+        {"do": "stp state 1 0 2 blocking"}, {"do": "storm set", "unit": 1, "port": 1, "packets": "broadcast", "enable": "on", "meter": 3},
+        {"do": "vlan tag-mode 1 4 priority-tagged"}, "level details",
+        {"do": "acl init 1", "holds": 3},
+        {"do": "acl add 1", "rule": {"ipProto": "icmpv6", "etherType": "ipv6/0xff00", "ports": "0-4,15"}, "out": {"logic": 5}},
+        {"do": "board 1 counter 0 2 7"}, {"do": "port stats 1 0 fcs-errors", "out": {"value": 7}},
+        {"do": "port stats 1 0", "shows": ["    fcs-errors: 7"]}, {"do": "port stats 1 0 all", "shows": ["counter-79: 0"]})json");
+    EXPECT_THAT(ended.output, HasSubstr("15 steps")) << ended.output;
+    EXPECT_THAT(ended.output, Not(HasSubstr("expected status 0")));
+    EXPECT_THAT(
+        shell("stp state 1 0 2 blockin\nacl add 1 {\"ports\": \"5\"}\nacl add 1 {\"ipProto\": \"tpc\"}\n")
+            .output,
+        testing::AllOf(HasSubstr("or one of forwarding, blocking, found \"blockin\"; did you mean"),
+                       HasSubstr("chip ports, 0 to 4 and 15 to 17"), HasSubstr("one of icmp, igmp, tcp")));
+}
+
 TEST_F(ZrbenchTest, WhatIsNotAsExpectedIsNamedAndEndsWithOne)
 {
     const struct {

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 #include <optional>
 
+#include "acl/acl.h"
 #include "tools/zrbench/command.h"
 #include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
@@ -66,6 +67,16 @@ constexpr Flag kValues[] = {
 }
 
 // ---- numbers, addresses ---------------------------------------------------------------------
+
+// Names that a field takes for numbers: IANA's protocol numbers, IEEE's EtherTypes.
+std::string_view namesFor(std::string_view field)
+{
+    return field == "ipProto" ? "icmp=1|igmp=2|tcp=6|udp=17|icmpv6=58|ospf=89|vrrp=112|sctp=132"
+           : field == "etherType"
+               ? "ipv4=0x0800|arp=0x0806|ipv6=0x86dd|pppoe-discovery=0x8863|pppoe-session=0x8864|"
+                 "eapol=0x888e|lldp=0x88cc|ptp=0x88f7"
+               : "";
+}
 
 std::optional<uint32_t> parseIp(std::string_view text)
 {
@@ -161,12 +172,16 @@ void parseField(LswmAclMatch &match, const Field &field, const json &given)
     }
     const bool ip = field.form == Form::Ip && value.is_string();
     const uint32_t most = field.form == Form::Capwap ? 0xFFFFFFFF : field.whole;
-    const std::optional<uint32_t> number = ip ? parseIp(value.get<std::string>()) : asNumber(value);
+    std::optional<uint32_t> number = ip ? parseIp(value.get<std::string>()) : asNumber(value);
+    if (!number && value.is_string())
+        number = namedNumber(namesFor(field.name), value.get_ref<const std::string &>());
     const std::optional<uint32_t> bits = !masked ? field.whole : ip ? parseIpMask(mask) : parseNumber(mask);
     if (!number || !bits || *number > most || *bits > field.whole)
-        refuse(field.name, given,
-               ip ? "192.0.2.1, 192.0.2.0/24 or 192.0.2.0/255.255.255.0"
-                  : fmt::format("a number up to {:#x}, or number/mask", most));
+        refuse(
+            field.name, given,
+            ip ? "192.0.2.1, 192.0.2.0/24 or 192.0.2.0/255.255.255.0"
+               : fmt::format("{}, or number/mask",
+                             expectedOf({.name = field.name, .choices = namesFor(field.name), .most = most})));
     if (field.form == Form::Capwap) {
         for (uint32_t i = 0; i < 4; ++i)
             match.capwap[i] = static_cast<uint8_t>(*number >> (24 - 8 * i));
@@ -213,12 +228,15 @@ uint32_t number(const std::string &name, const json &value, uint32_t most)
 
 uint32_t portBitmap(const json &value)
 {
+    constexpr std::string_view kExpected = "chip ports, 0 to 4 and 15 to 17, such as \"0-4,15\"";
     const auto list = value.is_string() ? parseList(value.get<std::string>(), 31, 32) : std::nullopt;
     if (!list)
-        refuse("ports", value, "chip ports up to 31 such as \"0-4,15\"");
+        refuse("ports", value, kExpected);
     uint32_t bitmap = 0;
     for (uint32_t port : *list)
         bitmap |= uint32_t{1} << port;
+    if ((bitmap & ~uint32_t{ZR_ACL_CHIP_PORTS}) != 0)
+        refuse("ports", value, kExpected);
     return bitmap;
 }
 

@@ -1,8 +1,8 @@
 // Counters, diagnostics and isolation of ports.
-#include <algorithm>
 #include <fmt/format.h>
 
 #include "tools/zrbench/rows.h"
+#include "tools/zrbench/values.h"
 
 namespace zrbench
 {
@@ -21,32 +21,20 @@ uint32_t pagedRegister(const Arguments &a)
     return a.number("page") << 16 | a.number("register");
 }
 
-// What a counter stands for. The chip's record is opaque: where frames are counted is the stand-in's own
-// choice.
-std::string_view counterNote(size_t counter)
-{
-    constexpr std::pair<size_t, std::string_view> kNotes[] = {
-        {0, "octets in"},
-        {5, "octets out"},
-        {8, "odrop, accumulated"},
-        {11, "63 + 64 + 65, 32 bits"},
-        {12, "67 + 68 + 69, 32 bits"},
-        {14, "dropped on the way in"},
-        {40, "longer than the frame size"},
-        {49, "wrong FCS"},
-        {60, "shorter than 64 bytes"},
-        {63, "unicast in"},
-        {64, "multicast in"},
-        {65, "broadcast in"},
-        {67, "unicast out"},
-        {68, "multicast out"},
-        {69, "broadcast out"},
-    };
-    const auto *found = std::ranges::find(kNotes, counter, &std::pair<size_t, std::string_view>::first);
-    return found == std::ranges::end(kNotes) ? "" : found->second;
-}
-
+// The manager's counters by what they stand for. The chip's record is opaque: which frames it counts where is
+// the stand-in's own choice. Counter 11 is 63 + 64 + 65 and counter 12 is 67 + 68 + 69 in 32 bits; 1 and 6 tell
+// the same as 63 and 67.
 constexpr uint32_t kCounters = std::extent_v<decltype(LswmPortStatistics::counter)>;
+constexpr Argument kCounter{
+    .name = "counter",
+    .choices =
+        "octets-in=0|octets-out=5|odrop=8|frames-in=11|frames-out=12|drops-in=14|size-64=17|size-1024-up=18|"
+        "size-65-127=19|size-128-255=22|size-256-511=25|size-512-1023=28|oversize=40|fcs-errors=49|"
+        "undersize=60|unicast-in=63|multicast-in=64|broadcast-in=65|unicast-out=67|multicast-out=68|"
+        "broadcast-out=69|all=80",
+    .optional = true,
+    .most = kCounters,
+    .meaning = "a counter's number or name; all for those that are 0 as well"};
 
 Outcome statistics(Session &session, const Arguments &a)
 {
@@ -55,18 +43,21 @@ Outcome statistics(Session &session, const Arguments &a)
         Outcome::of(session.slot(&ZrPortOps::getStatistics)(a.number("unit"), a.number("port"), &record));
     if (outcome.status != LSW_OK)
         return outcome;
-    if (a.has("counter"))
+    const bool all = a.has("counter") && a.number("counter") == kCounters;
+    if (a.has("counter") && !all)
         return outcome.out("value", record.counter[a.number("counter")]);
-    TextTable table({"COUNTER", "VALUE", "MEANING"});
-    uint32_t counting = 0;
+    outcome.rows = nlohmann::json::array();
     for (uint32_t counter = 0; counter < kCounters; ++counter) {
-        if (record.counter[counter] == 0)
+        if (record.counter[counter] == 0 && !all)
             continue;
-        ++counting;
-        table.row({counter, record.counter[counter], counterNote(counter)});
+        std::string name(numberName(kCounter.choices, counter));
+        if (name.empty())
+            name = fmt::format("counter-{}", counter);
+        outcome.text += fmt::format("{:>14}: {}\n", name, record.counter[counter]);
+        outcome.rows.push_back({{"counter", counter}, {"name", name}, {"value", record.counter[counter]}});
     }
-    outcome.text = counting != 0 ? table.text() : "every counter is 0\n";
-    outcome.rows = table.rows();
+    if (outcome.text.empty())
+        outcome.text = "every counter is 0\n";
     return outcome;
 }
 
@@ -142,8 +133,8 @@ constexpr Argument kFrames{"frames"};
 
 const Command kCommands[] = {
     {"port stats",
-     {kUnit, kPort, {.name = "counter", .optional = true, .most = kCounters - 1}},
-     "shows the counters of a port that are not 0, or the value of one",
+     {kUnit, kPort, kCounter},
+     "shows the counters of a port that are not 0, or all, or the value of one",
      slotLabel(&ZrPortOps::getStatistics),
      statistics},
     slotRow("port clear", &ZrPortOps::clearStatistics, {kUnit, kPort}, "clears the counters of a port"),

@@ -141,7 +141,7 @@ const Command kCommands[] = {
      "",
      showChanges},
     {"level",
-     {{"level", Type::Number}},
+     {{.name = "level", .choices = "off|events=2|details=3"}},
      "enables traces up to LEVEL (2 events, 3 details); 0 disables all",
      "",
      [](Session &session, const Arguments &a) {

@@ -10,12 +10,13 @@ namespace
 {
 
 constexpr Argument kInstance{"instance"};
+constexpr Argument kStpState{.name = "state", .choices = "forwarding|blocking"};
 
 const Command kCommands[] = {
     slotRow("stp group", &ZrStpOps::stgCreate, {kUnit, "group"}, "allocates a spanning-tree group"),
     slotRow("stp bind", &ZrStpOps::setVlanInstanceid, {kUnit, kInstance, kVlan}, "binds a VLAN to an instance"),
-    slotRow("stp state", &ZrStpOps::setStpMode, {kUnit, kInstance, kPort, "state"},
-            "sets a port's state in an instance: 0 forwarding, 1 blocking"),
+    slotRow("stp state", &ZrStpOps::setStpMode, {kUnit, kInstance, kPort, kStpState},
+            "sets a port's state in an instance: forwarding (0) or blocking (1)"),
     slotRow("stp flush-instance", &ZrStpOps::flushMacByPortInstance, {kUnit, kPort, kInstance},
             "deletes what a port learned in every VLAN of an instance"),
     entryRow("stp flush-vlan", &ZrStpOps::flushMacByPortVlan, {kEntryPort, kEntryVlan, kEntryUnit},

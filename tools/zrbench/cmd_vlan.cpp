@@ -55,6 +55,7 @@ Outcome list(Session &session, const Arguments &a)
     return Outcome::shown(table);
 }
 
+constexpr Argument kTagMode{.name = "mode", .choices = "by-vlan|as-received|tagged|priority-tagged"};
 constexpr Argument kTagging{"tagging", Type::Word, "tagged|untagged"};
 
 const Command kCommands[] = {
@@ -87,8 +88,10 @@ const Command kCommands[] = {
     slotRow("vlan filter", &ZrVlanOps::setIgrPortFilter,
             {kUnit, kPort, Argument{"state", Type::Word, "off|on"}},
             "switches a port's ingress filter, which drops frames of VLANs that the port is not a member of"),
-    slotRow("vlan tag-mode", &ZrVlanOps::setTagMode, {kUnit, kPort, "mode"},
-            "sets a port's egress tag mode, 0 to 3"),
+    slotRow(
+        "vlan tag-mode", &ZrVlanOps::setTagMode, {kUnit, kPort, kTagMode},
+        "sets how frames leave a port: tagged or not by the VLAN's untagged set, as they came, always tagged, "
+        "tagged with the priority alone"),
 };
 
 } // namespace

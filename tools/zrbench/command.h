@@ -43,7 +43,8 @@ enum class Type {
 struct Argument {
     std::string_view name;
     Type type = Type::Number;
-    // Of Word, as "off|on". Of Json and Text, the keys and words that they may hold.
+    // Of Word, as "off|on". Of Number, names for 0, 1 and so on, or for other numbers: "icmp=1|tcp=6". Of Json
+    // and Text, the keys and words that they may hold.
     std::string_view choices = {};
     bool optional = false;      // only the last ones
     uint32_t otherwise = 0;     // a number that is left out

@@ -220,6 +220,8 @@ void offerArgument(Completion &to, const Place &place, const Session *session)
             all(portsOf(stateOf(session, place.unit)), begun, " ");
         else if (argument.name == "vlan")
             all(vlansOf(stateOf(session, place.unit)), begun, " ");
+        for (const auto &[name, unused] : namedNumbers(argument.choices))
+            offer(to, begun, name);
         break;
     case Type::Word:
         if (argument.name == "status")

@@ -61,8 +61,12 @@ Json reference(const char *name)
 Json schemaOf(const Argument &argument)
 {
     switch (argument.type) {
-    case Type::Number:
-        return numberUpTo(argument.most);
+    case Type::Number: {
+        Json schema = numberUpTo(argument.most);
+        for (const auto &[name, unused] : namedNumbers(argument.choices))
+            schema["anyOf"].push_back({{"const", name}});
+        return schema;
+    }
     case Type::Mac:
         return text("^([0-9a-fA-F]{1,2}:){5}[0-9a-fA-F]{1,2}$|\\$");
     case Type::Ports:

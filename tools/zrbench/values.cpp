@@ -63,6 +63,10 @@ std::optional<json> valueOf(const Argument &argument, const json &value)
     case Type::Number:
         if (auto number = asNumber(value); number && *number <= argument.most)
             return *number;
+        if (auto number = value.is_string()
+                              ? namedNumber(argument.choices, value.get_ref<const std::string &>())
+                              : std::nullopt)
+            return *number;
         return std::nullopt;
     case Type::Mac:
         if (value.is_string()) {
@@ -96,6 +100,37 @@ std::optional<json> valueOf(const Argument &argument, const json &value)
 }
 
 } // namespace
+
+std::vector<std::pair<std::string_view, uint32_t>> namedNumbers(std::string_view choices)
+{
+    std::vector<std::pair<std::string_view, uint32_t>> named;
+    if (choices.empty())
+        return named;
+    for (const std::string_view choice : split(choices, '|')) {
+        const size_t equals = choice.find('=');
+        const auto place = static_cast<uint32_t>(named.size());
+        named.emplace_back(
+            choice.substr(0, equals),
+            equals == std::string_view::npos ? place : parseNumber(choice.substr(equals + 1)).value_or(place));
+    }
+    return named;
+}
+
+std::optional<uint32_t> namedNumber(std::string_view choices, std::string_view name)
+{
+    for (const auto &[named, number] : namedNumbers(choices))
+        if (named == name)
+            return number;
+    return std::nullopt;
+}
+
+std::string_view numberName(std::string_view choices, uint32_t number)
+{
+    for (const auto &[name, named] : namedNumbers(choices))
+        if (named == number)
+            return name;
+    return {};
+}
 
 std::vector<std::string_view> split(std::string_view text, char separator)
 {
@@ -238,13 +273,14 @@ std::string shown(const json &value)
 
 std::string expectedOf(const Argument &argument)
 {
-    std::string choices(argument.choices);
-    for (size_t bar = 0; (bar = choices.find('|', bar)) != std::string::npos;)
-        choices.replace(bar, 1, ", ");
+    std::string choices;
+    for (const auto &[name, unused] : namedNumbers(argument.choices))
+        choices += fmt::format("{}{}", choices.empty() ? "" : ", ", name);
     switch (argument.type) {
     case Type::Number:
-        return argument.most == UINT32_MAX ? "a number of 32 bits, decimal or 0x"
-                                           : fmt::format("a number up to {}, decimal or 0x", argument.most);
+        return (argument.most == UINT32_MAX ? "a number of 32 bits, decimal or 0x"
+                                            : fmt::format("a number up to {}, decimal or 0x", argument.most)) +
+               (choices.empty() ? "" : ", or one of " + choices);
     case Type::Mac:
         return "an address such as 00:11:22:33:44:55";
     case Type::Ports:
@@ -265,15 +301,29 @@ std::string expectedOf(const Argument &argument)
     return {};
 }
 
+namespace
+{
+
+std::vector<std::string_view> namesOf(std::string_view choices)
+{
+    std::vector<std::string_view> names;
+    for (const auto &[name, unused] : namedNumbers(choices))
+        names.push_back(name);
+    return names;
+}
+
+} // namespace
+
 json checkedValue(const Argument &argument, const json &value)
 {
     const std::string name(argument.name);
     const std::optional<json> kept = valueOf(argument, value);
     if (!kept) {
-        const bool word = argument.type == Type::Word && value.is_string() && !argument.choices.empty();
+        const bool word = (argument.type == Type::Word || argument.type == Type::Number) && value.is_string() &&
+                          !argument.choices.empty();
         throw ArgumentError{
             {fmt::format("expected {}, found {}{}", expectedOf(argument), shown(value),
-                         word ? didYouMean(value.get_ref<const std::string &>(), split(argument.choices, '|'))
+                         word ? didYouMean(value.get_ref<const std::string &>(), namesOf(argument.choices))
                               : "")},
             name};
     }

@@ -22,6 +22,12 @@ std::optional<uint32_t> asNumber(const nlohmann::json &value);
 // text is not such a list.
 std::optional<std::vector<uint32_t>> parseList(std::string_view text, uint32_t most, size_t count);
 
+// The names of numbers that the choices of a number give, and the number of a name.
+std::vector<std::pair<std::string_view, uint32_t>> namedNumbers(std::string_view choices);
+std::optional<uint32_t> namedNumber(std::string_view choices, std::string_view name);
+// The name of a number, or nothing.
+std::string_view numberName(std::string_view choices, uint32_t number);
+
 // The parts between separators; at least one.
 std::vector<std::string_view> split(std::string_view text, char separator);
 
