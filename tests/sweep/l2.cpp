@@ -41,7 +41,8 @@ const In<uint32_t> kUntags{std::vector<uint32_t>(ZR_VLAN_LIST_PORTS)};
 LswmMacEntry entryOf(uint8_t type, uint8_t unitOfEntry = 1)
 {
     LswmMacEntry entry{};
-    entry.mac[5] = 9;
+    for (uint8_t i = 0; i < 6; ++i)
+        entry.mac[i] = static_cast<uint8_t>(0x12 + 0x22 * i); // 12:34:56:78:9a:bc
     entry.vlan = 10;
     entry.entryVlan = 10;
     entry.port = 3;
