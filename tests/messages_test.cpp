@@ -10,6 +10,10 @@
 #include <sstream>
 #include <string>
 
+#include <nlohmann/json.hpp>
+
+#include "kit/zrbench.h"
+
 namespace
 {
 
@@ -18,6 +22,7 @@ namespace
 using Message = std::array<std::string, 3>;
 using Messages = std::map<Message, std::string>;
 using Matches = std::sregex_iterator;
+using zrtest::ZrbenchTest;
 
 std::string contents(const std::filesystem::path &path)
 {
@@ -134,6 +139,42 @@ TEST(Messages, StandInTheDocumentAsTheyArePrinted)
     }
     for (const auto &[message, status] : documented)
         ADD_FAILURE() << "not printed: " << testing::PrintToString(message);
+}
+
+// Every text as it is printed, and every status of the stand-in, is explained by zrbench.
+using MessagesExplained = ZrbenchTest;
+
+TEST_F(MessagesExplained, ByTheLineAsItWasPrinted)
+{
+    std::vector<std::string> expected;
+    std::string typed;
+    for (const auto &[message, status] : printedTexts()) {
+        std::string line = std::regex_replace(message[2], std::regex(R"(\\n$)"), "");
+        for (const auto &[conversion, printed] :
+             {std::pair{"%02x", "0a"}, {"%x", "1f"}, {"%[ud]", "7"}, {"%s", "name"}})
+            line = std::regex_replace(line, std::regex(conversion), printed);
+        typed += "explain " + line + "\n";
+        expected.push_back(message[2]);
+    }
+    const std::string statuses =
+        contents(ZRLSW_SOURCE_DIR "/sim/chip/status.h") + contents(ZRLSW_SOURCE_DIR "/sim/chip/vlan_table.h");
+    const std::regex enumerator(R"(kSdk\w+ = (\w+))");
+    for (Matches match(statuses.begin(), statuses.end(), enumerator), end; match != end; ++match)
+        typed += "explain " + (*match)[1].str() + "\n";
+
+    std::istringstream lines(shell(typed, "--json").output);
+    std::string line;
+    for (const std::string &text : expected) {
+        ASSERT_TRUE(std::getline(lines, line));
+        const auto rows = nlohmann::json::parse(line).value("rows", nlohmann::json::array());
+        EXPECT_TRUE(std::ranges::any_of(rows, [&](const auto &row) { return row.value("text", "") == text; }))
+            << line;
+    }
+    size_t named = 0;
+    while (std::getline(lines, line) && !line.starts_with("{\"heldBlocks"))
+        named += nlohmann::json::parse(line)["rows"][0].contains("name") ? 1 : 0;
+    EXPECT_EQ(named, static_cast<size_t>(
+                         std::distance(Matches(statuses.begin(), statuses.end(), enumerator), Matches())));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include "tools/zrbench/commands.h"
 #include "tools/zrbench/dump.h"
+#include "tools/zrbench/explain.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/output.h"
 #include "tools/zrbench/report.h"
@@ -116,6 +117,13 @@ const Command kCommands[] = {
          session.shell().save(a.text("file"));
          return Outcome::shown("");
      }},
+    {"explain",
+     {{.name = "topic",
+       .type = Type::Text,
+       .meaning = "a printed line, a status, a platform call, an operation or a command"}},
+     "tells what TOPIC means, what prints it, and where to look first",
+     "",
+     [](Session &, const Arguments &a) { return explain(a.text("topic")); }},
     {"ops",
      {},
      "shows the operation tables slot by slot",

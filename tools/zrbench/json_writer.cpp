@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <utility>
 
+#include "tools/zrbench/explain.h"
 #include "tools/zrbench/output.h"
 #include "tools/zrbench/status.h"
 #include "tools/zrbench/values.h"
@@ -46,6 +47,8 @@ void addRun(json &object, const CheckedRun &run)
             text += line.text;
         } else if (line.kind == ZRSIM_LINE_FAIL) {
             printed["status"] = line.status;
+            if (const std::string_view name = sdkStatusName(line.status); !name.empty())
+                printed["statusName"] = name;
             lines.push_back(std::move(printed));
         } else {
             traces.push_back(std::move(printed));

@@ -11,6 +11,7 @@
 #include "tools/zrbench/completion.h"
 #include "tools/zrbench/dump.h"
 #include "tools/zrbench/expectations.h"
+#include "tools/zrbench/explain.h"
 #include "tools/zrbench/in_service.h"
 #include "tools/zrbench/json_writer.h"
 #include "tools/zrbench/junit_writer.h"
@@ -325,6 +326,24 @@ int main(int argc, char **argv)
     command->add_option("before", before, "As --dump writes it")->required()->type_name("FILE");
     command->add_option("after", after, "As --dump writes it")->required()->type_name("FILE");
     command->callback([&] { result = diff(options, before, after); });
+
+    std::vector<std::string> words;
+    command =
+        app.add_subcommand("explain", "Tell what a printed line, a status, a platform call, an operation or a "
+                                      "command means, and where to look first")
+            ->fallthrough();
+    command
+        ->add_option("topic", words,
+                     "As it was printed; in quotes when it holds what the shell takes for itself")
+        ->required();
+    command->callback([&] {
+        const Outcome outcome = explain(fmt::to_string(fmt::join(words, " ")));
+        const Pager pager(!options.json);
+        if (!options.json)
+            print("{}", foldedLines(outcome.text, terminalWidth(), 14));
+        for (const nlohmann::json &row : options.json ? outcome.rows : nlohmann::json::array())
+            print("{}\n", row.dump());
+    });
 
     command = app.add_subcommand("schema", "Write the JSON schema of device files, for editors and checkers");
     command->callback([&] { print("{}\n", deviceSchema().dump(1)); });

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <map>
 
+#include "tools/zrbench/explain.h"
 #include "tools/zrbench/output.h"
 #include "tools/zrbench/status.h"
 #include "tools/zrbench/values.h"
@@ -38,9 +39,12 @@ std::string moduleText(uint32_t module)
     return fmt::format("{}{}{}", module, name.empty() ? "" : " ", name);
 }
 
-std::string numberText(uint32_t number)
+// Of a failure line: the SDK's statuses have names of their own.
+std::string lineStatus(uint32_t status)
 {
-    return number <= 9999 ? std::to_string(number) : fmt::format("{:#x}", number);
+    const std::string_view name = sdkStatusName(status);
+    return (status <= 9999 ? std::to_string(status) : fmt::format("{:#x}", status)) +
+           (name.empty() ? "" : fmt::format(" ({})", name));
 }
 
 // The columns for what stands below a step; 0 for any number.
@@ -123,7 +127,7 @@ void TextWriter::details(const CheckedRun &run) const
             below(line.text);
         else if (line.kind == ZRSIM_LINE_FAIL)
             below(painted(kRefused, fmt::format("! [{}] status {}: {}", moduleText(line.module),
-                                                numberText(line.status), line.text)));
+                                                lineStatus(line.status), line.text)));
         else
             below(painted(kDim, fmt::format("- [{}] {}", moduleText(line.module), line.text)));
     }
