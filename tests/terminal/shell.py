@@ -57,6 +57,21 @@ class Terminal:
     def type(self, keys):
         self.child.send(keys)
 
+    def drop(self):
+        """Drops the line. What is typed before the prompt is back would be echoed beside it."""
+        self.child.send("\x03")
+        self.line(PROMPT)
+
+    def rest(self):
+        """Reads until nothing has come for a second."""
+        while True:
+            try:
+                data = self.child.read_nonblocking(4096, timeout=1)
+            except pexpect.TIMEOUT:
+                return
+            self.raw += data
+            self.stream.feed(data)
+
     def end(self):
         """Reads the rest; returns the exit status."""
         self.raw += self.child.read()
@@ -97,13 +112,14 @@ class Shell(unittest.TestCase):
         ):
             terminal.type(typed)
             terminal.line(f"{PROMPT} {completed}")
-            terminal.type("\x03")
-            terminal.line(PROMPT)
+            terminal.drop()
         terminal.type("vlan list 0 \t\t")
         terminal.line(PROMPT + r" vlan list 0 +\[FIRST\] \[LAST\]")
-        terminal.type("\x03vlan members 0 \t")
+        terminal.drop()
+        terminal.type("vlan members 0 \t")
         terminal.shows(r"^  1   10  20  30$")
-        terminal.type("\x03vlan members 7 \t")
+        terminal.drop()
+        terminal.type("vlan members 7 \t")
         terminal.shows(r"^  VLAN: a ")
 
     def test_a_question_mark_tells_what_can_stand_there(self):
@@ -111,24 +127,30 @@ class Shell(unittest.TestCase):
         terminal.type("port setloop 0 0 ?")
         terminal.shows(r"^  none\|mac\|pcs\|remote\|remote4: one of")
         terminal.line(PROMPT + r" port setloop 0 0 +none\|mac\|pcs\|remote\|remote4")
-        terminal.type('\x03acl add 1 {"a?')
+        terminal.drop()
+        terminal.type('acl add 1 {"a?')
         terminal.line(PROMPT + r' acl add 1 \{"a\? +RULE')
-        terminal.type("\x03frame send 0 0 ?")
+        terminal.drop()
+        terminal.type("frame send 0 0 ?")
         terminal.shows(r"^  FRAME: NAME=VALUE, or hexadecimal; a text of dst, src, vlan,")
-        terminal.type("\x03storm?")
+        terminal.drop()
+        terminal.type("storm?")
         terminal.shows(r"^storm init UNIT +initialises storm control")
 
     def test_control_c_drops_the_line_and_control_r_finds_an_old_one(self):
         terminal = self.start("--up")
         terminal.type("vlan create 0 77\n")
         terminal.shows(r"^ +1  vlan create 0 77 +ok")
+        terminal.line(PROMPT)
         self.assertRegex(terminal.text(), rf"(?m)^{PROMPT} vlan create 0 77$")  # without a hint
         terminal.type("nonsense\x03")
         terminal.shows(r"nonsense.*\^C")
+        terminal.line(PROMPT)
         terminal.type("\x12ate 0 7")
         terminal.shows("bck:ate 0 7")
         terminal.type("\x05\x7f8\n")
         terminal.shows(r"^ +2  vlan create 0 78 +ok")
+        terminal.line(PROMPT)
         terminal.type("exit\n")
         self.assertEqual(terminal.end(), 0)
         with open(".zrbench_history", encoding="ascii") as history:
@@ -140,8 +162,12 @@ class Shell(unittest.TestCase):
             terminal.type("help\n")
             terminal.shows(r"^:$")
             terminal.type(interrupt)
-            time.sleep(0.3)  # an interrupt drops what is typed with it
-            terminal.type("q")
+            for _ in range(20):  # an interrupted pager may drop what is typed
+                terminal.type("q")
+                terminal.rest()
+                if terminal.current().startswith(PROMPT):
+                    break
+            terminal.type("\x15")  # a q too many
             terminal.line(PROMPT)
         terminal.type("vlan members 2 20\n")
         terminal.shows("members=3-4")
