@@ -107,6 +107,7 @@ class Shell(unittest.TestCase):
             ("frame send 0 0 srcI\t", "frame send 0 0 srcIp= +FRAME"),
             ("board 1 link 1\t5 u\t", "board 1 link 15 up +LINE"),
             ("expect chip\tvlan cr\t1 2\t", "expect chip-failed vlan create 1 20"),
+            ("stp state 1 1 2 bl\t", "stp state 1 1 2 blocking"),
             ("storm ", r"storm +init\|set\|show"),
             ("help vlan cr\t", r"help vlan create +\[TOPIC\]"),
         ):
