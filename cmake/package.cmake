@@ -57,7 +57,10 @@ if(ZRLSW_DESKTOP)
         list(APPEND GENERATED completion.${shell})
     endforeach()
     add_custom_command(OUTPUT zrbench.schema.json COMMAND zrbench schema > zrbench.schema.json DEPENDS zrbench)
-    add_custom_target(zrbench_files ALL DEPENDS ${GENERATED} zrbench.schema.json)
+    add_custom_command(OUTPUT zrbench.1.gz COMMAND zrbench commands --man > zrbench.1
+        COMMAND gzip -9nkf zrbench.1 DEPENDS zrbench)
+    add_custom_target(zrbench_files ALL DEPENDS ${GENERATED} zrbench.schema.json zrbench.1.gz)
+    install(FILES ${PROJECT_BINARY_DIR}/zrbench.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT zrlsw-bench)
     install(FILES ${PROJECT_BINARY_DIR}/zrbench.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/zrlsw
         COMPONENT zrlsw-bench)
     install(FILES ${PROJECT_BINARY_DIR}/completion.bash RENAME zrbench

@@ -307,6 +307,13 @@ TEST_F(ZrbenchTest, EverySlotIsShownInOrderWithItsOperationAndCommand)
     EXPECT_THAT(shown, HasSubstr("109 of 109 operations filled"));
 }
 
+TEST_F(ZrbenchTest, TheDocumentHasTheCommandsOfTheTable)
+{
+    EXPECT_THAT(contents(ZRLSW_SOURCE_DIR "/docs/device-files.md"),
+                HasSubstr("<!-- commands -->\n" + bench("commands --markdown").output + "<!-- end of commands -->"))
+        << "sh cmake/reference.sh build/release/bin/zrbench writes it anew";
+}
+
 TEST_F(ZrbenchTest, DeviceFilesRunAsTheyExpect)
 {
     for (const char *folder : {"/examples", "/tests/devices"}) {

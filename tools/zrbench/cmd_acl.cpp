@@ -80,8 +80,8 @@ Outcome read(Session &session, const Arguments &a)
         .out("rule", json(showRule(rule)));
 }
 
-constexpr Argument kLogic{"logic"};
-constexpr Argument kChip{"chip"};
+constexpr Argument kLogic{.name = "logic", .meaning = "the manager's identifier of a rule"};
+constexpr Argument kChip{.name = "chip", .meaning = "the first chip entry of a rule"};
 const Argument kRule{.name = "rule", .type = Type::Json, .choices = ruleKeys(), .check = checkRule};
 
 using PortmapSlot = uint32_t (*ZrAclOps::*)(uint32_t unit, uint32_t firstChipId, const uint32_t *ports);

@@ -34,11 +34,12 @@ Outcome commandLine(Session &session, const Arguments &a)
     return Outcome::of(session.slot(&ZrCommonOps::cliCmdPrase)(a.number("unit"), a.text("line").c_str()));
 }
 
+constexpr Argument kRegister{.name = "register", .meaning = "the address of a chip register"};
+
 const Command kCommands[] = {
     slotRow("chip init", &ZrCommonOps::initChip, {kUnit}, "resets a unit's chip and brings it up"),
-    slotRow("reg read", &ZrCommonOps::chipRegRead, {kUnit, "register", {"value", hex}},
-            "reads a chip register"),
-    slotRow("reg write", &ZrCommonOps::chipRegWrite, {kUnit, "register", "value"}, "writes a chip register"),
+    slotRow("reg read", &ZrCommonOps::chipRegRead, {kUnit, kRegister, {"value", hex}}, "reads a chip register"),
+    slotRow("reg write", &ZrCommonOps::chipRegWrite, {kUnit, kRegister, "value"}, "writes a chip register"),
     {"cli",
      {kUnit, {"line", Type::Text}},
      "runs a line of the chip's command line",

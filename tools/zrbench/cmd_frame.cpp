@@ -138,7 +138,7 @@ const Command kCommands[] = {
      "",
      [](Session &session, const Arguments &a) { return send(session, a, ZRSIM_FRAME_DRY); }},
     {"frame play",
-     {kFrameUnit, kPort, kFile, {.name = "rate", .optional = true}},
+     {kFrameUnit, kPort, kFile, {.name = "rate", .optional = true, .meaning = "frames a second"}},
      "puts the frames of a capture (pcap, pcapng) into a port; with RATE, time passes at RATE frames a second",
      "",
      play},

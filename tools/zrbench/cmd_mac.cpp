@@ -123,7 +123,13 @@ void checkStep(const nlohmann::json &step)
 
 constexpr Argument kMac{"mac", Type::Mac};
 constexpr Argument kType{"type", Type::Word, "dynamic|static|blocking|blocking-everywhere", true};
-constexpr Argument kStep{.name = "step", .optional = true, .otherwise = 1, .check = checkStep};
+constexpr Argument kStep{.name = "step",
+                         .optional = true,
+                         .otherwise = 1,
+                         .check = checkStep,
+                         .meaning = "from one address to the next"};
+constexpr Argument kAge{.name = "time",
+                        .meaning = "the ageing time in the chip's unit; the stand-in counts seconds"};
 constexpr uint32_t kMostFilled = 100000; // far beyond the table, for a chip that refuses none
 
 const Command kCommands[] = {
@@ -140,8 +146,8 @@ const Command kCommands[] = {
      "adds COUNT addresses from MAC on, STEP apart, until one is refused",
      slotLabel(&ZrMacOps::addMac),
      fill},
-    slotRow("mac set-age", &ZrMacOps::setAgeTime, {kUnit, "time"}, "sets the ageing time, in the chip's unit"),
-    slotRow("mac age", &ZrMacOps::getAgeTime, {kUnit, "time"}, "shows the ageing time"),
+    slotRow("mac set-age", &ZrMacOps::setAgeTime, {kUnit, kAge}, "sets the ageing time"),
+    slotRow("mac age", &ZrMacOps::getAgeTime, {kUnit, kAge}, "shows the ageing time"),
     slotRow("mac clear", &ZrMacOps::delAllMac, {kUnit}, "deletes every address, static ones too"),
     entryRow("mac delete", &ZrMacOps::delByVlanMac, {kMac, kEntryVlan}, "deletes an address in one VLAN"),
     entryRow("mac flush-port", &ZrMacOps::delByPort, {kEntryPort, kEntryUnit},
@@ -161,7 +167,7 @@ const Command kCommands[] = {
      slotLabel(&ZrMacOps::getMacEntry),
      getEntry},
     {"mac list",
-     {kUnit, {.name = "most", .optional = true, .otherwise = 50}},
+     {kUnit, {.name = "most", .optional = true, .otherwise = 50, .meaning = "rows to show, 50 when left out"}},
      "lists the table by reading every index, MOST (50) rows of it",
      slotLabel(&ZrMacOps::getMacEntry),
      list},

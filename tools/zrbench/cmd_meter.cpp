@@ -82,12 +82,18 @@ Outcome listMeters(Session &session, const Arguments &a)
     return Outcome::shown(table);
 }
 
-constexpr Argument kType{.name = "type", .optional = true, .otherwise = ZR_HSEC_CAR_METER_TYPE};
-constexpr Argument kLogic{"logic"};
-constexpr Argument kChip{"chip"};
-constexpr Argument kMode{"mode"};
-constexpr Argument kRate{"rate"};
-constexpr Argument kBucket{"bucket"};
+constexpr Argument kType{.name = "type",
+                         .optional = true,
+                         .otherwise = ZR_HSEC_CAR_METER_TYPE,
+                         .meaning = "a meter type of the records, 0 to 5; 0 is initialised"};
+constexpr Argument kLogic{.name = "logic", .meaning = "the manager's identifier of a meter"};
+constexpr Argument kChip{.name = "chip", .meaning = "a meter of the chip, 0 to 63"};
+constexpr Argument kMode{.name = "mode", .meaning = "what a meter counts: 0 bytes, 1 frames"};
+constexpr Argument kRate{.name = "rate", .meaning = "mode 0: kbit/s, rounded up to 8; mode 1: frames a second"};
+constexpr Argument kBucket{
+    .name = "bucket",
+    .meaning = "a burst in the manager's unit: the chip takes 2.4 times as many bytes (mode 0) or "
+               "frames (mode 1), 2097151 at most"};
 
 const Command kCommands[] = {
     slotRow("meter init", &ZrHsecOps::init, {kUnit}, "initialises the meter records"),

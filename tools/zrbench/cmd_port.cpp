@@ -57,7 +57,7 @@ void checkAbilities(const nlohmann::json &words)
     abilityOf(words.get<std::string>());
 }
 
-constexpr Argument kSpeed{"speed"};
+constexpr Argument kSpeed{.name = "speed", .meaning = "10, 100 or 1000 Mbit/s"};
 constexpr Argument kDuplex{"duplex", Type::Word, "half|full|keep"};
 constexpr Argument kLoop{"mode", Type::Word, "none|mac|pcs|remote|remote4"};
 constexpr Argument kLink{"link", Type::Word, "down|up"};

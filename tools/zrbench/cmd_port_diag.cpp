@@ -125,11 +125,15 @@ Outcome setIsolate(Session &session, const Arguments &a)
         session.slot(&ZrPortOps::setIsolate)(a.number("unit"), a.number("port"), &map, a.number("isolate")));
 }
 
-constexpr Argument kSize{.name = "size", .optional = true, .otherwise = 2048, .most = 1 << 20};
-constexpr Argument kRegister{.name = "register", .most = UINT16_MAX};
+constexpr Argument kSize{.name = "size",
+                         .optional = true,
+                         .otherwise = 2048,
+                         .most = 1 << 20,
+                         .meaning = "bytes, 2048 when left out"};
+constexpr Argument kRegister{.name = "register", .most = UINT16_MAX, .meaning = "a register of the PHY"};
 constexpr Argument kPage{.name = "page", .optional = true, .most = UINT16_MAX};
 constexpr Argument kIsolate{"isolate", Type::Word, "off|on"};
-constexpr Argument kFrames{"frames"};
+constexpr Argument kFrames{.name = "frames", .meaning = "a number of frames"};
 
 const Command kCommands[] = {
     {"port stats",

@@ -25,10 +25,10 @@ Outcome list(Session &session, const Arguments &a)
     return Outcome::shown(table);
 }
 
-constexpr Argument kType{"type"};
-constexpr Argument kLogic{"logic"};
-constexpr Argument kChip{"chip"};
-constexpr Argument kCount{"count"};
+constexpr Argument kType{.name = "type", .meaning = "a statistics type, 0 to 7"};
+constexpr Argument kLogic{.name = "logic", .meaning = "the manager's identifier of a statistics entry"};
+constexpr Argument kChip{.name = "chip", .meaning = "the chip's identifier of a statistics entry"};
+constexpr Argument kCount{.name = "count", .meaning = "map entries"};
 
 const Command kCommands[] = {
     exportRow<decltype(COM_QOS_StatInfoInit)>(

@@ -9,7 +9,7 @@ namespace zrbench
 namespace
 {
 
-constexpr Argument kInstance{"instance"};
+constexpr Argument kInstance{.name = "instance", .meaning = "a spanning-tree instance, 0 to 15"};
 constexpr Argument kStpState{.name = "state", .choices = "forwarding|blocking"};
 
 const Command kCommands[] = {

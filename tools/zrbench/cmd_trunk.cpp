@@ -9,8 +9,8 @@ namespace zrbench
 namespace
 {
 
-constexpr Argument kGroup{"group"};
-constexpr Argument kTrunk{"trunk"};
+constexpr Argument kGroup{.name = "group", .meaning = "a chip trunk group, 0 or 1"};
+constexpr Argument kTrunk{.name = "trunk", .meaning = "the manager's identifier of a trunk"};
 
 const Command kCommands[] = {
     ordered(slotRow("trunk add", &ZrTrunkOps::addMember, {kUnit, kPort, kGroup},

@@ -19,6 +19,7 @@
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/output.h"
 #include "tools/zrbench/pager.h"
+#include "tools/zrbench/reference.h"
 #include "tools/zrbench/runner.h"
 #include "tools/zrbench/schema.h"
 #include "tools/zrbench/shell.h"
@@ -350,8 +351,17 @@ int main(int argc, char **argv)
 
     command =
         app.add_subcommand("commands", "List the commands of device files and of the shell")->fallthrough();
-    command->add_option("topic", options.topic, "Only those that start with this");
+    CLI::Option *topic = command->add_option("topic", options.topic, "Only those that start with this");
+    bool markdown = false;
+    bool manual = false;
+    command->add_flag("--markdown", markdown, "Write them as the reference of docs/device-files.md")
+        ->excludes(topic);
+    command->add_flag("--man", manual, "Write the manual page zrbench(1)")->excludes(topic, "--markdown");
     command->callback([&] {
+        if (markdown || manual) {
+            print("{}", markdown ? markdownReference() : manualPage(app));
+            return;
+        }
         const Pager pager(true);
         print("{}", help(options.topic, terminalWidth()));
     });
