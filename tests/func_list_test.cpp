@@ -4,6 +4,7 @@
 #include <dlfcn.h>
 
 #include <cstring>
+#include <fstream>
 #include <sstream>
 #include <utility>
 
@@ -171,6 +172,24 @@ TEST_F(FuncListTest, OperationsThatOnlyAnswer)
         EXPECT_EQ(dev.ops().port.linkEvt(unit, 0xFFFFFFFF), 0U);
     }
     EXPECT_EQ(dev.recorded().size(), 0U);
+}
+
+// The code to copy is that of the example, which is built and run.
+TEST_F(FuncListTest, TheDocumentShowsTheOrderOfInitialisation)
+{
+    const auto read = [](const char *path) {
+        std::ostringstream text;
+        text << std::ifstream(std::string(ZRLSW_SOURCE_DIR) + path).rdbuf();
+        return text.str();
+    };
+    const std::string code = read("/examples/manager/manager.c");
+    const size_t begin = code.find("/* The chip first");
+    std::istringstream lines(code.substr(begin, code.find("\n}\n", begin) + 3 - begin));
+    std::string shown;
+    for (std::string line; std::getline(lines, line);)
+        shown += "    " + line + "\n";
+    EXPECT_THAT(read("/docs/integration.md"),
+                testing::HasSubstr("<!-- manager.c -->\n" + shown + "<!-- end of manager.c -->"));
 }
 
 } // namespace

@@ -14,6 +14,23 @@ static ZrPortOps port;
 static ZrMacOps mac;
 static ZrVlanOps vlan;
 static ZrQosOps qos;
+static ZrAclOps acl;
+static ZrHsecOps hsec;
+static ZrMcOps mc;
+static ZrStormctlOps stormctl;
+static ZrFmeaOps fmea;
+
+/* What the manager tells of its units: the library reads it. */
+static LswmPortSet portSets[LSWM_PORT_SETS];
+LswmUnitInfo g_lswmInfo[LSWM_UNITS];
+
+static void describe(uint32_t unit)
+{
+    portSets[LSWM_SET_VALID].word[0] = 0x3801F; /* ports 0 to 4 and 15 to 17 */
+    g_lswmInfo[unit].maxFrameSize = 1536;
+    g_lswmInfo[unit].reservedPort = 17;
+    g_lswmInfo[unit].portMap = portSets;
+}
 
 static void takeIntoUse(void)
 {
@@ -22,6 +39,11 @@ static void takeIntoUse(void)
     ZR_MAC_FuncInit(&mac);
     ZR_VLAN_FuncInit(&vlan);
     ZR_QOS_FuncInit(&qos);
+    ZR_ACL_FuncInit(&acl);
+    ZR_HSEC_FuncInit(&hsec);
+    ZR_MC_FuncInit(&mc);
+    ZR_STORMCTL_FuncInit(&stormctl);
+    ZR_FMEA_FuncInit(&fmea);
 }
 
 /* Says what failed. What exactly went wrong stands in the lines that the library printed before. */
@@ -32,17 +54,27 @@ static int failed(const char *step, uint32_t status)
     return status != LSW_OK;
 }
 
-/* The chip first, then the modules in the order in which they build on each other. */
+/* The chip first, then the modules in the order in which they build on each other. Spanning tree and trunks
+ * have no initialisation. */
 static int bringUp(uint32_t unit)
 {
-    return failed("chip", common.initChip(unit)) || failed("MAC table", mac.init(unit)) ||
-           failed("VLANs", vlan.init(unit)) || failed("QoS", qos.init(unit));
+    return failed("chip", common.initChip(unit)) ||        /* reset, SDK, RGMII, LEDs */
+           failed("ports", port.init(unit)) ||             /* frame size, trunk of the cascade ports, marker */
+           failed("MAC table", mac.init(unit)) ||          /* ageing time */
+           failed("VLANs", vlan.init(unit)) ||             /* reserved port out of VLAN 1, ingress filters */
+           failed("QoS", qos.init(unit)) ||                /* queues, priority maps, weights */
+           failed("ACLs", acl.init(unit)) ||               /* records, default policies */
+           failed("rate limits", hsec.init(unit)) ||       /* records of the meters */
+           failed("multicast", mc.init(unit)) ||           /* reserved addresses and LLDP to the host */
+           failed("storm control", stormctl.init(unit)) || /* nothing yet: limits are set one by one */
+           failed("monitoring", fmea.monitorUnitReg(unit));
 }
 
 int main(void)
 {
     uint32_t members = 0;
     uint32_t untagged = 0;
+    describe(UNIT);
     takeIntoUse();
     if (bringUp(UNIT) || failed("create VLAN", vlan.create(UNIT, VLAN)) ||
         failed("add tagged port", vlan.addMember(UNIT, TAGGED_PORT, VLAN, 0)) ||
