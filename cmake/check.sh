@@ -7,21 +7,7 @@ library=$build/lib/libzrlsw.so
 platform=$build/lib/libzrsim.so
 work=$(mktemp -d) || exit 1
 trap 'rm -rf "$work"' EXIT
-passed=0
-failed=0
-
-check() {
-    name=$1
-    shift
-    if "$@" >"$work/log" 2>&1; then
-        passed=$((passed + 1))
-        echo "ok      $name"
-    else
-        failed=$((failed + 1))
-        echo "FAILED  $name"
-        tail -n 40 "$work/log"
-    fi
-}
+. cmake/check_lib.sh
 
 format() {
     find bench cmake sim src tests tools -name '*.h' -o -name '*.cpp' -o -name '*.c' |
@@ -48,17 +34,6 @@ includes() {
             if (!ok) { print FILENAME ":" FNR ": " $0; bad = 1 }
         }
         END { exit bad }'
-}
-
-# Relative links of the documents lead somewhere.
-links() {
-    find README.md docs -name '*.md' | while read -r page; do
-        sed 's/](/\n](/g' "$page" | sed -n 's/^](\([^:#) ]*\)[#)].*/\1/p' | while read -r link; do
-            [ -e "$(dirname "$page")/$link" ] || echo "$page: no $link"
-        done
-    done >"$work/dead"
-    cat "$work/dead"
-    [ ! -s "$work/dead" ]
 }
 
 tidy() {
@@ -115,10 +90,12 @@ headers() {
 
 check "format" format
 check "includes run one way" includes
-check "links of the documents" links
+check "links of the documents" python3 cmake/links.py README.md
 check "clang-tidy" tidy
 check "cppcheck" cpp_check
 check "exported names" exported_names
+check "binary interface as recorded" sh cmake/abi.sh
+check "what protects programs and libraries" sh cmake/hardening.sh "$library" "$platform" $build/bin/zrbench
 check "what the library needs" needs
 check "no static constructors" no_constructors
 check "installed package, by CMake and by pkg-config" package

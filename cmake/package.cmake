@@ -30,6 +30,7 @@ install(DIRECTORY build/docs/html DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libzr
 if(ZRLSW_DESKTOP)
     install(TARGETS zrbench RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT zrlsw-bench)
     install(TARGETS zrsim EXPORT zrlswSimTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT zrlsw-bench)
+    install(TARGETS zrrecord LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT zrlsw-bench)
     install(EXPORT zrlswSimTargets NAMESPACE zrlsw:: DESTINATION ${INSTALL_CMAKE} COMPONENT zrlsw-bench)
     install(FILES sim/zrsim.h DESTINATION ${INSTALL_HEADERS}/sim COMPONENT zrlsw-bench)
     configure_file(cmake/zrsim.pc.in zrsim.pc @ONLY)
@@ -70,10 +71,40 @@ if(ZRLSW_DESKTOP)
 endif()
 
 # ---- Debian packages --------------------------------------------------------------------------
+set(CPACK_PACKAGE_CONTACT "zrlsw developers <developers@zrlsw.example.org>")
+# The version's date is the one that docs/changes.md gives it.
+file(STRINGS docs/changes.md RELEASE REGEX "^## ${PROJECT_VERSION} \\(" LIMIT_COUNT 1)
+string(REGEX REPLACE ".*\\((.*)\\)" "\\1" RELEASE_DATE "${RELEASE}")
+execute_process(COMMAND date -u -R -d "${RELEASE_DATE}" OUTPUT_VARIABLE RELEASE_DATE OUTPUT_STRIP_TRAILING_WHITESPACE
+    COMMAND_ERROR_IS_FATAL ANY)
+set(COPYRIGHT "Copyright 2026 the zrlsw developers. No licence has been granted: all rights are reserved.\n")
+file(WRITE ${PROJECT_BINARY_DIR}/debian/libzrlsw/copyright "${COPYRIGHT}")
+file(WRITE ${PROJECT_BINARY_DIR}/debian/libzrlsw-dev/copyright "${COPYRIGHT}")
+# The headers of these are compiled into the programs.
+set(COMPILED_IN nlohmann-json3-dev libcli11-dev libfmt-dev)
+foreach(package ${COMPILED_IN})
+    if(EXISTS /usr/share/doc/${package}/copyright)
+        file(READ /usr/share/doc/${package}/copyright text)
+        string(APPEND COPYRIGHT "\nIncludes parts of ${package}:\n\n${text}")
+    endif()
+endforeach()
+file(WRITE ${PROJECT_BINARY_DIR}/debian/zrlsw-bench/copyright "${COPYRIGHT}")
+foreach(package libzrlsw libzrlsw-dev zrlsw-bench)
+    set(folder ${PROJECT_BINARY_DIR}/debian/${package})
+    file(WRITE ${folder}/changelog "${package} (${PROJECT_VERSION}) stable; urgency=medium\n
+  * The changes stand in docs/changes.md of zrlsw-bench.\n
+ -- ${CPACK_PACKAGE_CONTACT}  ${RELEASE_DATE}\n")
+    execute_process(COMMAND gzip -9nc changelog OUTPUT_FILE changelog.gz WORKING_DIRECTORY ${folder})
+    install(FILES ${folder}/copyright ${folder}/changelog.gz DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package}
+        COMPONENT ${package})
+endforeach()
+file(WRITE ${PROJECT_BINARY_DIR}/debian/triggers "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_LIBZRLSW_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/triggers)
+set(CPACK_DEBIAN_ZRLSW-BENCH_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/triggers)
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_COMPONENTS_ALL libzrlsw libzrlsw-dev zrlsw-bench)
 set(CPACK_PACKAGE_VENDOR zrlsw)
-set(CPACK_PACKAGE_CONTACT "zrlsw developers <zrlsw@localhost>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
