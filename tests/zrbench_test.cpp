@@ -316,7 +316,7 @@ TEST_F(ZrbenchTest, TheDocumentHasTheCommandsOfTheTable)
 
 TEST_F(ZrbenchTest, DeviceFilesRunAsTheyExpect)
 {
-    for (const char *folder : {"/examples", "/tests/devices"}) {
+    for (const char *folder : {"/examples", "/examples/tasks", "/tests/devices"}) {
         size_t files = 0;
         for (const auto &entry : std::filesystem::directory_iterator(ZRLSW_SOURCE_DIR + std::string(folder))) {
             if (entry.path().extension() != ".json")
