@@ -9,7 +9,7 @@ for page in README.md docs/*.md tests/sweep/transcript/README.md; do
     name=$(echo "${page%.md}" | tr -c 'a-z\n' _)
     copy=build/docs/pages/$page
     mkdir -p "$(dirname "$copy")"
-    sed -E 's/\[([^]]*)\]\((\.\.\/)?(src|sim|tools|bench|examples|tests\/?\))[^)]*\)?/\1/g' "$page" |
+    sed -E 's/\[([^]]*)\]\((\.\.\/)?(src|sim|tools|bench|examples|tests\/?\))[^)]*\)?/\1/g; s/(\.md)#[^)]*\)/\1)/g' "$page" |
         { [ "$page" = README.md ] && cat || sed "1s/\$/ {#$name}/"; } >"$copy"
 done
 cat >build/docs/Doxyfile <<EOT
