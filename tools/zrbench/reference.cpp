@@ -5,6 +5,7 @@
 #include <cctype>
 #include <fmt/format.h>
 #include <map>
+#include <regex>
 
 #include "tools/zrbench/commands.h"
 #include "tools/zrbench/version.h"
@@ -94,9 +95,12 @@ std::string optionsOf(const CLI::App &app)
 std::string markdownReference()
 {
     const auto cell = [](std::string_view text) { return replaced(std::string(text), "|", "\\|"); };
+    // A word with an @ means something to who makes pages of it.
+    static const std::regex at(R"(\S*@\S*[^\s,;:.])");
     std::string text = "| Command | Does | Slot or operation |\n|---|---|---|\n";
     for (const Command *command : commands())
-        text += fmt::format("| `{}` | {} | {} |\n", cell(usage(*command)), cell(command->help), command->slot);
+        text += fmt::format("| `{}` | {} | {} |\n", cell(usage(*command)),
+                            std::regex_replace(cell(command->help), at, "`$&`"), command->slot);
     text += "\n| Argument | Stands for |\n|---|---|\n";
     everyMeaning([&](const std::string &name, std::string_view meaning, const std::string &in) {
         text += fmt::format("| `{}` | {}{} |\n", cell(name), in.empty() ? "" : fmt::format("of {}: ", in),
