@@ -20,6 +20,7 @@ constexpr char kDigits[] = "0123456789abcdef";
 constexpr size_t kListPorts = 32; // of a list of ports, unless its end comes first
 constexpr uint32_t kListEnd = 255;
 constexpr size_t kMostBytes = 4096;
+constexpr int kMostNodes = 64;
 
 template <class T> T *at(uint64_t bits)
 {
@@ -143,6 +144,19 @@ void writeBehind(Writer &out, const Type &type, uint64_t address)
         writeRecord(out, at<const char>(address), type);
 }
 
+// The nodes of a rule, which the SDK links without being given each.
+void writeChain(Writer &out, const FilterCfg &cfg)
+{
+    out.text(" chain=[");
+    int nodes = 0;
+    for (const FilterField *node = cfg.head; node != nullptr && nodes < kMostNodes; node = node->next) {
+        if (nodes++ != 0)
+            out.put(' ');
+        writePointer(out, reinterpret_cast<uintptr_t>(node));
+    }
+    out.put(']');
+}
+
 void writeName(Writer &out, const char *&names)
 {
     while (*names != '\0' && *names != ' ')
@@ -230,8 +244,7 @@ void writeCall(Writer &out, const Function &function, const uint64_t *bits, cons
     out.put(')');
 }
 
-void writeEnd(Writer &out, const Function &function, const uint64_t *bits, uint64_t result, const char *saved,
-              const char *text)
+void writeEnd(Writer &out, const Function &function, const uint64_t *bits, uint64_t result, const char *saved)
 {
     const Type &type = function.result;
     if (type.kind != Kind::Nothing)
@@ -266,10 +279,8 @@ void writeEnd(Writer &out, const Function &function, const uint64_t *bits, uint6
         else
             writeBehind(out, argument, bits[i]);
     }
-    if (text != nullptr) {
-        out.text(" written=");
-        writeText(out, text, kMostBytes);
-    }
+    if (function.chains && bits[1] != 0)
+        writeChain(out, *at<const FilterCfg>(bits[1]));
 }
 
 void writeUnitInfo(Writer &out, uint32_t unit, const LswmUnitInfo &info)
@@ -286,6 +297,18 @@ void writeUnitInfo(Writer &out, uint32_t unit, const LswmUnitInfo &info)
     else
         writeWords(out, info.portMap, LSWM_PORT_SETS * 4, sizeof(uint32_t));
     out.put(')');
+}
+
+void writeLayout(Writer &out)
+{
+    out.text("layout order=little pointer=");
+    out.decimal(sizeof(void *));
+#define ZR_LAYOUT(record)                                                                                      \
+    out.text(" " #record "=");                                                                                 \
+    out.decimal(sizeof(record));
+    ZR_RECORDS(ZR_LAYOUT)
+    ZR_LAYOUT(LswmUnitInfo)
+#undef ZR_LAYOUT
 }
 
 } // namespace zrrecord

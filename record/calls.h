@@ -83,8 +83,8 @@ struct Function {
     const Type *types;
     uint8_t count;
     Type result;
-    bool statusResult; // 0 is success
-    bool ports;        // its lists are lists of ports
+    bool ports;  // its lists are lists of ports
+    bool chains; // links nodes to the rule that is its second argument
 };
 
 template <class T, bool Operation, bool Getter> constexpr Type typeOf()
@@ -156,7 +156,7 @@ constexpr Function describe(const char *name, const char *names, const Type *typ
                       false, false};
     if constexpr (std::is_same_v<Result, char *>)
         function.result.kind = operation ? Kind::Text : Kind::Pointer;
-    function.statusResult = std::is_integral_v<Result>;
+    function.chains = std::is_same_v<Signature, decltype(l2sw_filter_igrAcl_field_add)>;
     // The one operation with lists: its second argument after the VLAN.
     if (operation)
         for (const char *at = names; *at != '\0'; ++at)
@@ -212,9 +212,11 @@ void save(const Function &function, const uint64_t *bits, char *copy);
 // "name(unit=0, cfg={memberMask=3})"
 void writeCall(Writer &out, const Function &function, const uint64_t *bits, const char *text = nullptr);
 // " = 0 cfg={memberMask=1}": the result and what is new behind the pointers.
-void writeEnd(Writer &out, const Function &function, const uint64_t *bits, uint64_t result, const char *saved,
-              const char *text = nullptr);
+void writeEnd(Writer &out, const Function &function, const uint64_t *bits, uint64_t result, const char *saved);
 // The unit information and the chip revisions, in the form of a call.
 void writeUnitInfo(Writer &out, uint32_t unit, const LswmUnitInfo &info);
+
+// The sizes that the records have on this machine.
+void writeLayout(Writer &out);
 
 } // namespace zrrecord

@@ -154,14 +154,8 @@ void writeHead()
 #else
     out.text("other");
 #endif
-    out.text("\nlayout order=little pointer=");
-    out.decimal(sizeof(void *));
-#define ZR_LAYOUT(record)                                                                                      \
-    out.text(" " #record "=");                                                                                 \
-    out.decimal(sizeof(record));
-    ZR_RECORDS(ZR_LAYOUT)
-    ZR_LAYOUT(LswmUnitInfo)
-#undef ZR_LAYOUT
+    out.put('\n');
+    writeLayout(out);
     out.text("\nstarted ");
     out.decimal(static_cast<uint64_t>(time(nullptr)));
     out.put('\n');
@@ -367,7 +361,7 @@ Call::Call(char kind, const Function &function, const uint64_t *bits, const void
     errno = error;
 }
 
-void Call::end(uint64_t result, const char *text)
+void Call::end(uint64_t result)
 {
     if (!recorded_)
         return;
@@ -377,7 +371,7 @@ void Call::end(uint64_t result, const char *text)
     --thread.depth;
     Context &context = *thread.context;
     Writer out{textEnd_, text_ + kLineRoom};
-    writeEnd(out, function_, bits_, result, start_ + kPrefix, text);
+    writeEnd(out, function_, bits_, result, start_ + kPrefix);
     if (out.full())
         out.at -= 1; // such a line is cut, and found damaged when it is read
     *out.at++ = '\n';

@@ -19,7 +19,7 @@ public:
          const char *text = nullptr);
     Call(const Call &) = delete;
     Call &operator=(const Call &) = delete;
-    void end(uint64_t result, const char *text = nullptr);
+    void end(uint64_t result);
 
 private:
     const Function &function_;

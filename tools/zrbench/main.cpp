@@ -19,7 +19,9 @@
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/output.h"
 #include "tools/zrbench/pager.h"
+#include "tools/zrbench/platform.h"
 #include "tools/zrbench/reference.h"
+#include "tools/zrbench/replay.h"
 #include "tools/zrbench/runner.h"
 #include "tools/zrbench/schema.h"
 #include "tools/zrbench/shell.h"
@@ -47,6 +49,7 @@ struct Options {
     bool update = false;
     std::vector<std::string> files; // to run
     std::string junitFile;
+    std::string recording; // to write
 
     Report report(bool silent = false) const
     {
@@ -150,6 +153,24 @@ int runApart(const Options &options, JunitFile *junit)
     if (!WIFEXITED(status))
         throw UsageError{fmt::format("{}: ended by signal {}", options.session.deviceFile, WTERMSIG(status))};
     return WEXITSTATUS(status);
+}
+
+// Starts the program afresh with the recorder loaded in front of it, unless that is done.
+void recordFrom(const Options &options, char **argv)
+{
+    const char *recorded = std::getenv("ZRLSW_RECORD");
+    if (options.files.size() > 1)
+        throw UsageError{"--record takes one device file at a time"};
+    if (recorded != nullptr && recorded == options.recording)
+        return;
+    const Output writable(options.recording);
+    const char *before = std::getenv("LD_PRELOAD");
+    const std::string loaded =
+        located("libzrrecord.so") + (before == nullptr ? "" : fmt::format(":{}", before));
+    setenv("LD_PRELOAD", loaded.c_str(), 1);
+    setenv("ZRLSW_RECORD", options.recording.c_str(), 1);
+    execv("/proc/self/exe", argv);
+    throw UsageError{fmt::format("cannot start with the recorder: {}", std::strerror(errno))};
 }
 
 int runAll(Options options)
@@ -289,7 +310,44 @@ int main(int argc, char **argv)
                       "Take the expectations anew where they are not met, and show what changes in the files");
     command->add_option("--junit", options.junitFile, "Write the steps as test cases to FILE, XML")
         ->type_name("FILE");
-    command->callback([&] { result = runAll(options); });
+    command
+        ->add_option("--record", options.recording, "Record what is asked of the library and of the platform")
+        ->type_name("FILE");
+    command->callback([&] {
+        if (!options.recording.empty())
+            recordFrom(options, argv);
+        result = runAll(options);
+    });
+
+    std::string recording;
+    bool all = false;
+    std::string asDevice;
+    command = app.add_subcommand("replay", "Replay a recording against the library")->fallthrough();
+    command->add_option("file", recording, "What libzrrecord.so recorded")->required()->type_name("FILE");
+    command->add_flag("--all", all, "Go on behind the first difference");
+    command->add_option("--as-device", asDevice, "Write the manager's calls as a device file instead")
+        ->type_name("FILE");
+    command->callback([&] {
+        const Recording recorded = readRecording(recording);
+        if (!asDevice.empty())
+            writeDevice(recorded, asDevice);
+        else
+            result = replay(recorded, options.session.library, all) ? kAsExpected : kNotAsExpected;
+    });
+
+    Shown shownCalls;
+    command = app.add_subcommand("show", "Tell what a recording holds")->fallthrough();
+    command->add_option("file", recording, "What libzrrecord.so recorded")->required()->type_name("FILE");
+    command->add_option("--unit", shownCalls.unit, "Only operations of this unit")->type_name("UNIT");
+    command->add_option("--module", shownCalls.module, "Only operations of this module: PORT, VLAN")
+        ->type_name("MODULE");
+    command
+        ->add_option("--call", shownCalls.call, "Only this operation, or the calls of this platform function")
+        ->type_name("NAME");
+    command->callback([&] {
+        shownCalls.json = options.json;
+        showRecording(readRecording(recording), shownCalls);
+    });
 
     command = app.add_subcommand("shell", "Take commands from the keyboard or standard input")->fallthrough();
     command->add_option("-c", options.commands, "Take these commands, separated by ;")->type_name("COMMANDS");
