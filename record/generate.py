@@ -1,15 +1,16 @@
 #!/usr/bin/env python3
 """Writes what the recorder has to know of the platform and of the operation tables, from their headers: the
 functions with the names of their arguments, the fields of every record."""
+import glob
 import re
 import sys
 
 source, output = sys.argv[1:]
 
 
-def read(name):
+def read(name, keep="//"):
     text = re.sub(r"//[^\n]*", "", open(f"{source}/{name}").read())
-    return re.sub(r"(\s|ZR_EXTERN_C_\w+)+", " ", re.sub(r"(?m)^#[^\n]*\n", "", text))
+    return re.sub(r"(\s|ZR_EXTERN_C_\w+)+", " ", text if keep == "#" else re.sub(r"(?m)^#[^\n]*\n", "", text))
 
 
 platform = "".join(read(f"platform/{name}.h") for name in ("chip_sdk", "manager", "board", "bounded"))
@@ -72,6 +73,21 @@ with open(output, "w") as out:
     for table, _, body in bodies(tables):
         for member, arguments in re.findall(r"\(\*(\w+)\)\(((?:[^()]|\([^()]*\))*)\);", body):
             print(f'inline constexpr char kNames_{table}_{member}[] = "{" ".join(parameters(arguments))}";', file=out)
+    # Operations that a manager calls by name; one with a slot is known by it.
+    slots = set(re.findall(r"X\(\w+, \d+, \w+, (\w+)\)", read("frame/slots.h", keep="#")))
+    headers = sorted(glob.glob(f"{source}/[!bpf]*/*.h") + [f"{source}/port/port.h"])
+    exported = []
+    for header in headers:
+        name = header[len(source) + 1:]
+        found = [(operation, arguments, parameters(arguments)) for operation, arguments in
+                 re.findall(r"ZR_EXPORT uint32_t (\w+)\(([^()]*)\);", read(name))
+                 if operation not in slots and re.fullmatch(r"(uint(32|8)_t \*?\w+(, )?)+", arguments)]
+        if found:
+            print(f'}} // namespace zrrecord\n#include "{name}"\nnamespace zrrecord\n{{', file=out)
+        for operation, arguments, names in found:
+            print(f'inline constexpr char kNames_{operation}[] = "{" ".join(names)}";', file=out)
+            exported.append(f" \\\n    X(uint32_t, {operation}, ({arguments}), ({', '.join(names)}))")
+    print("\n#define ZR_EXPORTED_CALLS(X)" + "".join(exported), file=out)
     used = [name for name in structures if re.search(rf"\b{name} \*", platform + tables) or name == "LswmUnitInfo"]
     for name in used:
         if name in ("SdkServices", "LswmPortInfo", "LswmPortSet"):

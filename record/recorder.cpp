@@ -392,17 +392,34 @@ void Call::end(uint64_t result)
     errno = error;
 }
 
-void *realSymbol(const char *name, const void *self, const void *caller)
+namespace
 {
-    void *found = dlsym(RTLD_NEXT, name);
+
+// Of the object that an address lies in, or of those that it is linked to.
+void *symbolOf(const void *address, const char *name)
+{
     Dl_info object{};
-    if ((found != nullptr && found != self) || dladdr(caller, &object) == 0)
-        return found;
+    if (address == nullptr || dladdr(address, &object) == 0)
+        return nullptr;
     void *handle = dlopen(object.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
     if (handle == nullptr)
         return nullptr;
-    found = dlsym(handle, name);
+    void *found = dlsym(handle, name);
     dlclose(handle);
+    return found;
+}
+
+std::atomic<const void *> library{nullptr}; // an address in it
+
+} // namespace
+
+void *realSymbol(const char *name, const void *self, const void *caller)
+{
+    void *found = dlsym(RTLD_NEXT, name);
+    if (found == nullptr || found == self)
+        found = symbolOf(caller, name);
+    if (found == nullptr || found == self)
+        found = symbolOf(library, name);
     return found == self ? nullptr : found;
 }
 
@@ -410,14 +427,12 @@ bool inLibrary(const void *caller)
 {
     Dl_info object{};
     Dl_info entry{};
-    if (dladdr(caller, &object) == 0)
-        return false;
-    void *handle = dlopen(object.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
-    if (handle == nullptr)
-        return false;
-    const void *address = dlsym(handle, "ZR_COMMON_FuncListInit");
-    dlclose(handle);
-    return address != nullptr && dladdr(address, &entry) != 0 && entry.dli_fbase == object.dli_fbase;
+    const void *address = symbolOf(caller, "ZR_COMMON_FuncListInit");
+    const bool inside = address != nullptr && dladdr(caller, &object) != 0 && dladdr(address, &entry) != 0 &&
+                        entry.dli_fbase == object.dli_fbase;
+    if (inside)
+        library = address;
+    return inside;
 }
 
 } // namespace zrrecord

@@ -24,9 +24,15 @@ constexpr int kMostArguments = 8;
 constexpr uint64_t kUnknown = 1; // an address that nobody follows
 
 zrreplay_answer_fn answer = nullptr;
+zrreplay_find_fn findOperation = nullptr;
 void *answerContext = nullptr;
 LswmPortSet portMaps[LSWM_UNITS][LSWM_PORT_SETS];
 SdkServices services;
+
+void *library(const char *operation)
+{
+    return findOperation(operation, answerContext);
+}
 
 // ---- from text ------------------------------------------------------------------------------
 
@@ -340,9 +346,10 @@ bool takeValue(Reader &in)
 
 extern "C" {
 
-ZR_EXPORT void zrreplay_on_call(zrreplay_answer_fn fn, void *context)
+ZR_EXPORT void zrreplay_on_call(zrreplay_answer_fn fn, zrreplay_find_fn find, void *context)
 {
     answer = fn;
+    findOperation = find;
     answerContext = context;
 }
 
@@ -360,6 +367,11 @@ ZR_EXPORT int zrreplay_run(const char *call, char *end, size_t size)
     if (in.is(#operation "("))                                                                                 \
         return run(Slot<&table::member>::kFunction, operations<table>.member, in, end, size);
     ZR_SLOTS(ZR_RUN)
+#undef ZR_RUN
+#define ZR_RUN(result, name, parameters, arguments)                                                            \
+    if (in.is(#name "("))                                                                                      \
+        return run(kFunction_##name, reinterpret_cast<decltype(&::name)>(library(#name)), in, end, size);
+    ZR_EXPORTED_CALLS(ZR_RUN)
 #undef ZR_RUN
     return 1;
 }

@@ -11,7 +11,9 @@ extern "C" {
 /* Gets a call, "name(arguments)", and returns what follows it in the recording, " = 0 value=5"; null: nothing
  * is known, and the call does nothing and succeeds. */
 typedef const char *(*zrreplay_answer_fn)(const char *call, void *context);
-void zrreplay_on_call(zrreplay_answer_fn answer, void *context);
+/* Finds an operation of the library that has no slot. */
+typedef void *(*zrreplay_find_fn)(const char *operation, void *context);
+void zrreplay_on_call(zrreplay_answer_fn answer, zrreplay_find_fn find, void *context);
 
 /* Runs an operation, a service that the SDK was given, or takes a value ("g_lswmInfo(...)"), as it stands in
  * the recording, and writes what follows the call: " = 0 value=5". Returns 0; 1: there is no such operation, or

@@ -48,6 +48,14 @@ ZR_PLATFORM_CALLS(ZR_DESCRIBE)
 #undef ZR_DESCRIBE
 #pragma GCC diagnostic pop
 
+// Of the operations that a manager calls by name.
+#define ZR_DESCRIBE_EXPORTED(result, name, parameters, arguments)                                              \
+    inline constexpr auto kTypes_##name = TypesOf<decltype(::name)>::make<true>();                             \
+    inline constexpr Function kFunction_##name =                                                               \
+        describe<decltype(::name)>(#name, kNames_##name, kTypes_##name.types, true);
+ZR_EXPORTED_CALLS(ZR_DESCRIBE_EXPORTED)
+#undef ZR_DESCRIBE_EXPORTED
+
 // Of the services that the SDK is given.
 inline constexpr auto kTypes_regRead = TypesOf<uint32_t(uint8_t, uint32_t, uint32_t *)>::make<true>();
 inline constexpr Function kFunction_regRead = describe<uint32_t(uint8_t, uint32_t, uint32_t *)>(

@@ -92,6 +92,20 @@ ZR_TABLES(ZR_WRAP_GETTER)
         } arguments;                                                                                           \
     }
 ZR_PLAIN_CALLS(ZR_WRAP)
+
+// Operations that the manager calls by name.
+#define ZR_WRAP_EXPORTED(result, name, parameters, arguments)                                                  \
+    extern "C" ZR_EXPORT result name parameters                                                                \
+    {                                                                                                          \
+        static decltype(&::name) cached = nullptr;                                                             \
+        const void *caller = __builtin_return_address(0);                                                      \
+        auto *real = realOf(cached, #name, &::name, caller);                                                   \
+        return [&](auto... values) {                                                                           \
+            return passOn(kBegin, kFunction_##name, real, caller, values...);                                  \
+        } arguments;                                                                                           \
+    }
+ZR_EXPORTED_CALLS(ZR_WRAP_EXPORTED)
+
 #define ZR_REAL(name)                                                                                          \
     static decltype(&::name) cached = nullptr;                                                                 \
     const void *caller = __builtin_return_address(0);                                                          \

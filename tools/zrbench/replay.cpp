@@ -63,7 +63,7 @@ public:
         : platform_(located("libzrreplay.so"), RTLD_NOW | RTLD_GLOBAL), library_(located(library), RTLD_NOW),
           run_(platform_.need<decltype(zrreplay_run)>("zrreplay_run"))
     {
-        platform_.need<decltype(zrreplay_on_call)>("zrreplay_on_call")(answer, this);
+        platform_.need<decltype(zrreplay_on_call)>("zrreplay_on_call")(answer, find, this);
         library_.need<void(uint32_t)>("ZR_COMMON_FuncListInit")(0);
     }
     Replayer(const Replayer &) = delete;
@@ -148,6 +148,11 @@ private:
             differ({call.line, "another result", {}, call.end, end.data()});
         }
         levels_.pop_back();
+    }
+
+    static void *find(const char *operation, void *self)
+    {
+        return static_cast<Replayer *>(self)->library_.find(operation);
     }
 
     static const char *answer(const char *call, void *self)
