@@ -220,7 +220,13 @@ nlohmann::json portsOf(const std::string &list, const std::string &marked)
 // The recorded value as a command takes it; null when it cannot.
 nlohmann::json argumentFrom(const Argument &argument, const std::string &value)
 {
-    if (argument.type == Type::Number || argument.type == Type::Word) {
+    if (argument.type == Type::Word) {
+        std::string_view words = argument.choices;
+        for (uint32_t nth = parseNumber(value).value_or(UINT32_MAX); nth > 0 && !words.empty(); --nth)
+            words.remove_prefix(std::min(words.find('|'), words.size() - 1) + 1);
+        return words.empty() ? nlohmann::json() : nlohmann::json(words.substr(0, words.find('|')));
+    }
+    if (argument.type == Type::Number) {
         if (const std::optional<uint32_t> number = parseNumber(value))
             return *number <= argument.most ? nlohmann::json(*number) : nlohmann::json();
         return nullptr;
