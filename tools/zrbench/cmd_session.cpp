@@ -134,6 +134,14 @@ const Command kCommands[] = {
      "shows the state of chips, board, manager and library as JSON",
      "",
      [](Session &session, const Arguments &) { return Outcome::shown(session.dump() + "\n"); }},
+    {"monitor",
+     {kOnOff},
+     "tells with each step what it changed in links, addresses and counters",
+     "",
+     [](Session &session, const Arguments &a) {
+         session.monitor(a.number("enable") != 0);
+         return Outcome::shown("");
+     }},
     {"checkpoint",
      {kCheckpoint},
      "keeps the present state under NAME, for diff",

@@ -159,6 +159,7 @@ std::span<const Command> qosCommands();
 std::span<const Command> meterCommands();
 std::span<const Command> statCommands();
 std::span<const Command> frameCommands();
+std::span<const Command> showCommands();
 
 // The columns that a line takes on a terminal, colours among it.
 size_t columnsOf(std::string_view line);

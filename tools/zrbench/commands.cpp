@@ -100,7 +100,7 @@ const std::vector<const Command *> &commands()
         for (std::span<const Command> list :
              {sessionCommands(), commonCommands(), boardCommands(), portCommands(), portDiagnosticsCommands(),
               macCommands(), stpCommands(), vlanCommands(), trunkCommands(), aclCommands(), qosCommands(),
-              meterCommands(), statCommands(), frameCommands()}) {
+              meterCommands(), statCommands(), frameCommands(), showCommands()}) {
             for (const Command &command : list)
                 all.push_back(&command);
         }

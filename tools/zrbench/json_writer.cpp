@@ -57,8 +57,10 @@ void addRun(json &object, const CheckedRun &run)
     text += outcome.text;
     for (auto &&[name, value] : {std::pair<const char *, json>{"traces", traces},
                                  {"calls", run.result.calls},
+                                 {"events", run.result.events},
+                                 {"hint", run.result.hint},
                                  {"deviations", run.deviations}})
-        if (!value.empty())
+        if (!value.empty() && value != "")
             object[name] = value;
     if (!text.empty())
         object["text"] = std::move(text);

@@ -132,6 +132,10 @@ void TextWriter::details(const CheckedRun &run) const
             below(painted(kDim, fmt::format("- [{}] {}", moduleText(line.module), line.text)));
     }
     below(run.result.outcome.textWithin(roomBelow()));
+    if (!run.result.hint.empty())
+        below(painted(kDim, "hint: " + run.result.hint));
+    for (const std::string &event : run.result.events)
+        below(painted(kDim, "~ " + event));
     for (const std::string &deviation : run.deviations)
         below(painted(kBad, "NOT AS EXPECTED: " + deviation));
 }

@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "tools/zrbench/dump.h"
+#include "tools/zrbench/missing_init.h"
+#include "tools/zrbench/monitor.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/suggest.h"
 #include "tools/zrbench/values.h"
@@ -194,12 +196,23 @@ Result Session::invoke(const Invocation &invocation)
     std::optional<int> held;
     if (inspection_.liveBlocks != nullptr)
         held = static_cast<int>(ask(inspection_.liveBlocks) - blocks);
+    std::vector<Line> lines = std::exchange(lines_, {});
+    const std::string hint =
+        outcome.hasStatus && outcome.status != LSW_OK ? missingInit(*this, invocation) : std::string();
+    lines_.clear();
+    std::vector<std::string> events;
+    if (monitored_) {
+        const nlohmann::json before = std::exchange(*monitored_, state());
+        events = eventsBetween(before, *monitored_);
+    }
     return {std::move(outcome),
-            std::exchange(lines_, {}),
+            std::move(lines),
             std::exchange(calls_, {}),
             boardRefused_,
             held,
-            ask(inspection_.badFrees) != badFrees};
+            ask(inspection_.badFrees) != badFrees,
+            hint,
+            std::move(events)};
 }
 
 // Data, the inspection interface and C++ functions are symbols of the platform, too, but no platform calls.
@@ -236,6 +249,17 @@ void Session::fail(const Failure &failure)
     const unsigned nth = failure.nth == 0 ? 0 : failure.nth + needed(inspection_.calls, "fail NAME@N")(name);
     if (inspection_.fail(name, nth, failure.andAfter ? 1 : 0, failure.status) != 0)
         throw UsageError{fmt::format("the platform has no call {}", name)};
+}
+
+void Session::monitor(bool on)
+{
+    monitored_ = on ? std::optional(state()) : std::nullopt;
+}
+
+uint32_t Session::portSet(uint32_t unit, uint32_t set) const
+{
+    const LswmPortSet *sets = unitInfo_[unit].portMap;
+    return sets != nullptr ? sets[set].word[0] : 0;
 }
 
 void Session::failNone()

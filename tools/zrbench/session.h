@@ -29,10 +29,12 @@ struct Line {
 struct Result {
     Outcome outcome;
     std::vector<Line> lines;
-    std::vector<std::string> calls; // platform calls, while they are shown; indented by their depth
-    bool boardRefused = false;      // the board's interpreter refused a line
-    std::optional<int> held = {};   // memory blocks that the library took and keeps, where that is known
-    bool badFree = false;           // it freed a block that it did not hold
+    std::vector<std::string> calls;       // platform calls, while they are shown; indented by their depth
+    bool boardRefused = false;            // the board's interpreter refused a line
+    std::optional<int> held = {};         // memory blocks that the library took and keeps, where that is known
+    bool badFree = false;                 // it freed a block that it did not hold
+    std::string hint = {};                // the initialisation that a refused operation lacks
+    std::vector<std::string> events = {}; // while the session is monitored
 };
 
 // Library: the library's own calls of the chip SDK and the board. All: every call, nested ones too.
@@ -128,6 +130,16 @@ public:
     // The manager's unit information, checked whole before anything is written. Throws as checkUnitInfo.
     void setUnitInfo(uint32_t unit, const nlohmann::json &info);
     std::string showUnitInfo(uint32_t unit) const;
+    const LswmUnitInfo &unitInfo(uint32_t unit) const { return unitInfo_[unit]; }
+    // The ports below 32 of one of the unit's sets.
+    uint32_t portSet(uint32_t unit, uint32_t set) const;
+    // A call of the platform itself. Throws UsageError when it lacks it.
+    template <class Function> Function *platformCall(const char *name) const
+    {
+        return platform_.need<Function>(name);
+    }
+    // What a step changes in links, addresses and counters is told with it from now on, or no more.
+    void monitor(bool on);
 
     // Writes the dump and completes the trace. Throws UsageError.
     void finish();
@@ -166,6 +178,7 @@ private:
     std::optional<Output> trace_;
     std::optional<Output> dump_;
     ShellCalls shell_;
+    std::optional<nlohmann::json> monitored_; // the state after the last step
     bool quit_ = false;
 };
 
