@@ -151,6 +151,7 @@ TEST_F(ZrbenchTest, ABadCommandLineEndsWithTwo)
         {"live " + good + " --port 1/0", "expected UNIT/PORT=INTERFACE such as 1/0=tap0"},
         {"live " + good + " --port 3/0=tap0", "expected UNIT/PORT=INTERFACE"},
         {"explain 'bogus('", "nothing is known of \"bogus(\""},
+        {"explain " + std::string(100000, '1'), "expected a text of at most 1000 characters"},
         {"commands fly", "no command starts with \"fly\""},
         {"--color=pink ops", "pink"},
     };

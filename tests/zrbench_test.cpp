@@ -309,8 +309,9 @@ TEST_F(ZrbenchTest, EverySlotIsShownInOrderWithItsOperationAndCommand)
 
 TEST_F(ZrbenchTest, TheDocumentHasTheCommandsOfTheTable)
 {
-    EXPECT_THAT(contents(ZRLSW_SOURCE_DIR "/docs/device-files.md"),
-                HasSubstr("<!-- commands -->\n" + bench("commands --markdown").output + "<!-- end of commands -->"))
+    EXPECT_THAT(
+        contents(ZRLSW_SOURCE_DIR "/docs/device-files.md"),
+        HasSubstr("<!-- commands -->\n" + bench("commands --markdown").output + "<!-- end of commands -->"))
         << "sh cmake/reference.sh build/release/bin/zrbench writes it anew";
 }
 

@@ -59,9 +59,9 @@ Outcome expect(Session &session, const Arguments &a)
     return outcome;
 }
 
-const nlohmann::json &checkpoint(Session &session, const std::string &name)
+const nlohmann::json &checkpoint(const Session &session, const std::string &name)
 {
-    std::map<std::string, nlohmann::json> &kept = session.checkpoints();
+    const std::map<std::string, nlohmann::json> &kept = session.checkpoints();
     if (const auto found = kept.find(name); found != kept.end())
         return found->second;
     std::vector<std::string_view> names;
@@ -147,7 +147,7 @@ const Command kCommands[] = {
      "keeps the present state under NAME, for diff",
      "",
      [](Session &session, const Arguments &a) {
-         session.checkpoints()[a.text("name")] = session.state();
+         session.checkpoint(a.text("name"));
          return Outcome::shown("");
      }},
     {"diff",

@@ -228,6 +228,9 @@ void offerArgument(Completion &to, const Place &place, const Session *session)
             all(split(statusWords(), '|'), begun, " ");
         else if (choosing)
             all(split(argument.choices, '|'), begun, " ");
+        else if (place.command->name == "diff" && session != nullptr)
+            for (const auto &[name, unused] : session->checkpoints())
+                offer(to, begun, name);
         break;
     case Type::Ports: {
         const std::string_view last = begun.substr(begun.find_last_of(",-") + 1);
@@ -236,9 +239,11 @@ void offerArgument(Completion &to, const Place &place, const Session *session)
     }
     case Type::Text: {
         const std::string_view word = lastWord(begun);
-        if (argument.name == "topic")
+        if (argument.name == "topic") {
             to = completionAt(begun, session);
-        else if ((place.command->name == "board" || place.command->name == "cli") && session != nullptr)
+            if (place.command->name == "explain" && session != nullptr)
+                all(session->platformCalls(), begun, "");
+        } else if ((place.command->name == "board" || place.command->name == "cli") && session != nullptr)
             offerBoardWords(to, begun, *session, stateOf(session, place.unit));
         else if (choosing)
             all(split(argument.choices, '|'), word, argument.name == "frame" ? "=" : " ");

@@ -349,6 +349,10 @@ std::string_view sdkStatusName(uint32_t status)
 
 Outcome explain(const std::string &asked)
 {
+    constexpr size_t kLongest = 1000; // what is looked for grows with it, on the stack as well
+    if (asked.size() > kLongest)
+        throw UsageError{
+            fmt::format("expected a text of at most {} characters, found {}", kLongest, asked.size())};
     Answer answer;
     if (explainStatus(answer, asked) || explainCommand(answer, asked) || explainCall(answer, asked) ||
         explainOperation(answer, asked) || explainText(answer, asked))

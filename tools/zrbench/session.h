@@ -119,7 +119,8 @@ public:
     // The same as text.
     std::string dump() const;
     // States by name, to be compared with later ones.
-    std::map<std::string, nlohmann::json> &checkpoints() { return checkpoints_; }
+    const std::map<std::string, nlohmann::json> &checkpoints() const { return checkpoints_; }
+    void checkpoint(const std::string &name) { checkpoints_[name] = state(); }
 
     // What comes out of ports is written to a file until the session ends. Throws UsageError.
     void capture(uint32_t unit, uint32_t ports, const std::string &path);
