@@ -1,7 +1,12 @@
 // Recordings: what is recorded replays, what went another way is found at its call, and a bad file at its line.
-#include <algorithm>
+#include <dlfcn.h>
 
+#include <algorithm>
+#include <thread>
+
+#include "frame/op_tables.h"
 #include "kit/zrbench.h"
+#include "platform/manager.h"
 
 namespace
 {
@@ -14,6 +19,8 @@ using testing::HasSubstr;
 class RecordingTest : public ZrbenchTest
 {
 protected:
+    const std::string self_ = std::filesystem::read_symlink("/proc/self/exe");
+
     // Records two units' VLANs, a failure among them.
     std::vector<std::string> record()
     {
@@ -94,8 +101,9 @@ TEST_F(RecordingTest, FindsTheFirstDifference)
         const Ended ended = replayed(changed);
         EXPECT_EQ(ended.status, kNotAsExpected) << change.line << ended.output;
         EXPECT_THAT(ended.output, HasSubstr(change.told)) << change.line;
-        if (std::string(change.told).find(": recorded") != std::string::npos)
+        if (std::string(change.told).find(": recorded") != std::string::npos) {
             EXPECT_THAT(ended.output, HasSubstr(fmt::format("changed.rec:{}: ", at + 1)));
+        }
     }
 }
 
@@ -119,6 +127,41 @@ TEST_F(RecordingTest, ABadFileIsRefusedAtItsLine)
         EXPECT_THAT(ended.output, HasSubstr(bad.told));
         EXPECT_EQ(std::ranges::count(ended.output, '\n'), 1) << ended.output;
     }
+}
+
+// What the next test records: started as a program of its own.
+TEST(DISABLED_TwoThreads, EachReadsARegisterOfItsUnit)
+{
+    void *library = dlopen(ZRLSW_LIBRARY, RTLD_NOW);
+    reinterpret_cast<void (*)(uint32_t)>(dlsym(library, "ZR_COMMON_FuncListInit"))(0);
+    const auto *common = static_cast<const ZrCommonOps *>(LSW_Common_GetFuncPtr(0));
+    for (const uint32_t unit : {0U, 1U})
+        common->initChip(unit);
+    auto read = [common](uint32_t unit) {
+        for (uint32_t i = 0; i < 200; ++i) {
+            uint32_t value = 0;
+            common->chipRegWrite(unit, 0x1300 + i % 4, i);
+            common->chipRegRead(unit, 0x1300 + i % 4, &value);
+        }
+    };
+    std::thread other(read, 1);
+    read(0);
+    other.join();
+}
+
+TEST_F(RecordingTest, TwoThreadsOnTwoUnitsAreToldApart)
+{
+    const std::string recorder = std::filesystem::path(ZRLSW_LIBRARY).parent_path() / "libzrrecord.so";
+    const Ended made = shellCommand(fmt::format(
+        "LD_PRELOAD={} ZRLSW_RECORD=made.rec {} --gtest_also_run_disabled_tests --gtest_filter=DISABLED_Two*",
+        recorder, self_));
+    ASSERT_EQ(made.status, 0) << made.output;
+    const std::string text = contents("made.rec");
+    EXPECT_THAT(text, HasSubstr(" 1 0 < ZR_COMMON_ChipRegRead(unit=0"));
+    EXPECT_THAT(text, HasSubstr(" 2 0 < ZR_COMMON_ChipRegRead(unit=1"));
+    const Ended ended = bench("replay made.rec");
+    EXPECT_THAT(ended.output, HasSubstr("802 operations"));
+    EXPECT_THAT(ended.output, HasSubstr("identical"));
 }
 
 TEST_F(RecordingTest, TheSizeLimitEndsItWithALine)
