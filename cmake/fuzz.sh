@@ -9,13 +9,13 @@ mkdir -p build/fuzz/findings
 for target in build/fuzz/bin/*_fuzz; do
     [ -x "$target" ] || { echo "there is no fuzz target"; exit 1; }
     name=$(basename "$target" _fuzz)
-    learnt=build/fuzz/corpus/$name
+    learnt=$PWD/build/fuzz/corpus/$name
     log=build/fuzz/$name.log
     mkdir -p "$learnt"
-    set -- "$learnt" "tests/fuzz/corpus/$name"
-    [ ! -f "tests/fuzz/$name.dict" ] || set -- -dict="tests/fuzz/$name.dict" "$@"
+    set -- "$learnt" "$PWD/tests/fuzz/corpus/$name"
+    [ ! -f "tests/fuzz/$name.dict" ] || set -- -dict="$PWD/tests/fuzz/$name.dict" "$@"
     echo "$name: $seconds seconds"
-    if "$target" -max_total_time="$seconds" -close_fd_mask=3 -artifact_prefix="build/fuzz/findings/$name-" "$@" \
+    if "$target" -max_total_time="$seconds" -close_fd_mask=3 -artifact_prefix="$PWD/build/fuzz/findings/$name-" "$@" \
         >"$log" 2>&1; then
         passed=$((passed + 1))
         grep -a DONE "$log"

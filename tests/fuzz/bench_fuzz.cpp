@@ -48,6 +48,15 @@ void must(bool holds, const char *what)
 
 } // namespace
 
+// What commands write goes to a folder of its own.
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
+{
+    char folder[] = "/tmp/zrbench_fuzz.XXXXXX";
+    if (mkdtemp(folder) == nullptr || chdir(folder) != 0)
+        std::abort();
+    return 0;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     static const zrfuzz::FreshLibrary library;

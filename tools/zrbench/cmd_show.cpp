@@ -284,14 +284,13 @@ Outcome showPortVlans(Session &session, const Arguments &a)
         throw UsageError{fmt::format("the chip has no port {}", port)};
     json tagged = json::array();
     json untagged = json::array();
-    for (const auto &[vlan, entry] : state.at("/vlan/vlans").items()) {
-        const auto has = [&](const char *set) {
-            const json ports = entry.value(set, json::array());
-            return std::find(ports.begin(), ports.end(), port) != ports.end();
-        };
-        if (has("members"))
-            (has("untagged") ? untagged : tagged).push_back(parseNumber(vlan).value_or(0));
-    }
+    const auto has = [&](const json &entry, const char *set) {
+        const json ports = entry.value(set, json::array());
+        return std::find(ports.begin(), ports.end(), port) != ports.end();
+    };
+    for (const auto &[vlan, entry] : state.at("/vlan/vlans").items())
+        if (has(entry, "members"))
+            (has(entry, "untagged") ? untagged : tagged).push_back(parseNumber(vlan).value_or(0));
     std::sort(tagged.begin(), tagged.end());
     std::sort(untagged.begin(), untagged.end());
     Outcome outcome = Outcome::shown("");

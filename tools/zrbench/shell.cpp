@@ -32,6 +32,7 @@ namespace
 {
 
 constexpr const char *kPrompt = "zrbench> ";
+constexpr size_t kLongest = 1 << 20; // of lines
 
 class LineSource
 {
@@ -62,6 +63,8 @@ public:
         for (int c = std::fgetc(file_.get()); c != EOF; c = std::fgetc(file_.get())) {
             if (c == '\n')
                 return line;
+            if (line.size() == kLongest)
+                throw UsageError{fmt::format("{}a line of over {} bytes", place(), kLongest)};
             line += static_cast<char>(c);
         }
         if (std::ferror(file_.get()) != 0)
