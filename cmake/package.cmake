@@ -30,7 +30,7 @@ install(DIRECTORY build/docs/html DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libzr
 if(ZRLSW_DESKTOP)
     install(TARGETS zrbench RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT zrlsw-bench)
     install(TARGETS zrsim EXPORT zrlswSimTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT zrlsw-bench)
-    install(TARGETS zrrecord LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT zrlsw-bench)
+    install(TARGETS zrrecord zrreplay LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT zrlsw-bench)
     install(EXPORT zrlswSimTargets NAMESPACE zrlsw:: DESTINATION ${INSTALL_CMAKE} COMPONENT zrlsw-bench)
     install(FILES sim/zrsim.h DESTINATION ${INSTALL_HEADERS}/sim COMPONENT zrlsw-bench)
     configure_file(cmake/zrsim.pc.in zrsim.pc @ONLY)

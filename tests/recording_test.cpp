@@ -66,6 +66,17 @@ TEST_F(RecordingTest, EveryExampleReplays)
     }
 }
 
+// The 64-bit Arm recorder made it.
+TEST_F(RecordingTest, ARecordingOfTheBoardReplaysAtTheDesk)
+{
+    const std::string made = ZRLSW_SOURCE_DIR "/examples/refused-port.rec";
+    EXPECT_THAT(bench("replay " + made).output,
+                HasSubstr("6 operations and 256 platform calls replayed, identical"));
+    const Ended shown = bench("show --unit 1 --module VLAN --call l2sw_vlan_set " + made);
+    EXPECT_THAT(shown.output, HasSubstr("made on aarch64"));
+    EXPECT_THAT(shown.output, HasSubstr("memberMask=0x18003 untagMask=2 independentLearning=1}) = 22"));
+}
+
 TEST_F(RecordingTest, FindsTheFirstDifference)
 {
     const std::vector<std::string> lines = record();
