@@ -15,7 +15,7 @@ for target in build/fuzz/bin/*_fuzz; do
     set -- "$learnt" "$PWD/tests/fuzz/corpus/$name"
     [ ! -f "tests/fuzz/$name.dict" ] || set -- -dict="$PWD/tests/fuzz/$name.dict" "$@"
     echo "$name: $seconds seconds"
-    if "$target" -max_total_time="$seconds" -close_fd_mask=3 -artifact_prefix="$PWD/build/fuzz/findings/$name-" "$@" \
+    if "$target" -max_total_time="$seconds" -timeout=60 -close_fd_mask=3 -artifact_prefix="$PWD/build/fuzz/findings/$name-" "$@" \
         >"$log" 2>&1; then
         passed=$((passed + 1))
         grep -a DONE "$log"
