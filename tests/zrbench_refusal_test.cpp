@@ -192,6 +192,11 @@ TEST_F(ZrbenchTest, LostOutputEndsWithTwo)
         EXPECT_THAT(ended.output, HasSubstr(row.named)) << row.arguments;
     }
     EXPECT_THAT(contents("trace"), testing::EndsWith(" = 0\n"));
+    // A reader that went away; what goes to files is complete.
+    const Ended unread = shellCommand("(sleep 0.3; " + commandLine("run " + good) +
+                                      " --dump dump 2>told; echo $? >ended) | true; cat told ended");
+    EXPECT_THAT(unread.output, HasSubstr("zrbench: cannot write standard output: Broken pipe\n2\n"));
+    EXPECT_THAT(contents("dump"), testing::EndsWith("}\n"));
 }
 
 // A platform that a board's maker ports may lack any of the inspection's functions.

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -249,6 +250,7 @@ int diff(const Options &options, const std::string &before, const std::string &a
 int main(int argc, char **argv)
 {
     occupyStandardStreams();
+    std::signal(SIGPIPE, SIG_IGN); // a reader that went away is lost output
     Options options;
     CLI::App app("Drives libzrlsw.so through the switch manager's operation tables.", "zrbench");
     app.formatter(std::make_shared<HelpFormatter>());
