@@ -210,7 +210,7 @@ private:
     std::optional<UsageError> failed_;
     bool unfinished_ = false;
     size_t calls_ = 0;
-    char end_[kEnd];
+    char end_[kEnd] = {};
 };
 
 void tell(const Recording &recording, const RecordedCall &operation, const Difference &difference)
