@@ -219,9 +219,15 @@ std::regex patternOf(std::string text)
 // A line as it was printed, or words of one.
 bool explainText(Answer &to, const std::string &asked)
 {
-    for (const Message &message : page().messages)
-        if (std::regex_search(asked, patternOf(message.text)))
-            tell(to, message);
+    static const std::vector<std::regex> patterns = [] {
+        std::vector<std::regex> made;
+        for (const Message &message : page().messages)
+            made.push_back(patternOf(message.text));
+        return made;
+    }();
+    for (size_t i = 0; i < patterns.size(); ++i)
+        if (std::regex_search(asked, patterns[i]))
+            tell(to, page().messages[i]);
     if (to.empty() && asked.size() > 2) {
         std::vector<const Message *> found;
         for (const Message &message : page().messages)
