@@ -47,6 +47,7 @@ if(ZRLSW_DESKTOP)
         file(CONFIGURE OUTPUT documents/${document} CONTENT "${text}" @ONLY)
     endforeach()
     install(DIRECTORY ${PROJECT_BINARY_DIR}/documents/ DESTINATION ${INSTALL_DOCUMENTS} COMPONENT zrlsw-bench)
+    install(FILES docs/report.png DESTINATION ${INSTALL_DOCUMENTS}/docs COMPONENT zrlsw-bench)
     # Documents refer to examples beside them.
     install(CODE "file(CREATE_LINK ../../zrlsw/examples
         \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${INSTALL_DOCUMENTS}/examples SYMBOLIC)" COMPONENT zrlsw-bench)

@@ -55,6 +55,12 @@ void Board::dump(nlohmann::json &to) const
     to["delayed"] = delayed;
     for (uint32_t unit = 0; unit < kUnits; ++unit)
         chips_[unit]->dump(to["units"][std::to_string(unit)]);
+    const auto place = [](Cables::End end) {
+        return std::to_string(end.unit) + '/' + std::to_string(end.port);
+    };
+    for (const auto &[from, other] : cables.all())
+        if (from < other)
+            to["cables"][place(from)] = place(other);
 }
 
 Board &board()

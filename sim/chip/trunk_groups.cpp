@@ -77,6 +77,7 @@ void TrunkGroups::dump(nlohmann::json &to) const
         if (groups_[i].chipPorts != 0 || groups_[i].hashInputs != 0)
             to["groups"].push_back({{"group", i},
                                     {"chipPorts", portList(groups_[i].chipPorts)},
+                                    {"ports", portList(groups_[i].ports)},
                                     {"hashInputs", fmt::format("{:#x}", groups_[i].hashInputs)}});
     if (mode_ != 0)
         to["mode"] = mode_;

@@ -79,7 +79,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         if (size > 0 && data[0] == '{')
             runDevice(session, loadDevice(file.path()), report);
         else
-            runShell(session, report);
+            runShell(session, report, PageWriter(session, "shell"));
         session.finish();
     } catch (const UsageError &error) {
         // Any other exception ends the run.

@@ -23,10 +23,21 @@ constexpr Argument kFile{.name = "file", .type = Type::File};
 
 // ---- one frame ----------------------------------------------------------------------------------------------
 
+// One line for each stage; and as rows, with where it comes out behind them.
 Outcome told(const Frame &frame, const Way &way)
 {
     const std::string frameText = describeFrame(frame.bytes);
-    Outcome outcome = Outcome::shown((frameText.empty() ? "" : frameText + "\n") + way.stages);
+    Outcome outcome = Outcome::shown(frameText.empty() ? "" : frameText + "\n");
+    outcome.rows = nlohmann::json::array();
+    for (const Stage &stage : way.stages) {
+        outcome.text += fmt::format("{}/{:<2} {:<9} {}\n", stage.unit, stage.port, stage.name, stage.text);
+        outcome.rows.push_back(
+            {{"unit", stage.unit}, {"port", stage.port}, {"stage", stage.name}, {"text", stage.text}});
+    }
+    for (const auto &[name, exits] : {std::pair("out", &way.out), std::pair("cpu", &way.cpu)})
+        for (const Exit &exit : *exits)
+            outcome.rows.push_back(
+                {{"unit", exit.unit}, {"port", exit.port}, {"stage", name}, {"text", showExit(exit)}});
     if (!way.out.empty())
         outcome.text += fmt::format("comes out at {}\n", showExits(way.out));
     if (!way.cpu.empty())

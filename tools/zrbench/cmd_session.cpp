@@ -117,6 +117,14 @@ const Command kCommands[] = {
          session.shell().save(a.text("file"));
          return Outcome::shown("");
      }},
+    {"report",
+     {{"file", Type::File}},
+     "writes the steps so far, the present state and the ways of frames as one page for a browser",
+     "",
+     [](Session &session, const Arguments &a) {
+         session.shell().report(a.text("file"));
+         return Outcome::shown("");
+     }},
     {"explain",
      {{.name = "topic",
        .type = Type::Text,

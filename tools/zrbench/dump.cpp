@@ -63,6 +63,13 @@ json unitRecords(const Session &session, uint32_t unit)
                               *ZR_RECORDS(session, COM_ACL_GetCounterInfo)(unit));
         !acl.is_null())
         found["acl"] = std::move(acl);
+    for (uint32_t partition = 0; found.contains("acl") && partition < ZR_ACL_PARTITIONS; ++partition) {
+        uint32_t first = 0;
+        uint32_t count = 0;
+        if (ZR_RECORDS(session, COM_ACL_GetChipRulePartRange)(unit, partition, &first, &count) == LSW_OK &&
+            count != 0)
+            found["acl"]["partitions"][std::to_string(partition)] = {{"first", first}, {"entries", count}};
+    }
     const TrunkMeterInfo &trunks = *ZR_RECORDS(session, COM_TRUNK_GetMeterInfo)(unit);
     for (uint32_t group = 0; group < ZR_TRUNK_GROUPS; ++group)
         if (trunks.logicTrunkId[group] != 0)

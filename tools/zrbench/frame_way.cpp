@@ -24,7 +24,7 @@ void follow(const zrsim_frame_event *event, void *context)
     Way &way = *static_cast<Way *>(context);
     switch (event->kind) {
     case ZRSIM_FRAME_STAGE:
-        way.stages += fmt::format("{}/{:<2} {:<9} {}\n", event->unit, event->port, event->name, event->text);
+        way.stages.push_back({event->unit, event->port, event->name, event->text});
         break;
     case ZRSIM_FRAME_OUT:
         way.out.push_back(exitOf(*event));
@@ -33,8 +33,8 @@ void follow(const zrsim_frame_event *event, void *context)
         way.cpu.push_back(exitOf(*event));
         break;
     case ZRSIM_FRAME_DROPPED:
-        way.stages +=
-            fmt::format("{}/{:<2} dropped   {}: {}\n", event->unit, event->port, event->name, event->text);
+        way.stages.push_back(
+            {event->unit, event->port, "dropped", fmt::format("{}: {}", event->name, event->text)});
         way.dropped = event->name;
         break;
     default:
@@ -67,13 +67,17 @@ Way sendFrame(Session &session, uint32_t unit, uint32_t port, const Frame &frame
     return way;
 }
 
+std::string showExit(const Exit &exit)
+{
+    return fmt::format("{}/{} {}", exit.unit, exit.port,
+                       exit.tagged ? fmt::format("vlan {} priority {}", exit.vlan, exit.priority) : "untagged");
+}
+
 std::string showExits(const std::vector<Exit> &exits)
 {
     std::string text;
     for (const Exit &exit : exits)
-        text += fmt::format("{}{}/{} {}", text.empty() ? "" : ", ", exit.unit, exit.port,
-                            exit.tagged ? fmt::format("vlan {} priority {}", exit.vlan, exit.priority)
-                                        : "untagged");
+        text += (text.empty() ? "" : ", ") + showExit(exit);
     return text.empty() ? "-" : text;
 }
 

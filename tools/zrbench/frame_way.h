@@ -23,8 +23,16 @@ struct Exit {
     std::vector<uint8_t> bytes;
 };
 
+// What a stage of a chip decided about a frame that came in at a port of it, and by which entry.
+struct Stage {
+    uint32_t unit;
+    uint32_t port;
+    std::string name; // "dropped" where it ends
+    std::string text;
+};
+
 struct Way {
-    std::string stages;    // one line for each stage
+    std::vector<Stage> stages;
     std::vector<Exit> out; // in order of unit and port
     std::vector<Exit> cpu; // trapped
     std::string dropped;   // the last reason; empty when there was none
@@ -40,7 +48,9 @@ struct Capture {
 // Puts a frame into a port; flags as in sim/zrsim.h. Throws UsageError.
 Way sendFrame(Session &session, uint32_t unit, uint32_t port, const Frame &frame, int flags);
 
-// "1/3 untagged, 1/15 vlan 10 priority 5", "-" for nowhere.
+// "1/3 untagged", "1/15 vlan 10 priority 5"
+std::string showExit(const Exit &exit);
+// Several of them; "-" for nowhere.
 std::string showExits(const std::vector<Exit> &exits);
 
 struct BoardTime {

@@ -19,6 +19,7 @@
 #include "tools/zrbench/live.h"
 #include "tools/zrbench/ops.h"
 #include "tools/zrbench/output.h"
+#include "tools/zrbench/page.h"
 #include "tools/zrbench/pager.h"
 #include "tools/zrbench/platform.h"
 #include "tools/zrbench/reference.h"
@@ -51,6 +52,7 @@ struct Options {
     std::vector<std::string> files; // to run
     std::string junitFile;
     std::string recording; // to write
+    std::string page;      // to write
 
     Report report(bool silent = false) const
     {
@@ -119,10 +121,23 @@ int run(const Options &options, JunitFile *junit)
         Report report = options.report();
         if (junit != nullptr)
             report.add(std::make_unique<JunitWriter>(*junit));
+        std::optional<Output> pageFile;
+        const PageWriter *page = nullptr;
+        if (!options.page.empty()) {
+            pageFile.emplace(options.page, options.session.dash);
+            for (const std::string &other : {device.file, options.session.dumpFile, options.session.traceFile})
+                if (pageFile->sameAs(other))
+                    throw UsageError{fmt::format("{} would be written over by --report", other)};
+            auto writer = std::make_unique<PageWriter>(session, device.file);
+            page = writer.get();
+            report.add(std::move(writer));
+        }
         if (options.update)
             report.add(std::make_unique<ExpectationUpdate>(device.file));
         runDevice(session, device, report, options.stop);
         report.summary(device.file, session);
+        if (page != nullptr)
+            page->write(*pageFile);
         session.finish();
         return report.deviating() == 0 ? kAsExpected : kNotAsExpected;
     } catch (const UsageError &error) {
@@ -180,8 +195,9 @@ int runAll(Options options)
     if (!options.junitFile.empty())
         junit.emplace(options.junitFile, options.files);
     JunitFile *const told = junit ? &*junit : nullptr;
-    if (options.files.size() > 1 && !(options.session.traceFile + options.session.dumpFile).empty())
-        throw UsageError{"--trace and --dump take one device file at a time"};
+    if (options.files.size() > 1 &&
+        !(options.session.traceFile + options.session.dumpFile + options.page).empty())
+        throw UsageError{"--trace, --dump and --report take one device file at a time"};
     int result = kAsExpected;
     for (const std::string &file : options.files) {
         options.session.deviceFile = file;
@@ -198,6 +214,9 @@ int shell(const Options &options)
 {
     Session session(options.session);
     Report report = options.report();
+    auto writer = std::make_unique<PageWriter>(session, options.inService ? "shell --up" : "shell");
+    const PageWriter &page = *writer;
+    report.add(std::move(writer));
     unsigned deviating = 0;
     if (options.inService) {
         Report first = options.report(true);
@@ -211,7 +230,7 @@ int shell(const Options &options)
     std::optional<std::string> device;
     if (options.inService || !options.session.deviceFile.empty())
         device = options.session.deviceFile;
-    const bool good = runShell(session, report, options.commands, device);
+    const bool good = runShell(session, report, page, options.commands, device);
     if (options.json)
         report.summary("shell", session);
     session.finish();
@@ -315,6 +334,9 @@ int main(int argc, char **argv)
     command
         ->add_option("--record", options.recording, "Record what is asked of the library and of the platform")
         ->type_name("FILE");
+    command
+        ->add_option("--report", options.page, "Write what came of it as one page for a browser to FILE, HTML")
+        ->type_name("FILE");
     command->callback([&] {
         if (!options.recording.empty())
             recordFrom(options, argv);
@@ -387,6 +409,11 @@ int main(int argc, char **argv)
     command->add_option("before", before, "As --dump writes it")->required()->type_name("FILE");
     command->add_option("after", after, "As --dump writes it")->required()->type_name("FILE");
     command->callback([&] { result = diff(options, before, after); });
+
+    command = app.add_subcommand("report", "Write a dump as one page for a browser")->fallthrough();
+    command->add_option("dump", before, "As --dump writes it")->required()->type_name("FILE");
+    command->add_option("page", after, "To write, HTML")->required()->type_name("OUT");
+    command->callback([&] { writeStatePage(before, readDump(before), after); });
 
     std::vector<std::string> words;
     command =

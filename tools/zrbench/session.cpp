@@ -176,7 +176,7 @@ void Session::check(const Invocation &invocation) const
     }
     if (command.name.starts_with("frame "))
         needed(inspection_.frame, command.name);
-    if ((command.name == "source" || command.name == "save") && !shell_.source)
+    if ((command.name == "source" || command.name == "save" || command.name == "report") && !shell_.source)
         throw UsageError{"only the shell does this"};
     if (command.name == "fail")
         checkCall(parseFailure(invocation.arguments.text("call")).name);
@@ -283,6 +283,9 @@ nlohmann::json Session::state() const
     std::string text(read(nullptr, 0), '\0');
     read(text.data(), text.size() + 1);
     nlohmann::json state = nlohmann::json::parse(text);
+    for (uint32_t unit = 0; unit < LSWM_UNITS; ++unit)
+        if (nlohmann::json info = unitInfoState(unit); !info.is_null())
+            state["manager"]["units"][std::to_string(unit)] = std::move(info);
     state["library"] = libraryRecords(*this);
     return state;
 }

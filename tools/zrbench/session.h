@@ -131,6 +131,7 @@ public:
     // The manager's unit information, checked whole before anything is written. Throws as checkUnitInfo.
     void setUnitInfo(uint32_t unit, const nlohmann::json &info);
     std::string showUnitInfo(uint32_t unit) const;
+    nlohmann::json unitInfoState(uint32_t unit) const; // null when there is nothing
     const LswmUnitInfo &unitInfo(uint32_t unit) const { return unitInfo_[unit]; }
     // The ports below 32 of one of the unit's sets.
     uint32_t portSet(uint32_t unit, uint32_t set) const;
@@ -145,11 +146,12 @@ public:
     // Writes the dump and completes the trace. Throws UsageError.
     void finish();
 
-    // What only a shell does: takes the commands of a file next, writes what was done to a file. They throw
-    // UsageError.
+    // What only a shell does: takes the commands of a file next, writes what was done to a file, as a device
+    // file or as a page. They throw UsageError.
     struct ShellCalls {
         std::function<void(const std::string &file)> source;
         std::function<void(const std::string &file)> save;
+        std::function<void(const std::string &file)> report;
     };
     const ShellCalls &shell() const { return shell_; }
     void setShell(ShellCalls calls) { shell_ = std::move(calls); }

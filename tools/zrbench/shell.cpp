@@ -157,13 +157,15 @@ std::unique_ptr<LineSource> openLines(bool atTerminal, [[maybe_unused]] const Se
 class Shell
 {
 public:
-    Shell(Session &session, Report &report, bool atTerminal, const std::optional<std::string> &device)
+    Shell(Session &session, Report &report, const PageWriter &page, bool atTerminal,
+          const std::optional<std::string> &device)
         : session_(session), report_(report), atTerminal_(atTerminal)
     {
         if (device)
             log_.addFile(*device);
         session_.setShell({[this](const std::string &file) { source(file); },
-                           [this](const std::string &file) { log_.write(file); }});
+                           [this](const std::string &file) { log_.write(file); },
+                           [&page](const std::string &file) { page.write(file); }});
     }
     Shell(const Shell &) = delete;
     Shell &operator=(const Shell &) = delete;
@@ -216,7 +218,7 @@ private:
     // Commands about the shell itself are not part of what was done.
     void log(const CheckedRun &run)
     {
-        constexpr std::string_view kOwn[] = {"source", "save", "help", "?", "quit", "exit"};
+        constexpr std::string_view kOwn[] = {"source", "save", "report", "help", "?", "quit", "exit"};
         if (std::ranges::count(kOwn, run.invocation->command->name) == 0)
             log_.add(run);
     }
@@ -264,12 +266,12 @@ private:
 
 } // namespace
 
-bool runShell(Session &session, Report &report, const std::optional<std::string> &commands,
-              const std::optional<std::string> &device)
+bool runShell(Session &session, Report &report, const PageWriter &page,
+              const std::optional<std::string> &commands, const std::optional<std::string> &device)
 {
     const bool atTerminal = !commands && isatty(STDIN_FILENO) != 0;
     const bool good =
-        Shell(session, report, atTerminal, device)
+        Shell(session, report, page, atTerminal, device)
             .run(commands ? std::make_unique<GivenCommands>(*commands) : openLines(atTerminal, session));
     return good || atTerminal;
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "tools/zrbench/page.h"
 #include "tools/zrbench/report.h"
 #include "tools/zrbench/session.h"
 
@@ -14,7 +15,8 @@ namespace zrbench
 // At a terminal, mistakes are shown and do not count. Elsewhere every step is expected to succeed unless it is
 // an "expect", and false is returned when a line was not understood.
 // `device` has been run before: a file, or "" for the one within the program.
-bool runShell(Session &session, Report &report, const std::optional<std::string> &commands = {},
-              const std::optional<std::string> &device = {});
+// `page` has what was done, for the command that writes it.
+bool runShell(Session &session, Report &report, const PageWriter &page,
+              const std::optional<std::string> &commands = {}, const std::optional<std::string> &device = {});
 
 } // namespace zrbench

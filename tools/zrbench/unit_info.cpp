@@ -142,6 +142,20 @@ void Session::setUnitInfo(uint32_t unit, const json &info)
     unitInfo_[unit] = record;
 }
 
+json Session::unitInfoState(uint32_t unit) const
+{
+    json state;
+    for (const auto &[name, set] : kSetNames)
+        if (const uint32_t ports = portSet(unit, set); ports != 0)
+            state[name + "Ports"] = portList(ports);
+    const LswmUnitInfo &info = unitInfo_[unit];
+    if (!state.is_null() || info.maxFrameSize != 0)
+        state.update({{"maxFrameSize", info.maxFrameSize},
+                      {"reservedPort", info.reservedPort},
+                      {"cascadeTrunk", info.cascadeTrunkId}});
+    return state;
+}
+
 std::string Session::showUnitInfo(uint32_t unit) const
 {
     const LswmUnitInfo &info = unitInfo_[unit];
