@@ -6,7 +6,7 @@ seconds=$1
 passed=0
 failed=0
 mkdir -p build/fuzz/findings
-for target in build/fuzz/bin/*_fuzz; do
+for target in build/debug/bin/*_fuzz; do
     [ -x "$target" ] || { echo "there is no fuzz target"; exit 1; }
     name=$(basename "$target" _fuzz)
     learnt=$PWD/build/fuzz/corpus/$name

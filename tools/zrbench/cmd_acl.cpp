@@ -80,8 +80,8 @@ Outcome read(Session &session, const Arguments &a)
         .out("rule", json(showRule(rule)));
 }
 
-constexpr Argument kLogic{.name = "logic", .meaning = "the manager's identifier of a rule"};
-constexpr Argument kChip{.name = "chip", .meaning = "the first chip entry of a rule"};
+constexpr Argument kLogicRule{.name = "logic", .meaning = "the manager's identifier of a rule"};
+constexpr Argument kChipRule{.name = "chip", .meaning = "the first chip entry of a rule"};
 const Argument kRule{.name = "rule", .type = Type::Json, .choices = ruleKeys(), .check = checkRule};
 
 using PortmapSlot = uint32_t (*ZrAclOps::*)(uint32_t unit, uint32_t firstChipId, const uint32_t *ports);
@@ -89,7 +89,7 @@ using PortmapSlot = uint32_t (*ZrAclOps::*)(uint32_t unit, uint32_t firstChipId,
 Command portsRow(std::string_view name, PortmapSlot slot, std::string_view help)
 {
     return {name,
-            {kUnit, kChip, {"ports", Type::Ports}},
+            {kUnit, kChipRule, {"ports", Type::Ports}},
             help,
             slotLabel(slot),
             [slot](Session &session, const Arguments &a) {
@@ -170,7 +170,7 @@ std::string partitionTable(Session &session, uint32_t unit)
     return table.text();
 }
 
-Outcome list(Session &session, const Arguments &a)
+Outcome listRules(Session &session, const Arguments &a)
 {
     const uint32_t unit = a.number("unit");
     const std::string partitions = partitionTable(session, unit);
@@ -197,36 +197,36 @@ Outcome counters(Session &session, const Arguments &a)
     return outcome.out("used", info->usedNum).out("of", info->counterNum);
 }
 
-const Command kCommands[] = {
+const Command kAclCommands[] = {
     slotRow("acl init", &ZrAclOps::init, {kUnit},
             "initialises a unit's ACLs and installs the default policies"),
     {"acl add", {kUnit, kRule}, "adds a rule: allocates ids, programs and records it", "ACL 1, 6, 4", add},
-    {"acl delete", {kUnit, kLogic}, "removes a rule: its entries, counter and ids", "ACL 2, 8, 5", remove},
-    {"acl list", {kUnit}, "shows the rules and how full each partition is", "ACL 7, HSEC 4", list},
+    {"acl delete", {kUnit, kLogicRule}, "removes a rule: its entries, counter and ids", "ACL 2, 8, 5", remove},
+    {"acl list", {kUnit}, "shows the rules and how full each partition is", "ACL 7, HSEC 4", listRules},
     {"acl counters", {kUnit}, "shows the hit counters of the rules", "HSEC 4", counters},
     slotRow("acl facing", &ZrAclOps::updateLanWanPolicy,
             {kUnit, kPort, Argument{"side", Type::Word, "lan|wan"}},
             "sets which side a chip port faces: the default policies apply to WAN ports"),
-    inUseRow(slotRow("acl inuse", &ZrAclOps::isLogicRuleInUse, {kUnit, kLogic},
+    inUseRow(slotRow("acl inuse", &ZrAclOps::isLogicRuleInUse, {kUnit, kLogicRule},
                      "shows whether a logic rule id is in use")),
-    slotRow("acl alloc", &ZrAclOps::allocLogicRuleId, {kUnit, "partition", kLogic},
+    slotRow("acl alloc", &ZrAclOps::allocLogicRuleId, {kUnit, "partition", kLogicRule},
             "chooses a free logic rule id, without taking it"),
-    slotRow("acl find", &ZrAclOps::logicRuleToChipRule, {kUnit, kLogic, kChip},
+    slotRow("acl find", &ZrAclOps::logicRuleToChipRule, {kUnit, kLogicRule, kChipRule},
             "finds a rule's first chip rule id"),
-    slotRow("acl record", &ZrAclOps::setRuleMapEntry, {kUnit, kLogic, kChip, "entries"},
+    slotRow("acl record", &ZrAclOps::setRuleMapEntry, {kUnit, kLogicRule, kChipRule, "entries"},
             "records a programmed rule"),
-    slotRow("acl release", &ZrAclOps::releaseRuleRecord, {kUnit, kLogic}, "releases the ids of a rule"),
+    slotRow("acl release", &ZrAclOps::releaseRuleRecord, {kUnit, kLogicRule}, "releases the ids of a rule"),
     {"acl program",
      {kUnit, kRule},
      "programs a rule without recording it",
      slotLabel(&ZrAclOps::addEntry),
      program},
     {"acl read",
-     {kUnit, kChip},
+     {kUnit, kChipRule},
      "reads a recorded rule back from the chip",
      slotLabel(&ZrAclOps::getEntry),
      read},
-    slotRow("acl erase", &ZrAclOps::delEntry, {kUnit, kChip},
+    slotRow("acl erase", &ZrAclOps::delEntry, {kUnit, kChipRule},
             "clears a recorded rule's entries and releases its counter"),
     portsRow("acl setports", &ZrAclOps::modifyEntryPortmap, "replaces the ports of a recorded rule"),
     portsRow("acl addports", &ZrAclOps::addEntryPortmap, "adds ports to a recorded rule"),
@@ -237,7 +237,7 @@ const Command kCommands[] = {
 
 std::span<const Command> aclCommands()
 {
-    return kCommands;
+    return kAclCommands;
 }
 
 } // namespace zrbench

@@ -54,7 +54,7 @@ Outcome unset(Session &, const Arguments &a)
     return Outcome::shown("");
 }
 
-const Command kCommands[] = {
+const Command kBoardCommands[] = {
     {"board",
      {kUnit, {"line", Type::Text}},
      "runs a line of the board's interpreter and shows what it prints: cables, link partners, revisions; try "
@@ -77,7 +77,7 @@ const Command kCommands[] = {
 
 std::span<const Command> boardCommands()
 {
-    return kCommands;
+    return kBoardCommands;
 }
 
 } // namespace zrbench

@@ -36,7 +36,7 @@ Outcome commandLine(Session &session, const Arguments &a)
 
 constexpr Argument kRegister{.name = "register", .meaning = "the address of a chip register"};
 
-const Command kCommands[] = {
+const Command kCommonCommands[] = {
     slotRow("chip init", &ZrCommonOps::initChip, {kUnit}, "resets a unit's chip and brings it up"),
     slotRow("reg read", &ZrCommonOps::chipRegRead, {kUnit, kRegister, {"value", hex}}, "reads a chip register"),
     slotRow("reg write", &ZrCommonOps::chipRegWrite, {kUnit, kRegister, "value"}, "writes a chip register"),
@@ -55,7 +55,7 @@ const Command kCommands[] = {
 
 std::span<const Command> commonCommands()
 {
-    return kCommands;
+    return kCommonCommands;
 }
 
 } // namespace zrbench

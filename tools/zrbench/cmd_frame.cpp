@@ -137,7 +137,7 @@ void checkDuration(const nlohmann::json &text)
     parseDuration(text.get_ref<const std::string &>());
 }
 
-const Command kCommands[] = {
+const Command kFrameCommands[] = {
     {"frame send",
      {kFrameUnit, kPort, kFrame},
      "puts a frame into a port, hexadecimal or as words, and tells its way",
@@ -177,7 +177,7 @@ const Command kCommands[] = {
 
 std::span<const Command> frameCommands()
 {
-    return kCommands;
+    return kFrameCommands;
 }
 
 } // namespace zrbench

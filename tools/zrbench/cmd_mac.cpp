@@ -86,7 +86,7 @@ Outcome getEntry(Session &session, const Arguments &a)
 }
 
 // The only way to list the table is to read every index; an empty one returns 4.
-Outcome list(Session &session, const Arguments &a)
+Outcome listAddresses(Session &session, const Arguments &a)
 {
     TextTable table({"INDEX", "ADDRESS", "VLAN", "PORT", "TYPE"});
     uint32_t found = 0;
@@ -122,7 +122,7 @@ void checkStep(const nlohmann::json &step)
 }
 
 constexpr Argument kMac{"mac", Type::Mac};
-constexpr Argument kType{"type", Type::Word, "dynamic|static|blocking|blocking-everywhere", true};
+constexpr Argument kMacType{"type", Type::Word, "dynamic|static|blocking|blocking-everywhere", true};
 constexpr Argument kStep{.name = "step",
                          .optional = true,
                          .otherwise = 1,
@@ -132,17 +132,17 @@ constexpr Argument kAge{.name = "time",
                         .meaning = "the ageing time in the chip's unit; the stand-in counts seconds"};
 constexpr uint32_t kMostFilled = 100000; // far beyond the table, for a chip that refuses none
 
-const Command kCommands[] = {
+const Command kMacCommands[] = {
     slotRow("mac init", &ZrMacOps::init, {kUnit}, "initialises a unit's address table"),
     {"mac sync",
-     {kByteUnit, kMac, kEntryVlan, kType},
+     {kByteUnit, kMac, kEntryVlan, kMacType},
      "adds a synchronised address at the first cascade port",
      slotLabel(&ZrMacOps::syncMacInsert),
      sync},
-    entryRow("mac add", &ZrMacOps::addMac, {kMac, kEntryVlan, kEntryPort, kType},
+    entryRow("mac add", &ZrMacOps::addMac, {kMac, kEntryVlan, kEntryPort, kMacType},
              "adds an address, static unless TYPE says otherwise"),
     {"mac fill",
-     {kByteUnit, kMac, kEntryVlan, kEntryPort, {.name = "count", .most = kMostFilled}, kStep, kType},
+     {kByteUnit, kMac, kEntryVlan, kEntryPort, {.name = "count", .most = kMostFilled}, kStep, kMacType},
      "adds COUNT addresses from MAC on, STEP apart, until one is refused",
      slotLabel(&ZrMacOps::addMac),
      fill},
@@ -170,7 +170,7 @@ const Command kCommands[] = {
      {kUnit, {.name = "most", .optional = true, .otherwise = 50, .meaning = "rows to show, 50 when left out"}},
      "lists the table by reading every index, MOST (50) rows of it",
      slotLabel(&ZrMacOps::getMacEntry),
-     list},
+     listAddresses},
     slotRow("mac learning", &ZrMacOps::setPortLearnMode, {kUnit, kPort, kOnOff}, "switches learning on a port"),
     slotRow("mac learns", &ZrMacOps::getPortLearnMode, {kUnit, kPort, "enable"}, "shows whether a port learns"),
     slotRow("mac capacity", &ZrMacOps::getCapacity, {kUnit, "capacity", "used"},
@@ -186,7 +186,7 @@ const Command kCommands[] = {
 
 std::span<const Command> macCommands()
 {
-    return kCommands;
+    return kMacCommands;
 }
 
 } // namespace zrbench

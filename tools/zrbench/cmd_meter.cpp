@@ -82,12 +82,12 @@ Outcome listMeters(Session &session, const Arguments &a)
     return Outcome::shown(table);
 }
 
-constexpr Argument kType{.name = "type",
-                         .optional = true,
-                         .otherwise = ZR_HSEC_CAR_METER_TYPE,
-                         .meaning = "a meter type of the records, 0 to 5; 0 is initialised"};
-constexpr Argument kLogic{.name = "logic", .meaning = "the manager's identifier of a meter"};
-constexpr Argument kChip{.name = "chip", .meaning = "a meter of the chip, 0 to 63"};
+constexpr Argument kMeterType{.name = "type",
+                              .optional = true,
+                              .otherwise = ZR_HSEC_CAR_METER_TYPE,
+                              .meaning = "a meter type of the records, 0 to 5; 0 is initialised"};
+constexpr Argument kLogicMeter{.name = "logic", .meaning = "the manager's identifier of a meter"};
+constexpr Argument kChipMeter{.name = "chip", .meaning = "a meter of the chip, 0 to 63"};
 constexpr Argument kMode{.name = "mode", .meaning = "what a meter counts: 0 bytes, 1 frames"};
 constexpr Argument kRate{.name = "rate", .meaning = "mode 0: kbit/s, rounded up to 8; mode 1: frames a second"};
 constexpr Argument kBucket{
@@ -95,15 +95,15 @@ constexpr Argument kBucket{
     .meaning = "a burst in the manager's unit: the chip takes 2.4 times as many bytes (mode 0) or "
                "frames (mode 1), 2097151 at most"};
 
-const Command kCommands[] = {
+const Command kMeterCommands[] = {
     slotRow("meter init", &ZrHsecOps::init, {kUnit}, "initialises the meter records"),
     {"meter add",
-     {kByteUnit, kMode, kRate, kBucket, kType},
+     {kByteUnit, kMode, kRate, kBucket, kMeterType},
      "allocates, programs and records a meter",
      "HSEC 11, 8, 5",
      addMeter},
     {"meter remove",
-     {kUnit, kLogic, kType},
+     {kUnit, kLogicMeter, kMeterType},
      "switches a meter off and releases its identifiers",
      "HSEC 1, 9, 6",
      removeMeter},
@@ -112,33 +112,33 @@ const Command kCommands[] = {
      "shows the recorded meters and what is programmed in them",
      "HSEC 0, 1, 7",
      listMeters},
-    inUseRow(slotRow("meter inuse", &ZrHsecOps::isLogicMeterInUse, {kUnit, kType, kLogic},
+    inUseRow(slotRow("meter inuse", &ZrHsecOps::isLogicMeterInUse, {kUnit, kMeterType, kLogicMeter},
                      "shows whether a logic meter is in use")),
-    slotRow("meter chip", &ZrHsecOps::logicMeterToChipMeter, {kUnit, kType, kLogic, kChip},
+    slotRow("meter chip", &ZrHsecOps::logicMeterToChipMeter, {kUnit, kMeterType, kLogicMeter, kChipMeter},
             "finds the chip meter of a logic meter"),
-    slotRow("meter logic", &ZrHsecOps::chipMeterToLogicMeter, {kUnit, kType, kChip, kLogic},
+    slotRow("meter logic", &ZrHsecOps::chipMeterToLogicMeter, {kUnit, kMeterType, kChipMeter, kLogicMeter},
             "finds the logic meter of a chip meter"),
-    slotRow("meter entry", &ZrHsecOps::entryIdToLogicMeter, {kUnit, kType, "entry", kLogic},
+    slotRow("meter entry", &ZrHsecOps::entryIdToLogicMeter, {kUnit, kMeterType, "entry", kLogicMeter},
             "shows the logic meter of an entry identifier"),
     {"meter hits",
      {kUnit, {"rule"}},
      "reads the hit counter of an ACL rule by its first chip rule id",
      slotLabel(&ZrHsecOps::getStat),
      getHits},
-    slotRow("meter record", &ZrHsecOps::setMeterEntry, {kUnit, kType, kLogic, kChip},
+    slotRow("meter record", &ZrHsecOps::setMeterEntry, {kUnit, kMeterType, kLogicMeter, kChipMeter},
             "records which chip meter backs a logic meter"),
-    slotRow("meter release", &ZrHsecOps::releaseRecord, {kUnit, kType, kLogic},
+    slotRow("meter release", &ZrHsecOps::releaseRecord, {kUnit, kMeterType, kLogicMeter},
             "releases a logic meter and its chip meter"),
-    {"meter get", {kUnit, kChip}, "reads a chip meter back", slotLabel(&ZrHsecOps::getCar), getCar},
+    {"meter get", {kUnit, kChipMeter}, "reads a chip meter back", slotLabel(&ZrHsecOps::getCar), getCar},
     {"meter set",
-     {kByteUnit, kChip, kMode, kRate, kBucket},
+     {kByteUnit, kChipMeter, kMode, kRate, kBucket},
      "programs a chip meter: mode 1 passes the rate, any other is mode 0",
      slotLabel(&ZrHsecOps::configCar),
      setCar},
-    slotRow("meter delete", &ZrHsecOps::delCar, {kUnit, kChip}, "ends the use of a chip meter"),
-    slotRow("meter alloc", &ZrHsecOps::allocMeterId, {kUnit, kType, kLogic, kChip},
+    slotRow("meter delete", &ZrHsecOps::delCar, {kUnit, kChipMeter}, "ends the use of a chip meter"),
+    slotRow("meter alloc", &ZrHsecOps::allocMeterId, {kUnit, kMeterType, kLogicMeter, kChipMeter},
             "chooses a free logic and a free chip meter, without taking them"),
-    slotRow("meter alloc-chip", &ZrHsecOps::allocChipMeter, {kUnit, kType, kChip},
+    slotRow("meter alloc-chip", &ZrHsecOps::allocChipMeter, {kUnit, kMeterType, kChipMeter},
             "chooses a free chip meter, without taking it"),
 };
 
@@ -146,7 +146,7 @@ const Command kCommands[] = {
 
 std::span<const Command> meterCommands()
 {
-    return kCommands;
+    return kMeterCommands;
 }
 
 } // namespace zrbench

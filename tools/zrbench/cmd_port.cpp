@@ -125,7 +125,7 @@ Outcome overview(Session &session, const Arguments &a)
     return Outcome::shown(table);
 }
 
-const Command kCommands[] = {
+const Command kPortCommands[] = {
     slotRow("port init", &ZrPortOps::init, {kUnit},
             "sets frame size, cascade trunk and kh marker from the unit information"),
     slotRow("port enable", &ZrPortOps::setEnable, {kUnit, kPort, kOnOff}, "switches a port on or off"),
@@ -178,7 +178,7 @@ const Command kCommands[] = {
 
 std::span<const Command> portCommands()
 {
-    return kCommands;
+    return kPortCommands;
 }
 
 } // namespace zrbench

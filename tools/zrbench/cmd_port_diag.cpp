@@ -135,7 +135,7 @@ constexpr Argument kPage{.name = "page", .optional = true, .most = UINT16_MAX};
 constexpr Argument kIsolate{"isolate", Type::Word, "off|on"};
 constexpr Argument kFrames{.name = "frames", .meaning = "a number of frames"};
 
-const Command kCommands[] = {
+const Command kPortDiagCommands[] = {
     {"port stats",
      {kUnit, kPort, kCounter},
      "shows the counters of a port that are not 0, or all, or the value of one",
@@ -191,7 +191,7 @@ const Command kCommands[] = {
 
 std::span<const Command> portDiagnosticsCommands()
 {
-    return kCommands;
+    return kPortDiagCommands;
 }
 
 } // namespace zrbench

@@ -16,7 +16,7 @@ Outcome setStormControl(Session &session, const Arguments &a)
 constexpr Argument kPackets{.name = "packets", .choices = "unknown-unicast|multicast|broadcast"};
 constexpr Argument kStormEnable{.name = "enable", .choices = "off|on"};
 
-const Command kCommands[] = {
+const Command kQosCommands[] = {
     slotRow("qos init", &ZrQosOps::init, {kUnit},
             "sets queues, priority maps and weights to their start-up state"),
     boardRow("qos show", "qos", {kUnit}, "shows queues, priority maps and weights as tables"),
@@ -34,7 +34,7 @@ const Command kCommands[] = {
 
 std::span<const Command> qosCommands()
 {
-    return kCommands;
+    return kQosCommands;
 }
 
 } // namespace zrbench

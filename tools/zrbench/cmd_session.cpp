@@ -90,7 +90,7 @@ constexpr Argument kCheckpoint{.name = "name", .type = Type::Word, .meaning = "a
 constexpr Argument kTopic{"topic", Type::Text, {}, true};
 constexpr Argument kManagedUnit{.name = "unit", .most = LSWM_UNITS - 1};
 
-const Command kCommands[] = {
+const Command kSessionCommands[] = {
     {"help", {kTopic}, "lists the commands, or those that start with TOPIC", "", showHelp},
     {"?", {kTopic}, "the same as help", "", showHelp},
     {"quit", {}, "ends the session", "", quit},
@@ -224,7 +224,7 @@ const Command kCommands[] = {
 
 std::span<const Command> sessionCommands()
 {
-    return kCommands;
+    return kSessionCommands;
 }
 
 } // namespace zrbench

@@ -324,21 +324,21 @@ Outcome mapPorts(Session &session, const Arguments &a)
         "15 to 17.\n");
 }
 
-constexpr Argument kManagedUnit{.name = "unit", .most = LSWM_UNITS - 1, .meaning = kUnit.meaning};
+constexpr Argument kShownUnit{.name = "unit", .most = LSWM_UNITS - 1, .meaning = kUnit.meaning};
 
-const Command kCommands[] = {
-    {"show", {kManagedUnit}, "shows what is set on a unit, on one page", "", showUnit},
-    {"stp show", {kManagedUnit}, "shows the spanning-tree instances, their VLANs and port states", "", showStp},
-    {"trunk show", {kManagedUnit}, "shows the trunks, recorded or not, with their chip ports", "", showTrunks},
-    {"port vlan", {kManagedUnit, kPort}, "shows the VLAN settings of a port", "", showPortVlans},
-    {"port map", {kManagedUnit}, "shows the manager's ports with those of the chip", "", mapPorts},
+const Command kShowCommands[] = {
+    {"show", {kShownUnit}, "shows what is set on a unit, on one page", "", showUnit},
+    {"stp show", {kShownUnit}, "shows the spanning-tree instances, their VLANs and port states", "", showStp},
+    {"trunk show", {kShownUnit}, "shows the trunks, recorded or not, with their chip ports", "", showTrunks},
+    {"port vlan", {kShownUnit, kPort}, "shows the VLAN settings of a port", "", showPortVlans},
+    {"port map", {kShownUnit}, "shows the manager's ports with those of the chip", "", mapPorts},
 };
 
 } // namespace
 
 std::span<const Command> showCommands()
 {
-    return kCommands;
+    return kShowCommands;
 }
 
 } // namespace zrbench

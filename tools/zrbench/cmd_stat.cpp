@@ -10,7 +10,7 @@ namespace zrbench
 namespace
 {
 
-Outcome list(Session &session, const Arguments &a)
+Outcome listRecords(Session &session, const Arguments &a)
 {
     const auto get = session.operation<decltype(COM_QOS_GetStatPartInfo)>("COM_QOS_GetStatPartInfo");
     TextTable table({"TYPE", "ENTRIES", "USED"});
@@ -25,32 +25,33 @@ Outcome list(Session &session, const Arguments &a)
     return Outcome::shown(table);
 }
 
-constexpr Argument kType{.name = "type", .meaning = "a statistics type, 0 to 7"};
-constexpr Argument kLogic{.name = "logic", .meaning = "the manager's identifier of a statistics entry"};
-constexpr Argument kChip{.name = "chip", .meaning = "the chip's identifier of a statistics entry"};
+constexpr Argument kStatType{.name = "type", .meaning = "a statistics type, 0 to 7"};
+constexpr Argument kLogicStat{.name = "logic", .meaning = "the manager's identifier of a statistics entry"};
+constexpr Argument kChipStat{.name = "chip", .meaning = "the chip's identifier of a statistics entry"};
 constexpr Argument kCount{.name = "count", .meaning = "map entries"};
 
-const Command kCommands[] = {
+const Command kStatCommands[] = {
     exportRow<decltype(COM_QOS_StatInfoInit)>(
-        "stat init", "COM_QOS_StatInfoInit", {kUnit, kType, kCount},
+        "stat init", "COM_QOS_StatInfoInit", {kUnit, kStatType, kCount},
         "gives a statistics type COUNT map entries; with 0, identifiers pass through"),
-    exportRow<decltype(COM_QOS_StatMapInfoInit)>("stat map", "COM_QOS_StatMapInfoInit", {kUnit, kType, kCount},
+    exportRow<decltype(COM_QOS_StatMapInfoInit)>("stat map", "COM_QOS_StatMapInfoInit",
+                                                 {kUnit, kStatType, kCount},
                                                  "allocates only the memory of a statistics type's map"),
-    {"stat list", {kUnit}, "shows how full the statistics records are", "COM_QOS_GetStatPartInfo", list},
+    {"stat list", {kUnit}, "shows how full the statistics records are", "COM_QOS_GetStatPartInfo", listRecords},
     inUseRow(exportRow<decltype(COM_QOS_IsLogicStatIdInUse)>(
-        "stat inuse", "COM_QOS_IsLogicStatIdInUse", {kUnit, kType, kLogic},
+        "stat inuse", "COM_QOS_IsLogicStatIdInUse", {kUnit, kStatType, kLogicStat},
         "shows whether a logic statistics identifier is recorded")),
     exportRow<decltype(COM_QOS_SetStatEntry)>("stat record", "COM_QOS_SetStatEntry",
-                                              {kUnit, kType, kLogic, kChip},
+                                              {kUnit, kStatType, kLogicStat, kChipStat},
                                               "records which chip identifier backs a logic one"),
     exportRow<decltype(COM_QOS_StatLogicIdToChipId)>("stat chip", "COM_QOS_StatLogicIdToChipId",
-                                                     {kUnit, kType, kLogic, kChip},
+                                                     {kUnit, kStatType, kLogicStat, kChipStat},
                                                      "finds the chip identifier of a logic one"),
     exportRow<decltype(COM_QOS_StatChipIdToLogicId)>("stat logic", "COM_QOS_StatChipIdToLogicId",
-                                                     {kUnit, kType, kChip, kLogic},
+                                                     {kUnit, kStatType, kChipStat, kLogicStat},
                                                      "finds the logic identifier of a chip one"),
     exportRow<decltype(COM_QOS_ReleseStatRecord)>("stat release", "COM_QOS_ReleseStatRecord",
-                                                  {kUnit, kType, kLogic},
+                                                  {kUnit, kStatType, kLogicStat},
                                                   "releases the entry of a logic statistics identifier"),
 };
 
@@ -58,7 +59,7 @@ const Command kCommands[] = {
 
 std::span<const Command> statCommands()
 {
-    return kCommands;
+    return kStatCommands;
 }
 
 } // namespace zrbench

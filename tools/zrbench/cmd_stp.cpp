@@ -12,7 +12,7 @@ namespace
 constexpr Argument kInstance{.name = "instance", .meaning = "a spanning-tree instance, 0 to 15"};
 constexpr Argument kStpState{.name = "state", .choices = "forwarding|blocking"};
 
-const Command kCommands[] = {
+const Command kStpCommands[] = {
     slotRow("stp group", &ZrStpOps::stgCreate, {kUnit, "group"}, "allocates a spanning-tree group"),
     slotRow("stp bind", &ZrStpOps::setVlanInstanceid, {kUnit, kInstance, kVlan}, "binds a VLAN to an instance"),
     slotRow("stp state", &ZrStpOps::setStpMode, {kUnit, kInstance, kPort, kStpState},
@@ -32,7 +32,7 @@ const Command kCommands[] = {
 
 std::span<const Command> stpCommands()
 {
-    return kCommands;
+    return kStpCommands;
 }
 
 } // namespace zrbench

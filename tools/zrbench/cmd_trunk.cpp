@@ -12,7 +12,7 @@ namespace
 constexpr Argument kGroup{.name = "group", .meaning = "a chip trunk group, 0 or 1"};
 constexpr Argument kTrunk{.name = "trunk", .meaning = "the manager's identifier of a trunk"};
 
-const Command kCommands[] = {
+const Command kTrunkCommands[] = {
     ordered(slotRow("trunk add", &ZrTrunkOps::addMember, {kUnit, kPort, kGroup},
                     "adds a port to a chip trunk group: chip ports 0 to 3 to group 0, others to group 1"),
             {kUnit, kGroup, kPort}),
@@ -37,7 +37,7 @@ const Command kCommands[] = {
 
 std::span<const Command> trunkCommands()
 {
-    return kCommands;
+    return kTrunkCommands;
 }
 
 } // namespace zrbench

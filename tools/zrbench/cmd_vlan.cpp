@@ -34,7 +34,7 @@ Outcome addList(Session &session, const Arguments &a)
 }
 
 // A VLAN without members looks the same as one that was never created.
-Outcome list(Session &session, const Arguments &a)
+Outcome listVlans(Session &session, const Arguments &a)
 {
     constexpr uint32_t kFirstVlan = 1;
     constexpr uint32_t kLastVlan = 4094;
@@ -58,7 +58,7 @@ Outcome list(Session &session, const Arguments &a)
 constexpr Argument kTagMode{.name = "mode", .choices = "by-vlan|as-received|tagged|priority-tagged"};
 constexpr Argument kTagging{"tagging", Type::Word, "tagged|untagged"};
 
-const Command kCommands[] = {
+const Command kVlanCommands[] = {
     slotRow("vlan init", &ZrVlanOps::init, {kUnit},
             "initialises VLANs: takes the reserved port out of VLAN 1, enables ingress filters on all others"),
     slotRow("vlan create", &ZrVlanOps::create, {kUnit, kVlan}, "creates a VLAN with the cascade ports tagged"),
@@ -80,7 +80,7 @@ const Command kCommands[] = {
      {kUnit, {.name = "first", .optional = true}, {.name = "last", .optional = true}},
      "lists the VLANs that have members: all, one, or FIRST to LAST",
      slotLabel(&ZrVlanOps::getPortMap),
-     list},
+     listVlans},
     slotRow("vlan set-pvid", &ZrVlanOps::setPortPvid, {kUnit, kPort, kVlan},
             "sets the VLAN of a port's untagged frames"),
     slotRow("vlan pvid", &ZrVlanOps::getPortPvid, {kUnit, kPort, kVlan},
@@ -98,7 +98,7 @@ const Command kCommands[] = {
 
 std::span<const Command> vlanCommands()
 {
-    return kCommands;
+    return kVlanCommands;
 }
 
 } // namespace zrbench
